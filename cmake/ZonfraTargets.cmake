@@ -1,0 +1,36 @@
+# Shared compile settings for the project's own targets.
+
+if(ZONFRA_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# Warnings are errors in our own code (third-party headers come in as SYSTEM).
+function(zonfra_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                                           -Wno-missing-field-initializers -Werror)
+endfunction()
+
+# A static library made of every source below the given folder, so that adding a file needs no
+# build-script change.
+function(zonfra_folder_library target)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS
+       ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.c)
+  if(NOT sources)
+    set(sources ${PROJECT_SOURCE_DIR}/cmake/anchor.cpp)
+  endif()
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  zonfra_warnings(${target})
+endfunction()
+
+# A GoogleTest executable registered with CTest.
+function(zonfra_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gtest_main)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  zonfra_warnings(${name})
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ENVIRONMENT
+                       "ZONFRA_PLUGIN=$<TARGET_FILE:zonfra_plugin>")
+endfunction()

@@ -1,0 +1,27 @@
+#pragma once
+#include <string>
+
+// The built plug-in, loaded with dlopen the way a host loads it. The path comes from the
+// ZONFRA_PLUGIN environment variable that CTest sets.
+namespace TestSupport {
+
+class PluginLibrary {
+public:
+    explicit PluginLibrary(const std::string& path = defaultPath());
+    ~PluginLibrary();
+    PluginLibrary(const PluginLibrary&) = delete;
+    PluginLibrary& operator=(const PluginLibrary&) = delete;
+
+    bool loaded() const { return handle != nullptr; }
+    const std::string& error() const { return lastError; }
+    void* symbol(const char* name) const;
+    template <typename F> F function(const char* name) const { return reinterpret_cast<F>(symbol(name)); }
+
+    static std::string defaultPath();
+
+private:
+    void* handle = nullptr;
+    std::string lastError;
+};
+
+}  // namespace TestSupport
