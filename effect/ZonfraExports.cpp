@@ -1,1 +1,26 @@
-// placeholder, replaced below
+#include <new>
+
+#include "effect/CZonfra.h"
+#include "framework/plugin/OndraPluginInfo.h"
+
+#define ZONFRA_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace {
+const Ondra::OndraPluginInfo kZonfraInfo = {
+    Ondra::fourCharacterId("Vzon"), "MMK Zonfra QT", "Morvandel Mixing Kit", "Morvandel", 1, 1, 1, "1.3.0",
+    Ondra::kCategoryEffect, false, 0x10300, 1};
+}  // namespace
+
+ZONFRA_EXPORT Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback, int /*uniqueId*/) {
+    return new (std::nothrow) CZonfra(callback);
+}
+
+ZONFRA_EXPORT Ondra::OndraPluginList* getOndraPluginListPTR() {
+    static Ondra::OndraPluginList list;
+    if (list.getCount() == 0) list.add(kZonfraInfo);
+    return &list;
+}
+
+ZONFRA_EXPORT ISamplerEffect* getSamplerInterface(Ondra::OndraOS* plugin) {
+    return plugin ? dynamic_cast<ISamplerEffect*>(plugin) : nullptr;
+}

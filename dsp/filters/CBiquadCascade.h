@@ -3,7 +3,7 @@
 namespace DSP {
 class CBiquadCascade {
 public:
-    explicit CBiquadCascade(int capacity) : capacity(capacity < 1 ? 12 : capacity) {}
+    explicit CBiquadCascade(int stages) : capacity(stages < 1 ? 12 : stages) {}
     void setOrder(int) {}
     void copyCoefficients(const CBiquadCascade&) {}
     void makeAllPass() {}

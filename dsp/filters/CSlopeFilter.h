@@ -4,7 +4,7 @@
 namespace DSP {
 class CSlopeFilter {
 public:
-    explicit CSlopeFilter(int maxOrder) : maxOrder(maxOrder), allPass(12) {}
+    explicit CSlopeFilter(int orderLimit) : maxOrder(orderLimit), allPass(12) {}
     void setSlope(int) {}
     void setType(unsigned t) { type = t; }
     void setCutoff(double hertz) { cutoff = hertz; }

@@ -88,6 +88,7 @@ int COndraChunk::finish(void** out) {
 
 int COndraChunk::read(void* data, int size) {
     clear();
+    presetName[0] = 0;
     auto* bytes = static_cast<uint8_t*>(data);
     if (!bytes || size < kHeaderSize) return 2;
     char expected[20] = {0};

@@ -1,0 +1,169 @@
+#include <algorithm>
+#include <cmath>
+
+#include "effect/CZonfra.h"
+#include "effect/LatencyDelay.h"
+#include "framework/plugin/FloatingPointGuard.h"
+
+namespace {
+// Crossfades `wet` toward `other` with a per-sample smoothed amount `k`.
+void mixToward(float* wetL, float* wetR, const float* otherL, const float* otherR, float& k, float target, int n) {
+    for (int i = 0; i < n; ++i) {
+        k = static_cast<float>(static_cast<double>(k) + 1e-24 + (static_cast<double>(target) - k) * 0.005);
+        wetL[i] += (otherL[i] - wetL[i]) * k;
+        wetR[i] += (otherR[i] - wetR[i]) * k;
+    }
+}
+
+void raisePeak(const float* samples, int n, float& peak) {
+    for (int i = 0; i < n; ++i) peak = std::max(peak, std::fabs(samples[i]));
+}
+}  // namespace
+
+void CZonfra::process(Ondra::OndraAudioBlock& audio) {
+    Ondra::FloatingPointGuard guard;
+    const int n = audio.numSamples;
+    if (n <= 0 || audio.inputCount < 1 || audio.outputCount < 1) return;
+    const Ondra::StereoBuffer& in = audio.in[0];
+    Ondra::StereoBuffer& out = audio.out[0];
+    // Grows before anything else so that the delays' scratch is large enough.
+    if (n > maxBlockSize) setBlockSize(n);
+
+    // 1-3: untouched input, delayed as far as the wet path; a settled bypass ends here.
+    bypassDryBuffer.copyFrom(in, n);
+    delayInPlace(bypassDelay, delayScratch, bypassDryBuffer.left, bypassDryBuffer.right, n);
+    if (bypassed && bypassSettled) {
+        bypassDryBuffer.copyTo(out.left, out.right, n);
+        raisePeak(out.left, n, peakHoldL);
+        raisePeak(out.right, n, peakHoldR);
+        return;
+    }
+
+    applyFilterSettings();
+    // 5-8: input gain, then the control step.
+    workBuffer.copyFrom(in, n);
+    inputGain.apply(workBuffer.left, workBuffer.right, n);
+    controlStep();
+
+    // 9-11: stages before the filters; the dry/wet amount reaches past them to the raw input.
+    const bool distortionBefore = !distortionPost;
+    const bool reductionBefore = !rateReductionPost;
+    if (distortionBefore) distortion.process(workBuffer, static_cast<unsigned>(n));
+    if (reductionBefore) rateReducer.process(workBuffer, static_cast<unsigned>(n));
+    const float mix = mixTarget;
+    if (mix != 1.0f && (distortionBefore || reductionBefore)) {
+        float k = 1.0f - mixCurrent;
+        mixToward(workBuffer.left, workBuffer.right, in.left, in.right, k, 1.0f - mix, n);
+    }
+
+    // 12-13: the filters and the dry path's phase twins.
+    runFilters(audio, n);
+    runDryPhaseChains(n);
+
+    // 14-17: modulators and the stages after the filters.
+    float* io[2] = {out.left, out.right};
+    ringMod.processInPlace(io, static_cast<unsigned>(n));
+    for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &out.left[i], &out.right[i]);
+    if (distortionPost) distortion.process(out, static_cast<unsigned>(n));
+    if (rateReductionPost) rateReducer.process(out, static_cast<unsigned>(n));
+
+    // 18-19: limiter or its equal delay, then output gain.
+    if (limiterOn && globalLimiterOn)
+        limiter.process(out.left, out.right, static_cast<unsigned>(n));
+    else
+        delayInPlace(limiterDelay, delayScratch, out.left, out.right, n);
+    outputGain.apply(out.left, out.right, n);
+
+    // 20-21: dry/wet against the equally late dry path.
+    delayInPlace(dryPathDelay, delayScratch, dryPathBuffer.left, dryPathBuffer.right, n);
+    float k = 1.0f - mixCurrent;
+    mixToward(out.left, out.right, dryPathBuffer.left, dryPathBuffer.right, k, 1.0f - mix, n);
+    mixCurrent = 1.0f - k;
+
+    // 22: the bypass fade.
+    if (!bypassSettled) {
+        for (int i = 0; i < n; ++i) {
+            out.left[i] = bypassDryBuffer.left[i] + (out.left[i] - bypassDryBuffer.left[i]) * bypassFade;
+            out.right[i] = bypassDryBuffer.right[i] + (out.right[i] - bypassDryBuffer.right[i]) * bypassFade;
+            bypassFade += bypassFadeStep;
+            if (bypassFade >= 1.0f || bypassFade <= 0.0f) {
+                bypassFade = std::clamp(bypassFade, 0.0f, 1.0f);
+                if (!bypassSettled) {
+                    bypassSettled = true;
+                    if (bypassed) clearAfterBypass();
+                }
+                bypassFadeStep = 0.0f;
+            }
+        }
+    }
+}
+
+void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
+    const auto count = static_cast<unsigned>(n);
+    Ondra::StereoBuffer& out = audio.out[0];
+    if (filterMode == 0) {
+        dryPathBuffer.copyFrom(workBuffer, n);
+        lowPassL.process(workBuffer.left, workBuffer.left, count);
+        lowPassR.process(workBuffer.right, workBuffer.right, count);
+        highPassL.process(workBuffer.left, workBuffer.left, count);
+        highPassR.process(workBuffer.right, workBuffer.right, count);
+        float* const work[2] = {workBuffer.left, workBuffer.right};
+        resonanceLow.process(work, work, count);
+        resonanceHigh.process(work, work, count);
+        workBuffer.copyTo(out.left, out.right, n);
+        return;
+    }
+    // Parallel: the high-pass branch takes the raw input, without input gain or pre stages.
+    secondBuffer.copyFrom(audio.in[0], n);
+    dryPathBuffer.copyFrom(workBuffer, n);
+    lowPassL.process(workBuffer.left, workBuffer.left, count);
+    lowPassR.process(workBuffer.right, workBuffer.right, count);
+    highPassL.process(secondBuffer.left, secondBuffer.left, count);
+    highPassR.process(secondBuffer.right, secondBuffer.right, count);
+    float* const work[2] = {workBuffer.left, workBuffer.right};
+    float* const second[2] = {secondBuffer.left, secondBuffer.right};
+    resonanceLow.process(work, work, count);
+    resonanceHigh.process(second, second, count);
+    for (int i = 0; i < n; ++i) {
+        out.left[i] = workBuffer.left[i] + secondBuffer.left[i];
+        out.right[i] = workBuffer.right[i] + secondBuffer.right[i];
+    }
+}
+
+void CZonfra::runDryPhaseChains(int n) {
+    dryPhaseHighL.copyCoefficients(highPassL.allPassStages());
+    dryPhaseHighR.copyCoefficients(highPassL.allPassStages());
+    dryPhaseLowL.copyCoefficients(lowPassL.allPassStages());
+    dryPhaseLowR.copyCoefficients(lowPassL.allPassStages());
+    for (int i = 0; i < n; ++i) {
+        float left = dryPathBuffer.left[i] + 1e-19f;
+        left = dryPhaseLowL.tickRounded(left) + 1e-19f;
+        dryPathBuffer.left[i] = dryPhaseHighL.tickRounded(left);
+        float right = dryPathBuffer.right[i] + 1e-19f;
+        right = dryPhaseLowR.tickRounded(right) + 1e-19f;
+        dryPathBuffer.right[i] = dryPhaseHighR.tickRounded(right);
+    }
+}
+
+void CZonfra::clearAfterBypass() {
+    limiter.reset();
+    distortion.reset();
+    rateReducer.reset();
+    inputGain.snap();
+    outputGain.snap();
+    lowEnvOut = highEnvOut = 0;
+    lowCutoff = lowModulated;
+    highCutoff = highModulated;
+    lowResonance = lowResonanceParam;
+    highResonance = highResonanceParam;
+    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
+    resonanceLow.reset();
+    resonanceHigh.reset();
+    for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
+    lfoResync = true;
+    ringMod.reset();
+    dryPathDelay.clear();
+    mixCurrent = mixTarget;
+    inputGain.clearPeaks();
+    outputGain.clearPeaks();
+}
