@@ -119,7 +119,7 @@ void OndraOS::beginAutomationBlock(const OndraAudioBlock& timeLine, int samples)
         const double position = timeLine.samplePos / length;
         double distance = (1.0 - (position - std::floor(position))) * length;
         if (distance >= length) distance = 0;
-        delay = distance < samples ? static_cast<int>(distance) : 0;
+        delay = distance < samples ? static_cast<int>(std::lround(distance)) : 0;
     }
     for (auto& e : automationQueue) e.delay = delay;
 }

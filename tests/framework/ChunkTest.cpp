@@ -1,0 +1,261 @@
+#include <gtest/gtest.h>
+
+#include <zlib.h>
+
+#include <cstring>
+#include <vector>
+
+#include "framework/parameters/ParameterChangeListener.h"
+#include "framework/state/COndraChunk.h"
+#include "framework/state/CPropertyManager.h"
+#include "framework/state/PayloadShuffle.h"
+#include "support/ChunkLayoutReader.h"
+
+using namespace Ondra;
+
+namespace {
+std::vector<uint8_t> finished(COndraChunk& chunk) {
+    void* data = nullptr;
+    const int size = chunk.finish(&data);
+    return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
+}
+
+COndraChunk effectChunk() {
+    COndraChunk chunk;
+    chunk.setTag("MMK-zonfra-Preset");
+    return chunk;
+}
+}  // namespace
+
+TEST(PayloadShuffle, OverlappingReversalsAndTheirUndo) {
+    std::vector<uint8_t> bytes = {0, 1, 2, 3, 4, 5, 6};
+    shufflePayload(bytes.data(), bytes.size());
+    // q = 0: 3 2 1 0 4 5 6; q = 2: 3 2 5 4 0 1 6 (E = 6, so q stops at 2; the odd last byte stays).
+    EXPECT_EQ(bytes, (std::vector<uint8_t>{3, 2, 5, 4, 0, 1, 6}));
+    unshufflePayload(bytes.data(), bytes.size());
+    EXPECT_EQ(bytes, (std::vector<uint8_t>{0, 1, 2, 3, 4, 5, 6}));
+    std::vector<uint8_t> tiny = {9, 8, 7};
+    shufflePayload(tiny.data(), tiny.size());
+    EXPECT_EQ(tiny, (std::vector<uint8_t>{9, 8, 7}));
+}
+
+TEST(COndraChunk, LayoutOfAFinishedChunk) {
+    COndraChunk chunk = effectChunk();
+    chunk.setPresetName("Wah Wah");
+    chunk.addChunk("First", "TRUE");
+    const uint8_t raw[3] = {1, 2, 3};
+    chunk.addChunk("Second", raw, 3);
+    const std::vector<uint8_t> block = finished(chunk);
+
+    ChunkLayout::Outer outer;
+    ASSERT_TRUE(ChunkLayout::readOuter(block.data(), block.size(), outer));
+    EXPECT_EQ(outer.tag, "MMK-zonfra-Preset");
+    EXPECT_EQ(outer.reserved, 0);
+    EXPECT_EQ(outer.headerSize, 44);
+    EXPECT_EQ(outer.version, 0x1000);
+    EXPECT_EQ(outer.compressed, 1);
+    for (size_t i = 17; i < 20; ++i) EXPECT_EQ(block[i], 0) << "tag is zero-filled";
+    const auto records = ChunkLayout::readRecords(outer.plain);
+    ASSERT_EQ(records.size(), 3u);
+    EXPECT_EQ(records[0].name, "First");
+    EXPECT_EQ(records[0].offset, 0u);
+    EXPECT_EQ(records[0].headerSize, 40);
+    EXPECT_EQ(records[0].version, 0x1000);
+    EXPECT_EQ(records[0].dataSize, 5);
+    EXPECT_EQ(records[1].offset, 45u);  // no padding between records
+    EXPECT_EQ(records[1].data, (std::vector<uint8_t>{1, 2, 3}));
+    EXPECT_EQ(records[2].name, "PresetName");
+    EXPECT_STREQ(reinterpret_cast<const char*>(records[2].data.data()), "Wah Wah");
+    EXPECT_EQ(static_cast<size_t>(outer.plainSize), outer.plain.size());
+}
+
+TEST(COndraChunk, ReadFindsRecordsAndName) {
+    COndraChunk writer = effectChunk();
+    writer.setPresetName("Sweep");
+    writer.addChunk("Data", "hello");
+    std::vector<uint8_t> block = finished(writer);
+    COndraChunk reader = effectChunk();
+    ASSERT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
+    void* data = nullptr;
+    EXPECT_EQ(reader.find("Data", &data), 6);
+    EXPECT_STREQ(static_cast<char*>(data), "hello");
+    EXPECT_EQ(reader.find("Missing", &data), 0);
+    EXPECT_EQ(data, nullptr);
+    EXPECT_STREQ(reader.getPresetName(), "Sweep");
+}
+
+TEST(COndraChunk, RefusesShortForeignAndNewerBlocks) {
+    COndraChunk writer = effectChunk();
+    writer.addChunk("Data", "x");
+    std::vector<uint8_t> block = finished(writer);
+    COndraChunk reader = effectChunk();
+    std::vector<uint8_t> copy(block.begin(), block.begin() + 43);
+    EXPECT_EQ(reader.read(copy.data(), 43), 2);
+    copy = block;
+    copy[4] = 'X';  // another product's tag
+    EXPECT_EQ(reader.read(copy.data(), static_cast<int>(copy.size())), 2);
+    copy = block;
+    EXPECT_EQ(reader.read(copy.data(), static_cast<int>(copy.size()) - 1), 2);  // truncated payload
+    copy = block;
+    copy[28] = 0x01, copy[29] = 0x10;  // version 0x1001
+    EXPECT_EQ(reader.read(copy.data(), static_cast<int>(copy.size())), 2);
+    EXPECT_EQ(reader.read(nullptr, 100), 2);
+}
+
+TEST(COndraChunk, EmptyNameIsNoNameAndLongNamesAreRefused) {
+    COndraChunk chunk = effectChunk();
+    chunk.setPresetName("");
+    EXPECT_STREQ(chunk.getPresetName(), "NoName");
+    void* out = nullptr;
+    EXPECT_EQ(chunk.finish(&out), 0);  // nothing staged
+    EXPECT_EQ(out, nullptr);
+
+    COndraChunk writer = effectChunk();
+    const std::string name41(41, 'n');
+    writer.addChunk("PresetName", name41.c_str());
+    std::vector<uint8_t> block = finished(writer);
+    COndraChunk reader = effectChunk();
+    ASSERT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
+    EXPECT_STREQ(reader.getPresetName(), "");
+}
+
+TEST(COndraChunk, CorruptZlibGivesAnEmptyIndexNotAFailure) {
+    COndraChunk writer = effectChunk();
+    writer.addChunk("Data", "some text that compresses");
+    std::vector<uint8_t> block = finished(writer);
+    for (size_t i = 44; i < block.size(); ++i) block[i] ^= 0x5A;
+    COndraChunk reader = effectChunk();
+    EXPECT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
+    EXPECT_EQ(reader.getRecordsRead(), 0);
+}
+
+TEST(COndraChunk, RandomCorruptionNeverCrashes) {
+    COndraChunk writer = effectChunk();
+    writer.setPresetName("Robust");
+    writer.addChunk("Data", "0123456789abcdefghij");
+    const std::vector<uint8_t> block = finished(writer);
+    uint32_t seed = 12345;
+    for (int trial = 0; trial < 2000; ++trial) {
+        std::vector<uint8_t> copy = block;
+        seed = seed * 1664525u + 1013904223u;
+        copy[seed % copy.size()] = static_cast<uint8_t>(seed >> 24);
+        seed = seed * 1664525u + 1013904223u;
+        const int size = static_cast<int>(seed % (copy.size() + 1));
+        COndraChunk reader = effectChunk();
+        reader.read(copy.data(), size);
+    }
+}
+
+namespace {
+struct ManagerFixture : ::testing::Test {
+    void SetUp() override {
+        manager.setTag("MMK zonfra");
+        manager.setCompress(false);
+        a = manager.addParameter({"ALPHA", "Alpha", "Alpha", 0, 10, 1, 2, true, 0, 10, 0});
+        b = manager.addParameter({"BETA", "Beta", "Beta", -1, 1, 0, 0, false, 0, 1, 1});
+        c = manager.addParameter({"GAMMA7", "Gamma", "Gamma", 0, 100, 50, 50, true, 0, 10, 2});
+    }
+    std::vector<uint8_t> serialized() {
+        void* data = nullptr;
+        const int size = manager.serialize(&data);
+        return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
+    }
+    CPropertyManager manager;
+    ParameterProperty *a, *b, *c;
+};
+}  // namespace
+
+TEST_F(ManagerFixture, ListsAndAutomationIndices) {
+    EXPECT_EQ(manager.addParameter({"ALPHA", "x", "x", 0, 1, 0, 0, true, 0, 1, 9}), a);
+    EXPECT_EQ(manager.getCount(), 3);
+    EXPECT_EQ(manager.getAutomatableCount(), 2);
+    EXPECT_EQ(a->getAutomationIndex(), 0);
+    EXPECT_EQ(b->getAutomationIndex(), -1);
+    EXPECT_EQ(c->getAutomationIndex(), 1);
+    EXPECT_EQ(manager.getAutomatable(1), c);
+    EXPECT_EQ(manager.getParameterById(2), c);
+    EXPECT_EQ(manager.findByKey("BETA"), b);
+    EXPECT_EQ(manager.findByKey("beta"), nullptr);
+    EXPECT_EQ(manager.getParameter(3), nullptr);
+}
+
+TEST_F(ManagerFixture, TableLayout) {
+    a->setValue(3.5f);
+    const std::vector<uint8_t> data = serialized();
+    ChunkLayout::ParameterTable table;
+    ASSERT_TRUE(ChunkLayout::readParameterTable(data, table));
+    EXPECT_EQ(table.tag, "MMK zonfra");
+    EXPECT_EQ(table.headerSize, 48);
+    EXPECT_EQ(table.version, 0x1000);
+    EXPECT_EQ(table.compressed, 0);
+    EXPECT_EQ(table.storedSize, 3 * 64);
+    EXPECT_EQ(table.plainSize, 3 * 64);
+    EXPECT_EQ(table.recordSize, 64);
+    EXPECT_EQ(table.count, 3);
+    EXPECT_EQ(data.size(), 48u + 3 * 64);
+    ASSERT_EQ(table.rows.size(), 3u);
+    EXPECT_EQ(table.rows[0].key, "ALPHA");
+    EXPECT_FLOAT_EQ(table.rows[0].value, 3.5f);
+    EXPECT_FLOAT_EQ(table.rows[1].minimum, -1);
+    EXPECT_FLOAT_EQ(table.rows[2].maximum, 100);
+    for (size_t i = 48 + 5; i < 48 + 52; ++i) EXPECT_EQ(data[i], 0) << "key is zero-filled";
+}
+
+TEST_F(ManagerFixture, LoadByKeySkipsUnknownAndLeavesMissing) {
+    CPropertyManager other;
+    other.setTag("MMK zonfra");
+    other.setCompress(false);
+    other.addParameter({"ALPHA", "", "", 0, 10, 7, 0, true, 0, 10, 0});
+    other.addParameter({"UNKNOWN", "", "", 0, 10, 9, 0, true, 0, 10, 1});
+    void* data = nullptr;
+    const int size = other.serialize(&data);
+    std::vector<uint8_t> embedded(13 + static_cast<size_t>(size), 0xEE);  // a table may sit inside other data
+    std::memcpy(embedded.data() + 13, data, static_cast<size_t>(size));
+    c->setValue(42);
+    manager.load(embedded.data(), static_cast<int>(embedded.size()), -1);
+    EXPECT_FLOAT_EQ(a->getValue(), 7);
+    EXPECT_FLOAT_EQ(c->getValue(), 42);
+}
+
+TEST_F(ManagerFixture, CompressedRoundTripAndSizeCheck) {
+    manager.setCompress(true);
+    a->setValue(9);
+    c->setValue(12);
+    std::vector<uint8_t> data = serialized();
+    a->setValue(0);
+    c->setValue(0);
+    manager.load(data.data(), static_cast<int>(data.size()), -1);
+    EXPECT_FLOAT_EQ(a->getValue(), 9);
+    EXPECT_FLOAT_EQ(c->getValue(), 12);
+    // A count that disagrees with the sizes applies nothing.
+    data[44] = 4;
+    a->setValue(0);
+    manager.load(data.data(), static_cast<int>(data.size()), -1);
+    EXPECT_FLOAT_EQ(a->getValue(), 0);
+}
+
+TEST_F(ManagerFixture, InstanceRenumbersTheTrailingNumber) {
+    CPropertyManager other;
+    other.setTag("MMK zonfra");
+    other.setCompress(false);
+    other.addParameter({"GAMMA3", "", "", 0, 100, 77, 0, true, 0, 10, 0});
+    void* data = nullptr;
+    const int size = other.serialize(&data);
+    manager.load(data, size, 7);
+    EXPECT_FLOAT_EQ(c->getValue(), 77);
+}
+
+TEST_F(ManagerFixture, BatchGivesOneNotificationPerParameter) {
+    struct Counter : ParameterChangeListener {
+        void parameterChanged(IPluginParameter*) override { ++calls; }
+        int calls = 0;
+    } counter;
+    for (ParameterProperty* p : {a, b, c}) p->addListener(&counter, false);
+    manager.beginBatch();
+    a->setValue(1);
+    a->setValue(2);
+    c->setValue(3);
+    EXPECT_EQ(counter.calls, 0);
+    manager.endBatch();
+    EXPECT_EQ(counter.calls, 3);
+}

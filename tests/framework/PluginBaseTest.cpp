@@ -1,0 +1,299 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "framework/parameters/ParameterProperty.h"
+#include "framework/plugin/CNChannelBuffer.h"
+#include "framework/plugin/ChunkedProcess.h"
+#include "framework/plugin/IdleList.h"
+#include "framework/plugin/OndraOS.h"
+#include "framework/plugin/OndraPluginInfo.h"
+
+using namespace Ondra;
+
+namespace {
+
+struct TypedCallback : OndraCallback {
+    explicit TypedCallback(int pluginType) : type(pluginType) {}
+    int getPluginType() override { return type; }
+    void setInitialDelay(int samples) override { reported = samples; }
+    void automate(int index, float value) override { automated.push_back({index, value}); }
+    float getHostTempo() override { return 133.0f; }
+    int type;
+    int reported = -1;
+    std::vector<std::pair<int, float>> automated;
+};
+
+// A plug-in with two parameters that records every chunk it is asked to process.
+struct RecordingPlugin : OndraOS {
+    RecordingPlugin() : OndraOS(nullptr) {
+        a.initFromRecord({"A", "A", "A", 0, 10, 0, 0, true, 0, 10, 0});
+        b.initFromRecord({"B", "B", "B", 0, 10, 0, 0, true, 0, 10, 1});
+    }
+    int getParameterCount() override { return 2; }
+    IPluginParameter* getParameter(int index) override { return index == 0 ? &a : index == 1 ? &b : nullptr; }
+    int getControlChunkSize() override { return chunkSize; }
+    void process(OndraAudioBlock& blockIn) override {
+        chunks.push_back({blockIn.numSamples, blockIn.samplePos, blockIn.ppqPos, a.getValue(), b.getValue(),
+                          blockIn.samplesToNextBeat});
+        for (int i = 0; i < blockIn.numSamples; ++i) {
+            blockIn.out[0].left[i] = blockIn.in[0].left[i] * 2;
+            blockIn.out[0].right[i] = blockIn.in[0].right[i] * 3;
+        }
+    }
+    struct Chunk {
+        int samples;
+        double samplePos, ppqPos;
+        float a, b;
+        int toNextBeat;
+    };
+    ParameterProperty a, b;
+    int chunkSize = 88;
+    std::vector<Chunk> chunks;
+};
+
+struct HostBlock {
+    explicit HostBlock(int samples) : inL(samples, 1), inR(samples, 1), outL(samples), outR(samples) {
+        block.in[0].refer(inL.data(), inR.data(), samples);
+        block.out[0].refer(outL.data(), outR.data(), samples);
+        block.inputCount = block.outputCount = 1;
+        block.tempo = 120;
+    }
+    std::vector<float> inL, inR, outL, outR;
+    OndraAudioBlock block;
+};
+
+}  // namespace
+
+TEST(OndraOS, DefaultsWithoutCallback) {
+    OndraOS plugin(nullptr);
+    EXPECT_FLOAT_EQ(plugin.getHostTempo(), 10.0f);
+    EXPECT_STREQ(plugin.getHostedPluginTypeName(), "NO_CALLBACK");
+    plugin.setInitialDelay(221);
+    EXPECT_EQ(plugin.getInitialDelay(), 221);
+    EXPECT_EQ(plugin.getControlChunkSize(), -1);
+    EXPECT_EQ(plugin.getParameterIndex(nullptr), -1);
+    EXPECT_EQ(plugin.getParameter(5), nullptr);
+    EXPECT_EQ(plugin.getNumInputPairs(), 1);
+    EXPECT_FLOAT_EQ(plugin.getSampleRate(), 44100.0f);
+}
+
+TEST(OndraOS, HostTypeNamesAndDelayReport) {
+    const char* expected[] = {"-", "VST2", "VST3", "RTAS", "AU", "AAX", "Ondra", ""};
+    for (int type = 0; type <= 7; ++type) {
+        TypedCallback callback(type);
+        OndraOS plugin(&callback);
+        EXPECT_STREQ(plugin.getHostedPluginTypeName(), expected[type]);
+    }
+    TypedCallback callback(2);
+    OndraOS plugin(&callback);
+    plugin.setInitialDelay(240);
+    EXPECT_EQ(callback.reported, 240);
+    EXPECT_FLOAT_EQ(plugin.getHostTempo(), 133.0f);
+}
+
+TEST(OndraOS, BypassCallsSuspendOrResumeAfterStoring) {
+    struct Tracking : OndraOS {
+        Tracking() : OndraOS(nullptr) {}
+        void suspend() override { log.push_back(std::string("suspend:") + (isBypassed() ? "1" : "0")); }
+        void resume() override { log.push_back(std::string("resume:") + (isBypassed() ? "1" : "0")); }
+        std::vector<std::string> log;
+    } plugin;
+    plugin.setBypass(true);
+    plugin.setBypass(false);
+    EXPECT_EQ(plugin.log, std::vector<std::string>({"suspend:1", "resume:0"}));
+}
+
+TEST(OndraOS, AutomateGoesToTheHostOnlyForAutomatableParameters) {
+    TypedCallback callback(1);
+    struct WithCallback : RecordingPlugin {
+        explicit WithCallback(OndraCallback* cb) { callback = cb; }
+    } withCallback(&callback);
+    withCallback.b.setValue(5);
+    withCallback.automate(&withCallback.b);
+    withCallback.a.setAutomatable(false);
+    withCallback.automate(&withCallback.a);
+    ASSERT_EQ(callback.automated.size(), 1u);
+    EXPECT_EQ(callback.automated[0].first, 1);
+    EXPECT_FLOAT_EQ(callback.automated[0].second, 0.5f);
+}
+
+TEST(ChunkedProcess, CutsAtTheControlChunkAndAdvancesTheTimeLine) {
+    RecordingPlugin plugin;
+    HostBlock host(100);
+    host.block.ppqPos = 1.0;
+    processInChunks(plugin, host.block, 100, ChunkingRules{});
+    ASSERT_EQ(plugin.chunks.size(), 2u);
+    EXPECT_EQ(plugin.chunks[0].samples, 88);
+    EXPECT_EQ(plugin.chunks[1].samples, 12);
+    EXPECT_DOUBLE_EQ(plugin.chunks[1].samplePos, 88);
+    EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 1.0 + 88.0 / (0.5 * 44100.0));
+    EXPECT_EQ(plugin.chunks[1].toNextBeat, plugin.chunks[0].toNextBeat - 88);
+    EXPECT_FLOAT_EQ(host.outL[99], 2.0f);  // pointers advanced: every sample written once
+    EXPECT_FLOAT_EQ(host.outR[50], 3.0f);
+}
+
+TEST(ChunkedProcess, WholeBlockRules) {
+    RecordingPlugin plugin;
+    HostBlock host(176);
+    ChunkingRules vst3;
+    vst3.wholeBlockBelowTwoChunks = true;
+    processInChunks(plugin, host.block, 100, vst3);
+    EXPECT_EQ(plugin.chunks.size(), 1u);
+    plugin.chunks.clear();
+    HostBlock second(176);
+    processInChunks(plugin, second.block, 176, vst3);
+    EXPECT_EQ(plugin.chunks.size(), 2u);
+    plugin.chunks.clear();
+    plugin.chunkSize = -1;
+    HostBlock third(300);
+    processInChunks(plugin, third.block, 300, ChunkingRules{});
+    EXPECT_EQ(plugin.chunks.size(), 1u);
+}
+
+TEST(ChunkedProcess, SamplesToNextBeat) {
+    EXPECT_EQ(samplesToNextBeat(0.0, 120, 44100), 22050);
+    EXPECT_EQ(samplesToNextBeat(0.5, 120, 44100), 11025);
+    // Tempo below 10 counts as 10.
+    EXPECT_EQ(samplesToNextBeat(0.0, 0, 44100), 264600);
+}
+
+TEST(AutomationQueue, QueuedPointsCutChunksAtTheirOffsets) {
+    RecordingPlugin plugin;
+    HostBlock host(176);
+    plugin.queueAutomation(&plugin.a, 0.1f, 0);
+    plugin.queueAutomation(&plugin.b, 0.2f, 30);
+    processInChunks(plugin, host.block, 176, ChunkingRules{});
+    ASSERT_EQ(plugin.chunks.size(), 3u);
+    EXPECT_EQ(plugin.chunks[0].samples, 30);
+    EXPECT_FLOAT_EQ(plugin.chunks[0].a, 1.0f);
+    EXPECT_FLOAT_EQ(plugin.chunks[0].b, 0.0f);
+    EXPECT_EQ(plugin.chunks[1].samples, 88);
+    EXPECT_FLOAT_EQ(plugin.chunks[1].b, 2.0f);
+    EXPECT_EQ(plugin.chunks[2].samples, 58);
+    EXPECT_FALSE(plugin.hasQueuedAutomation());
+}
+
+TEST(AutomationQueue, OneEventPerParameterAndDelaysClippedToTheBlock) {
+    RecordingPlugin plugin;
+    HostBlock host(64);
+    plugin.queueAutomation(&plugin.a, 0.1f, 5);
+    plugin.queueAutomation(&plugin.a, 0.3f, 500);  // overwrites, and is clipped to the last sample
+    processInChunks(plugin, host.block, 64, ChunkingRules{});
+    ASSERT_EQ(plugin.chunks.size(), 2u);
+    EXPECT_EQ(plugin.chunks[0].samples, 63);
+    EXPECT_FLOAT_EQ(plugin.chunks[1].a, 3.0f);
+}
+
+TEST(AutomationQueue, GridDelaysToTheNextGridLine) {
+    RecordingPlugin plugin;
+    plugin.setAutomationGrid(2);  // code 3: an eighth of a note at 120 BPM, 11025 samples
+    OndraAudioBlock timeLine;
+    timeLine.tempo = 120;
+    timeLine.transportPlaying = true;
+    timeLine.samplePos = 11025 - 40;
+    EXPECT_TRUE(plugin.queueAutomation(&plugin.a, 0.5f, 0));
+    plugin.beginAutomationBlock(timeLine, 128);
+    int samples = 128;
+    plugin.sliceAutomation(samples);
+    EXPECT_EQ(samples, 40);
+    timeLine.transportPlaying = false;
+    plugin.queueAutomation(&plugin.b, 0.5f, 0);
+    plugin.beginAutomationBlock(timeLine, 128);
+    samples = 128;
+    plugin.sliceAutomation(samples);
+    EXPECT_FLOAT_EQ(plugin.b.getValue(), 5.0f);
+    plugin.setAutomationGrid(-1);
+    EXPECT_FALSE(plugin.queueAutomation(&plugin.a, 0.5f, 0));
+    plugin.endAutomationBlock();
+}
+
+TEST(MidiDecoding, NotesBendsAndControllers) {
+    std::vector<OndraMidiEvent> events(5);
+    events[0].status = 0x93, events[0].data1 = 60, events[0].data2 = 127;
+    events[1].status = 0x90, events[1].data1 = 61, events[1].data2 = 0;
+    events[2].status = 0xE0, events[2].data1 = 0x7F, events[2].data2 = 0x7F;
+    events[3].status = 0xB1, events[3].data1 = 120, events[3].data2 = 64;
+    events[4].status = 0xB1, events[4].data1 = 123, events[4].data2 = 0;
+    for (auto& e : events) e.delta = 7;
+    OndraOS plugin(nullptr);
+    plugin.processMidiEvents(events);
+    // "All notes off" runs first among the events of its delta.
+    EXPECT_EQ(events[0].kind, kMidiAllNotesOff);
+    EXPECT_EQ(events[1].kind, kMidiNoteOn);
+    EXPECT_EQ(events[1].channel, 3);
+    EXPECT_FLOAT_EQ(events[1].value1, 1.0f);
+    EXPECT_EQ(events[2].kind, kMidiNoteOff);
+    EXPECT_EQ(events[2].status, 0x80);
+    EXPECT_FLOAT_EQ(events[3].value2, 8191.0f / 8152.0f);
+    EXPECT_EQ(events[4].kind, kMidiAllSoundOff);
+    EXPECT_FLOAT_EQ(events[4].value2, 64.0f / 127.0f);
+
+    std::vector<OndraMidiEvent> bends(2);
+    bends[0].status = 0xE0, bends[0].data1 = 1, bends[0].data2 = 64;  // +1: dead zone
+    bends[1].status = 0xE0, bends[1].data1 = 0, bends[1].data2 = 0;   // -8192
+    decodeMidiEvents(bends);
+    EXPECT_FLOAT_EQ(bends[0].value2, 0.0f);
+    EXPECT_FLOAT_EQ(bends[1].value2, -1.0f);
+}
+
+TEST(PluginList, GrowsByFiveAndCopiesDeeply) {
+    OndraPluginList list;
+    OndraPluginInfo info{fourCharacterId("Vzon"), "N", "V", "M", 1, 1, 1, "1.3.0", kCategoryEffect, false, 0x10300, 1};
+    for (int i = 0; i < 12; ++i) {
+        info.uniqueId = i;
+        list.add(info);
+    }
+    EXPECT_EQ(list.getCount(), 12);
+    OndraPluginList copy;
+    copy = list;
+    EXPECT_EQ(copy.getCount(), 12);
+    EXPECT_NE(copy.get(3), list.get(3));
+    EXPECT_EQ(copy.get(3)->uniqueId, 3);
+    EXPECT_EQ(list.find(7)->uniqueId, 7);
+    EXPECT_EQ(list.find(99)->uniqueId, 0);
+    EXPECT_EQ(list.get(12), nullptr);
+    EXPECT_EQ(fourCharacterId("Vzon"), 0x567A6F6E);
+}
+
+TEST(CNChannelBuffer, ClearsReadsAndWritesWithinBounds) {
+    CNChannelBuffer buffer;
+    buffer.resize(16, 2);
+    std::vector<float> a(16, 1.0f), b(16, 2.0f);
+    const float* src[2] = {a.data(), b.data()};
+    buffer.write(src, 2, 100);
+    buffer.clear(4, 100);
+    std::vector<float> outA(16, -1), outB(16, -1), outC(16, -1);
+    float* dst[3] = {outA.data(), outB.data(), outC.data()};
+    buffer.read(dst, 3, 16);
+    EXPECT_FLOAT_EQ(outA[3], 1.0f);
+    EXPECT_FLOAT_EQ(outA[4], 0.0f);
+    EXPECT_FLOAT_EQ(outB[0], 2.0f);
+    EXPECT_FLOAT_EQ(outC[0], -1.0f);  // only as many channels as the buffer has
+    EXPECT_TRUE(buffer.tryLock());
+    buffer.unlock();
+}
+
+TEST(IdleList, RemovedClientsGetNoFurtherCall) {
+    struct Client : IdleClient {
+        virtual ~Client() = default;
+        bool isOpen() override { return open; }
+        void idle() override { ++calls; }
+        bool open = true;
+        int calls = 0;
+    } first, second;
+    IdleList& list = IdleList::instance();
+    list.add(&first);
+    list.add(&second);
+    EXPECT_TRUE(list.timerRunning());
+    list.tick();
+    list.remove(&first);
+    second.open = false;
+    list.tick();
+    EXPECT_EQ(first.calls, 1);
+    EXPECT_EQ(second.calls, 1);
+    list.remove(&second);
+    list.tick();
+    EXPECT_EQ(list.size(), 0u);
+}
