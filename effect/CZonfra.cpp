@@ -19,6 +19,8 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     FloatingPointGuard guard;
     stateLoading = true;
     presetName.assign("Init Preset");
+    chunk.setTag("MMK-zonfra-Preset");
+    chunk.setCompress(true);
 
     // The filters start steep and wide open; the high-pass is a high-pass for good.
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->setSlope(96);

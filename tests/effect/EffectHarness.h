@@ -1,0 +1,53 @@
+#pragma once
+#include <cmath>
+#include <memory>
+#include <vector>
+
+#include "effect/CZonfra.h"
+#include "framework/plugin/ChunkedProcess.h"
+
+// Drives an effect the way an adapter does: host blocks cut into control chunks.
+struct RecordingCallback : Ondra::OndraCallback {
+    void setInitialDelay(int samples) override { reportedLatency = samples; }
+    int getPluginType() override { return 6; }
+    int reportedLatency = -1;
+};
+
+struct EffectHarness {
+    explicit EffectHarness(float rate = 44100.0f, int maxBlock = 512) : effect(std::make_unique<CZonfra>(&callback)) {
+        effect->setSampleRate(rate);
+        effect->setBlockSize(maxBlock);
+    }
+
+    // Runs `left`/`right` through the effect in host blocks of `hostBlock` samples, in place.
+    void run(std::vector<float>& left, std::vector<float>& right, int hostBlock) {
+        for (size_t at = 0; at < left.size(); at += static_cast<size_t>(hostBlock)) {
+            const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(hostBlock), left.size() - at));
+            runBlock(left.data() + at, right.data() + at, n);
+        }
+    }
+
+    void runBlock(float* left, float* right, int n) {
+        Ondra::OndraAudioBlock block;
+        block.in[0].refer(left, right, n);
+        block.out[0].refer(left, right, n);
+        block.inputCount = block.outputCount = 1;
+        block.tempo = 120;
+        block.samplePos = position;
+        Ondra::processInChunks(*effect, block, n, Ondra::ChunkingRules{});
+        position += n;
+    }
+
+    void set(int id, float value) { effect->getParameter(id)->setValue(value); }
+
+    RecordingCallback callback;
+    std::unique_ptr<CZonfra> effect;
+    double position = 0;
+};
+
+inline std::vector<float> sine(size_t samples, double hertz, double rate, float amplitude = 0.5f) {
+    std::vector<float> out(samples);
+    for (size_t i = 0; i < samples; ++i)
+        out[i] = amplitude * static_cast<float>(std::sin(2.0 * M_PI * hertz * static_cast<double>(i) / rate));
+    return out;
+}

@@ -1,0 +1,103 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "framework/plugin/ChunkedProcess.h"
+#include "framework/plugin/OndraOS.h"
+#include "framework/plugin/OndraPluginInfo.h"
+#include "support/PluginLibrary.h"
+
+using CreateInstance = Ondra::OndraOS* (*)(Ondra::OndraCallback*, int);
+using GetPluginList = Ondra::OndraPluginList* (*)();
+using GetSamplerInterface = void* (*)(Ondra::OndraOS*);
+
+namespace {
+struct EmbeddingCallback : Ondra::OndraCallback {
+    int getPluginType() override { return 6; }
+    void setInitialDelay(int samples) override { latency = samples; }
+    int latency = -1;
+};
+
+std::set<std::string> exportedSymbols(const std::string& path) {
+    std::set<std::string> names;
+    const std::string command = "nm -D --defined-only '" + path + "'";
+    FILE* pipe = popen(command.c_str(), "r");
+    if (!pipe) return names;
+    char line[512];
+    while (std::fgets(line, sizeof line, pipe)) {
+        char address[64], type[8], name[400];
+        if (std::sscanf(line, "%63s %7s %399s", address, type, name) == 3) names.insert(name);
+    }
+    pclose(pipe);
+    return names;
+}
+}  // namespace
+
+TEST(PluginLibrary, ExportsOnlyTheEntryPoints) {
+    const std::set<std::string> names = exportedSymbols(TestSupport::PluginLibrary::defaultPath());
+    const std::set<std::string> expected = {"createOndraInstance", "getOndraPluginListPTR", "getSamplerInterface"};
+    for (const std::string& name : expected) EXPECT_TRUE(names.count(name)) << name;
+    for (const std::string& name : names) {
+        // Later entry families add their own exports; anything else is a leak.
+        const bool known = expected.count(name) || name == "GetPluginFactory" || name == "InitDll" ||
+                           name == "ExitDll" || name == "ModuleEntry" || name == "ModuleExit" ||
+                           name == "VSTPluginMain" || name == "main" || name == "MAIN" || name == "bundleEntry" ||
+                           name == "bundleExit";
+        EXPECT_TRUE(known) << "unexpected export " << name;
+    }
+}
+
+TEST(PluginLibrary, MakesAnInstanceThatProcessesAudio) {
+    TestSupport::PluginLibrary library;
+    ASSERT_TRUE(library.loaded()) << library.error();
+    auto getList = library.function<GetPluginList>("getOndraPluginListPTR");
+    auto create = library.function<CreateInstance>("createOndraInstance");
+    auto sampler = library.function<GetSamplerInterface>("getSamplerInterface");
+    ASSERT_TRUE(getList && create && sampler);
+
+    Ondra::OndraPluginList* list = getList();
+    ASSERT_EQ(list, getList());
+    ASSERT_EQ(list->getCount(), 1);
+    const Ondra::OndraPluginInfo* info = list->get(0);
+    EXPECT_EQ(info->uniqueId, Ondra::fourCharacterId("Vzon"));
+    EXPECT_STREQ(info->name, "MMK Zonfra QT");
+    EXPECT_STREQ(info->vendor, "Morvandel Mixing Kit");
+    EXPECT_STREQ(info->maker, "Morvandel");
+    EXPECT_STREQ(info->versionText, "1.3.0");
+    EXPECT_EQ(info->category, 1000);
+    EXPECT_EQ(info->versionNumber, 0x10300);
+    EXPECT_EQ(info->inputPairs, 1);
+    EXPECT_EQ(info->programCount, 1);
+
+    EmbeddingCallback callback;
+    Ondra::OndraOS* plugin = create(&callback, info->uniqueId);
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_EQ(callback.latency, 221);
+    EXPECT_STREQ(plugin->getHostedPluginTypeName(), "Ondra");
+    EXPECT_NE(sampler(plugin), nullptr);
+    EXPECT_EQ(sampler(nullptr), nullptr);
+    plugin->setSampleRate(48000);
+    plugin->setBlockSize(256);
+    EXPECT_EQ(plugin->getInitialDelay(), 240);
+
+    std::vector<float> left(2048), right(2048);
+    for (size_t i = 0; i < left.size(); ++i) left[i] = right[i] = i == 0 ? 1.0f : 0.0f;
+    for (size_t at = 0; at < left.size(); at += 256) {
+        Ondra::OndraAudioBlock block;
+        block.in[0].refer(left.data() + at, right.data() + at, 256);
+        block.out[0].refer(left.data() + at, right.data() + at, 256);
+        block.inputCount = block.outputCount = 1;
+        block.tempo = 120;
+        Ondra::processInChunks(*plugin, block, 256, Ondra::ChunkingRules{});
+    }
+    size_t peak = 0;
+    for (size_t i = 0; i < left.size(); ++i)
+        if (std::fabs(left[i]) > std::fabs(left[peak])) peak = i;
+    EXPECT_EQ(peak, 240u);
+    for (float v : left) ASSERT_TRUE(std::isfinite(v));
+    delete plugin;
+}
