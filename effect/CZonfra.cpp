@@ -34,12 +34,13 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     resonanceHigh.set(6, 1000, 0.2f, 0, true);
     measureBand.set(3, 500, 0.1f, 0, false);
 
-    buildParameters();
-    setBlockSize(kStartBlockSize);
+    // The LFO's start settings go in before the parameters report theirs, which then win.
     lfo.setSampleRate(kStartSampleRate);
     lfo.setShape(0);
     lfo.setRate(1.0);
     lfo.setSyncIndex(0);
+    buildParameters();
+    setBlockSize(kStartBlockSize);
     resetInternal(false);
     setPresetNameText("Init Preset");
 
@@ -135,6 +136,7 @@ void CZonfra::reset() {
 }
 
 void CZonfra::resetInternal(bool tellEditor) {
+    resetRequested = false;
     workBuffer.clear();
     secondBuffer.clear();
     dryPathBuffer.clear();
@@ -143,18 +145,18 @@ void CZonfra::resetInternal(bool tellEditor) {
     rateReducer.reset();
     inputGain.snap();
     outputGain.snap();
-    lowEnvOut = highEnvOut = 0;
-    lowCutoff = lowModulated = lowTarget = lowCutoffParam;
-    highCutoff = highModulated = highTarget = highCutoffParam;
-    lowResonance = lowResonanceParam;
-    highResonance = highResonanceParam;
+    low.env = low.envOut = high.env = high.envOut = 0;
+    for (FilterSide* side : {&low, &high}) {
+        side->cutoff = side->modulated = side->target = side->cutoffParam;
+        side->resonance = side->resonanceParam;
+    }
     applyFilterSettings();
-    lowPassL.setCutoff(lowCutoff);
-    lowPassR.setCutoff(lowCutoff);
-    highPassL.setCutoff(highCutoff);
-    highPassR.setCutoff(highCutoff);
-    resonanceLow.setFrequency(std::min(lowCutoff, 18000.0f));
-    resonanceHigh.setFrequency(std::min(highCutoff, 18000.0f));
+    lowPassL.setCutoff(low.cutoff);
+    lowPassR.setCutoff(low.cutoff);
+    highPassL.setCutoff(high.cutoff);
+    highPassR.setCutoff(high.cutoff);
+    resonanceLow.setFrequency(std::min(low.cutoff, 18000.0f));
+    resonanceHigh.setFrequency(std::min(high.cutoff, 18000.0f));
     controlStep();
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
     resonanceLow.reset();

@@ -68,24 +68,58 @@ public:
     void setWriteGlobalLimiter(int on) { writeGlobalLimiter = on; }
     const CGainRamp& getInputGain() const { return inputGain; }
     const CGainRamp& getOutputGain() const { return outputGain; }
-    float getLowTarget() const { return lowTarget; }
-    float getHighTarget() const { return highTarget; }
-    float getLowModulated() const { return lowModulated; }
-    float getHighModulated() const { return highModulated; }
-    float getLowCutoff() const { return lowCutoff; }
-    float getHighCutoff() const { return highCutoff; }
-    float getLowEnvOut() const { return lowEnvOut; }
-    float getHighEnvOut() const { return highEnvOut; }
+    float getLowTarget() const { return low.target; }
+    float getHighTarget() const { return high.target; }
+    float getLowModulated() const { return low.modulated; }
+    float getHighModulated() const { return high.modulated; }
+    float getLowCutoff() const { return low.cutoff; }
+    float getHighCutoff() const { return high.cutoff; }
+    float getLowResonance() const { return low.resonance; }
+    float getHighResonance() const { return high.resonance; }
+    float getLowEnvOut() const { return low.envOut; }
+    float getHighEnvOut() const { return high.envOut; }
     float getLfoMean() const { return lfoMean; }
+    int getLfoSyncIndex() const { return lfoSyncIndex; }
     int getFilterMode() const { return filterMode; }
-    int getLowSlopeDb() const { return lowSlopeDb; }
-    int getHighSlopeDb() const { return highSlopeDb; }
+    int getLowSlopeDb() const { return low.slopeDb; }
+    int getHighSlopeDb() const { return high.slopeDb; }
+    float getInertia() const { return inertia; }
+    float getLinkRatio() const { return linkRatio; }
+    float getRateAmount() const { return rateAmount; }
+    bool isRateFlipped() const { return rateFlip; }
+    float getRingFrequencyInForce() const { return ringFreqOut; }
+    float getFreqModFrequencyInForce() const { return freqModFreqOut; }
+    float getFreqModMixInForce() const { return freqModMixOut; }
+    float getEnvAttackCoefficient(bool lowSide) const { return lowSide ? low.envAttack : high.envAttack; }
+    float getEnvReleaseCoefficient(bool lowSide) const { return lowSide ? low.envRelease : high.envRelease; }
+    const DSP::CLfoGenerator& getLfo() const { return lfo; }
 
 private:
+    // Control fields of one filter: written by parameter changes, read by the chunk step.
+    struct FilterSide {
+        Ondra::Relaxed<float> cutoffParam, resonanceParam{0}, widthParam{0.9f};
+        float cutoff, resonance = 0, target, modulated;
+        Ondra::Relaxed<int> slopeDb{12};
+        int appliedSlopeDb = 0;
+        Ondra::Relaxed<float> envAttack{0.5f}, envRelease{0.5f}, envAmount{0}, lfoAmount{0};
+        float env = 0, envOut = 0;
+    };
+
     void buildParameters();
     void resetInternal(bool tellEditor);
     void clearAfterBypass();
+    void measureEnvelope(int n);
+    void stepLfo(const Ondra::OndraAudioBlock& audio, int n);
     void controlStep();
+    void moveCutoff(FilterSide& side, Ondra::IPluginParameter* row, DSP::CSlopeFilter& left,
+                    DSP::CSlopeFilter& right, DSP::CPeakBiquad& resonanceStage);
+    void applyRateLink();
+    void applyRingLink();
+    void applyFreqModLink(bool atChange);
+    float filterPosition();
+    void changeFilterMode(int mode);
+    void linkCutoff(int otherRow, float value);
+    Ondra::ParameterProperty* row(int id) const { return parameters.getParameter(id); }
     void resizeDelayLines();
     void applyFilterSettings();
     void runFilters(Ondra::OndraAudioBlock& audio, int n);
@@ -118,19 +152,31 @@ private:
     float peakHoldL = 0, peakHoldR = 0;
 
     // Control fields.
-    Ondra::Relaxed<float> lowCutoffParam{22000}, highCutoffParam{5};
-    Ondra::Relaxed<float> lowResonanceParam{0}, highResonanceParam{0};
-    Ondra::Relaxed<float> lowWidthParam{0.9f}, highWidthParam{0.9f};
-    float lowCutoff = 22050, highCutoff = 20;
-    float lowResonance = 0, highResonance = 0;
-    float lowTarget = 22050, highTarget = 20;
-    float lowModulated = 22050, highModulated = 20;
-    Ondra::Relaxed<int> lowSlopeDb{12}, highSlopeDb{12};
-    Ondra::Relaxed<int> appliedLowSlopeDb{0}, appliedHighSlopeDb{0};
-    Ondra::Relaxed<int> appliedFilterMode{-1};
-    float lowEnvOut = 0, highEnvOut = 0;
+    FilterSide low{{22000}, {0}, {0.9f}, 22050, 0, 22050, 22050};
+    FilterSide high{{5}, {0}, {0.9f}, 20, 0, 20, 20};
+    int appliedFilterMode = -1;
+    Ondra::Relaxed<bool> resetRequested{false};
+    Ondra::Relaxed<float> inertia{1.0f};
+    Ondra::Relaxed<float> envBoost{1.0f};
+    Ondra::Relaxed<bool> measureBandOn{false};
+    Ondra::Relaxed<float> measureBandFrequency{4000};
+    float appliedMeasureBandFrequency = 0;
     float lfoMean = 0;
-    Ondra::Relaxed<bool> lfoResync{true};
+    Ondra::Relaxed<bool> lfoSyncOn{false}, lfoResync{true};
+    bool lfoSyncRunning = false;
+    Ondra::Relaxed<int> lfoSyncIndex{0};
+    int lfoCounter = -1;
+    double lfoLastPos = -10;
+    float lfoTempo = 1;
+    Ondra::Relaxed<int> bpmOverride{29};
+    Ondra::Relaxed<bool> linkFilters{false}, linkRecursion{false};
+    Ondra::Relaxed<float> linkRatio{1.0f};
+    Ondra::Relaxed<bool> rateLinkOn{false}, rateFlip{false};
+    Ondra::Relaxed<float> rateAmount{1}, rateParam{1};
+    Ondra::Relaxed<float> ringFreq{200}, ringMix{0}, ringLinkAmount{0};
+    float ringFreqOut = 200;
+    Ondra::Relaxed<float> freqModFreq{100}, freqModMix{0}, freqModLinkFreq{0}, freqModLinkMix{0};
+    float freqModFreqOut = 100, freqModMixOut = 0;
     Ondra::Relaxed<bool> stateLoading{true};
 
     // State and housekeeping.

@@ -39,10 +39,13 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
         return;
     }
 
+    if (resetRequested) resetInternal(false);
     applyFilterSettings();
-    // 5-8: input gain, then the control step.
+    // 5-8: input gain, envelope and LFO, then the control step.
     workBuffer.copyFrom(in, n);
     inputGain.apply(workBuffer.left, workBuffer.right, n);
+    measureEnvelope(n);
+    stepLfo(audio, n);
     controlStep();
 
     // 9-11: stages before the filters; the dry/wet amount reaches past them to the raw input.
@@ -151,11 +154,11 @@ void CZonfra::clearAfterBypass() {
     rateReducer.reset();
     inputGain.snap();
     outputGain.snap();
-    lowEnvOut = highEnvOut = 0;
-    lowCutoff = lowModulated;
-    highCutoff = highModulated;
-    lowResonance = lowResonanceParam;
-    highResonance = highResonanceParam;
+    low.env = low.envOut = high.env = high.envOut = 0;
+    for (FilterSide* side : {&low, &high}) {
+        side->cutoff = side->modulated;
+        side->resonance = side->resonanceParam;
+    }
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
     resonanceLow.reset();
     resonanceHigh.reset();
