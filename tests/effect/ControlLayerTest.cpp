@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "EffectHarness.h"
+
+class ControlLayer : public ::testing::Test {
+protected:
+    Ondra::IPluginParameter* row(int id) { return harness.effect->getParameter(id); }
+    CZonfra& effect() { return *harness.effect; }
+    void runChunks(int chunks, float level) {
+        std::vector<float> l(static_cast<size_t>(88 * chunks), level), r = l;
+        harness.run(l, r, 88);
+    }
+    EffectHarness harness;
+};
+
+TEST_F(ControlLayer, FilterLinkMovesTheOtherCutoffOneWay) {
+    row(kLowPassFreq)->setValue(4000);
+    row(kHighPassFreq)->setValue(1000);
+    row(kLinkFilters)->setValue(1);
+    EXPECT_FLOAT_EQ(effect().getLinkRatio(), 4);
+    row(kLowPassFreq)->setValue(8000);
+    EXPECT_FLOAT_EQ(row(kHighPassFreq)->getValue(), 2000);
+    EXPECT_FLOAT_EQ(row(kLowPassFreq)->getValue(), 8000);
+    row(kHighPassFreq)->setValue(500);
+    EXPECT_FLOAT_EQ(row(kLowPassFreq)->getValue(), 2000);
+    row(kLinkFilters)->setValue(0);
+    row(kLowPassFreq)->setValue(3000);
+    EXPECT_FLOAT_EQ(row(kHighPassFreq)->getValue(), 500);
+}
+
+TEST_F(ControlLayer, FilterModeExchangesAndRestoresTheFilters) {
+    const float lowSet[4] = {5000, 0.3f, 0.8f, 3};
+    const float highSet[4] = {200, 0.1f, 1.2f, 1};
+    for (int i = 0; i < 4; ++i) {
+        row(kLowPassFreq + i)->setValue(lowSet[i]);
+        row(kHighPassFreq + i)->setValue(highSet[i]);
+    }
+    row(kFilterMode)->setValue(1);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_FLOAT_EQ(row(kLowPassFreq + i)->getValue(), highSet[i]) << i;
+        EXPECT_FLOAT_EQ(row(kHighPassFreq + i)->getValue(), lowSet[i]) << i;
+    }
+    row(kFilterMode)->setValue(1);  // unchanged mode: no exchange
+    EXPECT_FLOAT_EQ(row(kLowPassFreq)->getValue(), 200);
+    row(kFilterMode)->setValue(0);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_FLOAT_EQ(row(kLowPassFreq + i)->getValue(), lowSet[i]) << i;
+        EXPECT_FLOAT_EQ(row(kHighPassFreq + i)->getValue(), highSet[i]) << i;
+    }
+}
+
+TEST_F(ControlLayer, RateLinkAmountSignIsTheFlip) {
+    row(kRateLinkAmount)->setValue(-0.5f);
+    EXPECT_FLOAT_EQ(effect().getRateAmount(), 0.5f);
+    EXPECT_TRUE(effect().isRateFlipped());
+    row(kRateLinkAmount)->setValue(0.25f);
+    EXPECT_FALSE(effect().isRateFlipped());
+}
+
+TEST_F(ControlLayer, EnvelopeOfAFullScaleChunk) {
+    row(kMeasurePoint)->setValue(100);  // band off
+    row(kEnvBoost)->setValue(0);
+    row(kLpAttack)->setValue(1);  // coefficient 1: the follower jumps to the level
+    runChunks(1, 1.0f);
+    EXPECT_NEAR(effect().getLowEnvOut(), 0.6667f, 1e-4);
+    const float release = effect().getEnvReleaseCoefficient(true);
+    float expected = effect().getLowEnvOut();
+    for (int i = 0; i < 5; ++i) {
+        runChunks(1, 0.0f);
+        expected += (0.0f - expected) * release + 1e-19f;
+        EXPECT_NEAR(effect().getLowEnvOut(), expected, 1e-6);
+    }
+}
+
+TEST_F(ControlLayer, CutoffGlidesAndStopsWithinOneHertz) {
+    row(kLowPassSlope)->setValue(4);
+    row(kFilterInertia)->setValue(1);
+    runChunks(2, 0.0f);
+    row(kLowPassFreq)->setValue(1000);
+    float previous = effect().getLowCutoff();
+    runChunks(1, 0.0f);
+    EXPECT_LE(effect().getLowCutoff(), previous);
+    EXPECT_GE(effect().getLowCutoff(), previous / 1.0405f * 0.9999f);
+    runChunks(400, 0.0f);
+    EXPECT_NEAR(effect().getLowCutoff(), 1000, 1.0f);
+    const float settled = effect().getLowCutoff();
+    row(kLowPassFreq)->setValue(settled + 0.5f);
+    runChunks(3, 0.0f);
+    EXPECT_EQ(effect().getLowCutoff(), settled);
+}
+
+TEST_F(ControlLayer, LfoSyncIndexFollowsRateAndSwitch) {
+    row(kLfoSync)->setValue(1);
+    row(kLfoRate)->setNormalized(5.0f / 23.0f);
+    EXPECT_EQ(effect().getLfoSyncIndex(), 6);
+    row(kLfoSync)->setValue(0);
+    EXPECT_EQ(effect().getLfoSyncIndex(), 0);
+}
+
+TEST_F(ControlLayer, TempoZeroWhilePlayingKeepsRunning) {
+    row(kLfoSync)->setValue(1);
+    row(kLpStrengthLfo)->setValue(1);
+    std::vector<float> l(4096, 0.25f), r = l;
+    Ondra::OndraAudioBlock block;
+    block.in[0].refer(l.data(), r.data(), 4096);
+    block.out[0].refer(l.data(), r.data(), 4096);
+    block.inputCount = block.outputCount = 1;
+    block.tempo = 0;
+    block.transportPlaying = true;
+    Ondra::processInChunks(effect(), block, 4096, Ondra::ChunkingRules{});
+    for (float v : l) ASSERT_TRUE(std::isfinite(v));
+    EXPECT_TRUE(std::isfinite(effect().getLfoMean()));
+}
+
+TEST_F(ControlLayer, InertiaRow) {
+    row(kFilterInertia)->setValue(0);
+    EXPECT_FLOAT_EQ(effect().getInertia(), 0.001f);
+    row(kFilterInertia)->setValue(0.5f);
+    EXPECT_FLOAT_EQ(effect().getInertia(), 0.875f);
+}
