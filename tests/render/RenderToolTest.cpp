@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "AudioFile.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+struct ProcessResult {
+    int status;
+    std::string output;
+};
+
+ProcessResult runRender(const std::string& arguments) {
+    const std::string command = std::string("'") + ZONFRA_RENDER_PATH + "' " + arguments + " 2>&1";
+    FILE* pipe = popen(command.c_str(), "r");
+    ProcessResult run{-1, ""};
+    if (!pipe) return run;
+    char buffer[4096];
+    while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) run.output.append(buffer, n);
+    const int status = pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+class RenderTool : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder = fs::temp_directory_path() / ("zonfra-render-test-" + std::to_string(getpid()));
+        fs::create_directories(folder);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+    std::string path(const std::string& name) const { return (folder / name).string(); }
+
+    // An impulse at `at` in a file of `frames`, written through libsndfile.
+    std::string impulseFile(const std::string& name, int rate, size_t frames, size_t at) {
+        StereoAudio audio;
+        audio.sampleRate = rate;
+        audio.left.assign(frames, 0.0f);
+        audio.right.assign(frames, 0.0f);
+        audio.left[at] = 0.5f;
+        audio.right[at] = 0.25f;
+        EXPECT_EQ(writeAudio(path(name), audio), "");
+        return path(name);
+    }
+    fs::path folder;
+};
+
+size_t peakIndex(const std::vector<float>& samples) {
+    size_t peak = 0;
+    for (size_t i = 0; i < samples.size(); ++i)
+        if (std::fabs(samples[i]) > std::fabs(samples[peak])) peak = i;
+    return peak;
+}
+}  // namespace
+
+TEST_F(RenderTool, OutputIsAlignedWithTheInputAtEveryRate) {
+    for (int rate : {44100, 48000, 96000}) {
+        const std::string in = impulseFile("in.wav", rate, static_cast<size_t>(rate / 2), 1000);
+        const std::string out = path("out.wav");
+        const ProcessResult run = runRender("'" + in + "' '" + out + "' --tail 0.25");
+        ASSERT_EQ(run.status, 0) << run.output;
+        StereoAudio result;
+        ASSERT_EQ(readAudio(out, result), "");
+        EXPECT_EQ(result.sampleRate, rate);
+        EXPECT_EQ(result.left.size(), static_cast<size_t>(rate / 2 + rate / 4));
+        EXPECT_EQ(peakIndex(result.left), 1000u) << rate;
+        EXPECT_EQ(peakIndex(result.right), 1000u) << rate;
+    }
+}
+
+TEST_F(RenderTool, MonoInputFeedsBothChannels) {
+    const std::string in = path("mono.wav");
+    ASSERT_EQ(std::system(("sox -n -r 44100 -c 1 '" + in + "' synth 0.1 sine 440").c_str()), 0);
+    const ProcessResult run = runRender("'" + in + "' '" + path("out.wav") + "' --tail 0");
+    ASSERT_EQ(run.status, 0) << run.output;
+    StereoAudio result;
+    ASSERT_EQ(readAudio(path("out.wav"), result), "");
+    for (size_t i = 0; i < result.left.size(); ++i) ASSERT_EQ(result.left[i], result.right[i]) << i;
+}
+
+TEST_F(RenderTool, SettingsByValueAndByText) {
+    const std::string in = impulseFile("in.wav", 44100, 22050, 100);
+    ASSERT_EQ(runRender("'" + in + "' '" + path("a.wav") + "' --tail 0 --set INPUTGAIN=0.5").status, 0);
+    ASSERT_EQ(runRender("'" + in + "' '" + path("b.wav") + "' --tail 0 --set 'INPUTGAIN=-6.0206 dB'").status, 0);
+    ASSERT_EQ(runRender("'" + in + "' '" + path("c.wav") + "' --tail 0 --set FILTERMODE=Notch --set LFO Shape=Saw")
+                  .status,
+              2);  // the shell split "LFO Shape=Saw": not a KEY=VALUE pair
+    ASSERT_EQ(runRender("'" + in + "' '" + path("c.wav") + "' --tail 0 --set FILTERMODE=Notch --set 'LFO Shape=Saw'")
+                  .status,
+              0);
+    StereoAudio a, b;
+    ASSERT_EQ(readAudio(path("a.wav"), a), "");
+    ASSERT_EQ(readAudio(path("b.wav"), b), "");
+    EXPECT_NEAR(a.left[100], 0.25f, 1e-3);
+    EXPECT_NEAR(b.left[100], 0.25f, 1e-3);
+}
+
+TEST_F(RenderTool, ErrorsExitNonZeroAndLeaveNoOutput) {
+    const std::string in = impulseFile("in.wav", 44100, 4410, 10);
+    const std::string out = path("never.wav");
+    const char* cases[] = {
+        "'/nonexistent/file.wav' '%s'",
+        "'%IN' '%s' --set NOSUCHKEY=1",
+        "'%IN' '%s' --set LOWPASSFREQ=banana",
+        "'%IN' '%s' --set LOWPASSFREQ=99999",
+        "'%IN' '%s' --preset /nonexistent/preset.fxp",
+        "'%IN' '%s' --tempo -5",
+        "'%IN' '%s' --block 0",
+        "'%IN'",
+        "'%IN' '%s' --frobnicate",
+    };
+    for (const char* pattern : cases) {
+        std::string arguments = pattern;
+        const size_t inAt = arguments.find("%IN");
+        if (inAt != std::string::npos) arguments.replace(inAt, 3, in);
+        const size_t outAt = arguments.find("%s");
+        if (outAt != std::string::npos) arguments.replace(outAt, 2, out);
+        const ProcessResult run = runRender(arguments);
+        EXPECT_NE(run.status, 0) << arguments;
+        EXPECT_FALSE(run.output.empty()) << arguments;
+        EXPECT_FALSE(fs::exists(out)) << arguments;
+        EXPECT_FALSE(fs::exists(out + ".partial")) << arguments;
+    }
+}
+
+TEST_F(RenderTool, MoreThanTwoChannelsIsAClearError) {
+    const std::string in = path("quad.wav");
+    ASSERT_EQ(std::system(("sox -n -r 44100 -c 4 '" + in + "' synth 0.1 sine 440").c_str()), 0);
+    const ProcessResult run = runRender("'" + in + "' '" + path("out.wav") + "'");
+    EXPECT_NE(run.status, 0);
+    EXPECT_NE(run.output.find("4 channels"), std::string::npos) << run.output;
+    EXPECT_FALSE(fs::exists(path("out.wav")));
+}
+
+TEST_F(RenderTool, ListParamsShowsEveryRow) {
+    const ProcessResult run = runRender("--list-params");
+    ASSERT_EQ(run.status, 0) << run.output;
+    size_t lines = 0;
+    for (char c : run.output) lines += c == '\n';
+    EXPECT_EQ(lines, 1u + 49u);  // a header and 49 rows
+    EXPECT_NE(run.output.find("FilterInteria"), std::string::npos);
+    EXPECT_NE(run.output.find("Bandpass"), std::string::npos);
+}
