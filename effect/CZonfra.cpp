@@ -126,6 +126,8 @@ void CZonfra::setBlockSize(int samples) {
     workBuffer.allocate(samples);
     secondBuffer.allocate(samples);
     dryPathBuffer.allocate(samples);
+    // Sized here too so that the first block after a size change allocates nothing.
+    if (bypassDryBuffer.capacity < samples) bypassDryBuffer.allocate(samples);
     delayScratch.resize(samples, 1);
     limiter.setBlockSize(samples);
 }

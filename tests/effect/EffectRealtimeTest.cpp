@@ -5,6 +5,14 @@
 #include "EffectHarness.h"
 #include "support/AllocationCounter.h"
 
+TEST(EffectRealtime, TheFirstBlockOfAFreshInstanceAllocatesNothing) {
+    EffectHarness harness(48000, 256);
+    std::vector<float> left = sine(256, 300, 48000), right = left;
+    TestSupport::AllocationScope scope;
+    harness.runBlock(left.data(), right.data(), 256);
+    EXPECT_EQ(scope.allocations(), 0u);
+}
+
 TEST(EffectRealtime, ProcessAllocatesNothingUpToTheMaximalBlock) {
     EffectHarness harness(44100, 512);
     std::vector<float> left = sine(512, 300, 44100), right = sine(512, 500, 44100);
