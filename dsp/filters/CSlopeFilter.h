@@ -1,26 +1,72 @@
 #pragma once
+#include <memory>
+
 #include "dsp/filters/CBiquadCascade.h"
-// Placeholder: passes the signal on until the filter design lands.
+
 namespace DSP {
+
+// One channel of a Linkwitz-Riley low-pass or high-pass: a Butterworth filter of order n run twice,
+// 12n dB per octave. Designs are cached per cutoff bin so that a sweeping cutoff costs a design
+// only on the first visit of a bin.
 class CSlopeFilter {
 public:
-    explicit CSlopeFilter(int orderLimit) : maxOrder(orderLimit), allPass(12) {}
-    void setSlope(int) {}
-    void setType(unsigned t) { type = t; }
-    void setCutoff(double hertz) { cutoff = hertz; }
-    void setSampleRate(double) {}
-    void process(const float* in, float* out, unsigned count) {
-        if (in != out)
-            for (unsigned i = 0; i < count; ++i) out[i] = in[i];
-    }
-    void reset() {}
+    static constexpr int kCacheBins = 2800;
+    static constexpr int kMaxStages = 12;
+    static constexpr double kMinCutoff = 10.0;
+    static constexpr double kMaxCutoff = 22000.0;
+
+    explicit CSlopeFilter(int maxOrder);
+    CSlopeFilter(const CSlopeFilter&) = delete;
+    CSlopeFilter& operator=(const CSlopeFilter&) = delete;
+
+    // Order dbPerOctave / 12 when it lies in 1..maxOrder; the cache is cleared in any case.
+    void setSlope(int dbPerOctave);
+    // 0 low-pass, 1 high-pass.
+    void setType(unsigned type);
+    void setCutoff(double hertz);
+    void setSampleRate(double hertz);
+    void process(const float* in, float* out, unsigned count);
+    void reset();
+    // Decibel response of the series path.
+    void response(const double* frequenciesHz, double* outDb, int count) const;
     const CBiquadCascade& allPassStages() const { return allPass; }
+
+    // Cache bin of a cutoff; the curve spends most bins on the low range.
+    static int cacheBin(double hertz);
+
+    double getCutoff() const { return cutoff; }
+    int getOrder() const { return order; }
+    unsigned getType() const { return type; }
+    double getSampleRate() const { return sampleRate; }
+    const CBiquadCascade& lowPathA() const { return lowA; }
+    const CBiquadCascade& lowPathB() const { return lowB; }
+
+    // 0: high-pass as all-pass minus low-pass; otherwise a direct high-pass. Call setSlope after
+    // writing it.
     unsigned mode = 0;
-    unsigned type = 0;
-    double cutoff = 1000;
 
 private:
-    int maxOrder;
+    struct CacheEntry {
+        bool valid;
+        double a1[kMaxStages];
+        double a2[kMaxStages];
+        double b0[kMaxStages];
+        double b1[kMaxStages];
+        double b2[kMaxStages];
+    };
+
+    void clearCache();
+    void selectCoefficients();
+
+    CBiquadCascade lowA;
+    CBiquadCascade lowB;
     CBiquadCascade allPass;
+    double sampleRate = 44100.0;
+    double cutoff = 1000.0;
+    int maxOrder;
+    int order;
+    unsigned type = 0;
+    std::unique_ptr<CacheEntry[]> cache;
 };
+
 }  // namespace DSP

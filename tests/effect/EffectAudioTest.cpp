@@ -121,18 +121,34 @@ TEST(EffectAudio, ZeroSampleBlockLeavesStateAlone) {
     EXPECT_FALSE(harness.effect->isBypassSettled());
 }
 
-TEST(EffectAudio, DryWetAndGainsSmoothPerSample) {
+TEST(EffectAudio, GainRampSmoothsPerSampleAndSnapsWhenClose) {
+    CGainRamp ramp;
+    float left[2] = {0.5f, 0.5f}, right[2] = {-0.5f, -0.5f};
+    ramp.setGain(0.5f);
+    ramp.apply(left, right, 2);
+    EXPECT_FLOAT_EQ(left[0], 0.5f * (1.0f - 0.5f * 0.005f));
+    EXPECT_FLOAT_EQ(left[1], 0.5f * (1.0f - 0.5f * (1 - 0.995f * 0.995f)));
+    EXPECT_FLOAT_EQ(ramp.minR, right[0]);
+    EXPECT_FLOAT_EQ(ramp.maxL, left[0]);
+    std::vector<float> l(5000, 1.0f), r(5000, 1.0f);
+    ramp.apply(l.data(), r.data(), 5000);
+    // Close enough: the gain is the target exactly, as a constant.
+    float a = 1.0f, b = 1.0f;
+    ramp.apply(&a, &b, 1);
+    EXPECT_EQ(a, 0.5f);
+    ramp.setGain(2.0f);
+    ramp.snap();
+    EXPECT_EQ(ramp.getCurrent(), 2.0f);
+    EXPECT_EQ(ramp.maxL, 0.0f);
+}
+
+TEST(EffectAudio, DryWetMovesSmoothlyToItsTarget) {
     EffectHarness harness;
-    std::vector<float> left(1024, 0.5f), right(1024, 0.5f);
-    harness.run(left, right, 512);
-    harness.set(kOutputGain, 0.5f);
-    std::vector<float> l(2, 0.5f), r(2, 0.5f);
-    harness.run(l, r, 2);
-    // One step of the 0.005 ramp from 1 toward 0.5 per sample.
-    EXPECT_NEAR(l[0], 0.5f * (1.0f - 0.5f * 0.005f), 1e-6);
-    EXPECT_NEAR(l[1], 0.5f * (1.0f - 0.5f * (1 - 0.995f * 0.995f)), 1e-6);
     harness.set(kDryWetMix, 0.0f);
-    std::vector<float> more(44100, 0.5f), moreR(44100, 0.5f);
+    std::vector<float> l = sine(2, 1000, 44100), r = l;
+    harness.run(l, r, 2);
+    EXPECT_NEAR(harness.effect->getMixCurrent(), 1.0f - 2 * 0.005f, 1e-4);
+    std::vector<float> more = sine(44100, 1000, 44100), moreR = more;
     harness.run(more, moreR, 512);
     EXPECT_NEAR(harness.effect->getMixCurrent(), 0.0f, 1e-5);
 }
