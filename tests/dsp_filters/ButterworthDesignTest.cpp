@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "dsp/filters/ButterworthDesign.h"
+#include "dsp/filters/CAnalogPrototype.h"
+#include "dsp/filters/CComplex.h"
+#include "dsp_filters/FilterTestHelpers.h"
+
+using namespace DSP;
+using FilterTest::Section;
+
+namespace {
+
+struct Designed {
+    double b0[12] = {}, b1[12] = {}, b2[12] = {}, a1[12] = {}, a2[12] = {};
+    Section section(int k) const { return {b0[k], b1[k], b2[k], a1[k], a2[k]}; }
+};
+
+Designed designFor(double frequency, double sampleRate, int order, unsigned type) {
+    CFilterDesignSpec spec;
+    spec.setSampleRate(sampleRate);
+    spec.setFrequency(frequency);
+    spec.setOrder(order);
+    spec.setType(type);
+    Designed d;
+    design(spec, d.b0, d.b1, d.b2, d.a1, d.a2);
+    return d;
+}
+
+void expectSection(const Section& actual, const Section& expected, double relative) {
+    FilterTest::expectRelative(actual.b0, expected.b0, relative, "b0");
+    FilterTest::expectRelative(actual.b1, expected.b1, relative, "b1");
+    FilterTest::expectRelative(actual.b2, expected.b2, relative, "b2");
+    FilterTest::expectRelative(actual.a1, expected.a1, relative, "a1");
+    FilterTest::expectRelative(actual.a2, expected.a2, relative, "a2");
+}
+
+}  // namespace
+
+TEST(ButterworthDesign, SecondOrderLowPassAt1kHzMatchesPublishedCoefficients) {
+    const Designed d = designFor(1000, 44100, 2, CFilterDesignSpec::kLowPass);
+    expectSection(d.section(0), {0.0046039985, 0.0092079970, 0.0046039985, -1.7990964095, 0.8175124034}, 1e-8);
+    expectSection(d.section(0), FilterTest::butterworthSection(1000, 44100, std::sqrt(0.5), false), 1e-11);
+}
+
+TEST(ButterworthDesign, FirstOrderLowPassAt1kHzIsOneFirstOrderSection) {
+    const Designed d = designFor(1000, 44100, 1, CFilterDesignSpec::kLowPass);
+    expectSection(d.section(0), {0.0666057803, 0.0666057803, 0.0, -0.8667884395, 0.0}, 1e-8);
+    expectSection(d.section(0), FilterTest::butterworthFirstOrder(1000, 44100, false), 1e-11);
+    EXPECT_EQ(d.a2[0], 0.0);
+    EXPECT_EQ(d.b2[0], 0.0);
+}
+
+TEST(ButterworthDesign, HighPassSharesDenominatorWithLowPass) {
+    for (int order : {1, 2, 3, 4, 8}) {
+        const Designed low = designFor(1000, 44100, order, CFilterDesignSpec::kLowPass);
+        const Designed high = designFor(1000, 44100, order, CFilterDesignSpec::kHighPass);
+        for (int k = 0; k < (order + 1) / 2; ++k) {
+            EXPECT_NEAR(high.a1[k], low.a1[k], 1e-12) << "order " << order << " stage " << k;
+            EXPECT_NEAR(high.a2[k], low.a2[k], 1e-12) << "order " << order << " stage " << k;
+        }
+    }
+    const Designed high = designFor(1000, 44100, 2, CFilterDesignSpec::kHighPass);
+    expectSection(high.section(0), FilterTest::butterworthSection(1000, 44100, std::sqrt(0.5), true), 1e-11);
+}
+
+TEST(ButterworthDesign, HigherOrdersFactorIntoStagesOfDescendingQuality) {
+    for (int order : {3, 4, 5, 8}) {
+        for (bool highPass : {false, true}) {
+            const Designed d = designFor(2500, 48000, order,
+                                         highPass ? CFilterDesignSpec::kHighPass : CFilterDesignSpec::kLowPass);
+            const auto qualities = FilterTest::butterworthQualities(order);
+            for (std::size_t k = 0; k < qualities.size(); ++k)
+                expectSection(d.section(static_cast<int>(k)),
+                              FilterTest::butterworthSection(2500, 48000, qualities[k], highPass), 1e-9);
+            if (order % 2 == 1)
+                expectSection(d.section(order / 2), FilterTest::butterworthFirstOrder(2500, 48000, highPass), 1e-9);
+        }
+    }
+}
+
+TEST(ButterworthDesign, EachStageHasUnityGainAtItsReferenceFrequency) {
+    for (int order : {1, 2, 3, 4, 6, 8}) {
+        for (double f : {20.0, 1000.0, 15000.0}) {
+            // The normalisation expands its squares; at very low cutoffs that cancels to about 1e-5.
+            const double tolerance = f < 100 ? 1e-5 : 1e-9;
+            const Designed low = designFor(f, 44100, order, CFilterDesignSpec::kLowPass);
+            const Designed high = designFor(f, 44100, order, CFilterDesignSpec::kHighPass);
+            for (int k = 0; k < (order + 1) / 2; ++k) {
+                EXPECT_NEAR((low.b0[k] + low.b1[k] + low.b2[k]) / (1 + low.a1[k] + low.a2[k]), 1.0, tolerance)
+                    << order << " " << f << " " << k;
+                EXPECT_NEAR((high.b0[k] - high.b1[k] + high.b2[k]) / (1 - high.a1[k] + high.a2[k]), 1.0, tolerance)
+                    << order << " " << f << " " << k;
+            }
+        }
+    }
+}
+
+TEST(ButterworthDesign, FrequencyAboveLimitIsDesignedAt0_4995TimesSampleRate) {
+    const Designed d = designFor(22000, 32000, 2, CFilterDesignSpec::kLowPass);
+    expectSection(d.section(0), FilterTest::butterworthSection(15984, 32000, std::sqrt(0.5), false), 1e-9);
+    const Designed exact = designFor(15984, 32000, 2, CFilterDesignSpec::kLowPass);
+    EXPECT_EQ(d.a1[0], exact.a1[0]);
+    EXPECT_EQ(d.b0[0], exact.b0[0]);
+}
+
+TEST(FilterDesignSpec, SetOperationsIgnoreOutOfRangeValues) {
+    CFilterDesignSpec spec;
+    spec.setSampleRate(0);
+    spec.setSampleRate(-48000);
+    spec.setOrder(0);
+    spec.setOrder(-3);
+    spec.setType(8);
+    EXPECT_EQ(spec.sampleRate, 44100.0);
+    EXPECT_EQ(spec.order, 2);
+    EXPECT_EQ(spec.type, CFilterDesignSpec::kLowPass);
+    EXPECT_EQ(spec.frequency, 1000.0);
+    EXPECT_EQ(spec.family, CFilterDesignSpec::kButterworth);
+}
+
+TEST(AnalogPrototype, ButterworthPolesLieOnTheUnitCircleInTheLeftHalfPlane) {
+    CAnalogPrototype prototype;
+    prototype.makeButterworth(5);
+    EXPECT_EQ(prototype.pairs, 2);
+    EXPECT_EQ(prototype.hasRealPole, 1);
+    for (int k = 0; k < 3; ++k) {
+        EXPECT_NEAR(prototype.poles[k].abs(), 1.0, 1e-15);
+        EXPECT_LT(prototype.poles[k].re, 0.0);
+        EXPECT_GE(prototype.poles[k].im, 0.0);
+        EXPECT_TRUE(prototype.zeros[k].isInfinite());
+    }
+    EXPECT_DOUBLE_EQ(prototype.poles[2].re, -1.0);
+}
+
+TEST(Complex, QuotientAndExponentialAreWrittenOutCorrectly) {
+    const CComplex q = CComplex(1, 2) / CComplex(3, -4);
+    EXPECT_NEAR(q.re, -0.2, 1e-15);
+    EXPECT_NEAR(q.im, 0.4, 1e-15);
+    const CComplex e = CComplex(0, FilterTest::kPi / 2).exp();
+    EXPECT_NEAR(e.re, 0.0, 1e-15);
+    EXPECT_NEAR(e.im, 1.0, 1e-15);
+    EXPECT_DOUBLE_EQ(CComplex(3, 4).abs(), 5.0);
+}

@@ -1,0 +1,159 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "dsp/filters/CPeakBiquad.h"
+#include "dsp_filters/FilterTestHelpers.h"
+
+using DSP::CPeakBiquad;
+
+namespace {
+
+double gainDbAt(const CPeakBiquad& p, double f) {
+    const FilterTest::Section s{p.b0, p.b1, p.b2, p.a1, p.a2};
+    return FilterTest::toDb(std::abs(FilterTest::sectionResponse(s, f, p.sampleRate)));
+}
+
+CPeakBiquad make(int type, float f, float q, float gainDb, bool bandwidth, double rate = 48000) {
+    CPeakBiquad p;
+    p.sampleRate = rate;
+    p.set(type, f, q, gainDb, bandwidth);
+    return p;
+}
+
+}  // namespace
+
+TEST(PeakBiquad, DefaultsAreRate44100AndZeroes) {
+    CPeakBiquad p;
+    EXPECT_EQ(p.sampleRate, 44100.0);
+    EXPECT_EQ(p.type, 0);
+    EXPECT_EQ(p.frequency, 0.0f);
+    EXPECT_EQ(p.b0, 0.0);
+    EXPECT_EQ(p.y1L, 0.0);
+}
+
+TEST(PeakBiquad, LowPassWithButterworthQEqualsSecondOrderButterworth) {
+    const CPeakBiquad p = make(0, 1000, static_cast<float>(std::sqrt(0.5)), 0, false, 44100);
+    const auto expected = FilterTest::butterworthSection(1000, 44100, static_cast<float>(std::sqrt(0.5)), false);
+    EXPECT_NEAR(p.b0, expected.b0, 1e-12);
+    EXPECT_NEAR(p.b1, expected.b1, 1e-12);
+    EXPECT_NEAR(p.a1, expected.a1, 1e-12);
+    EXPECT_NEAR(p.a2, expected.a2, 1e-12);
+}
+
+TEST(PeakBiquad, EveryTypeHasItsCharacteristicGain) {
+    for (bool bandwidth : {false, true}) {
+        const float q = bandwidth ? 1.0f : 2.0f;
+        EXPECT_NEAR(gainDbAt(make(0, 1000, q, 0, bandwidth), 0.0), 0.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(1, 1000, q, 0, bandwidth), 24000.0), 0.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(3, 1000, q, 0, bandwidth), 1000.0), 0.0, 1e-9);
+        EXPECT_LT(gainDbAt(make(4, 1000, q, 0, bandwidth), 1000.0), -120.0);
+        EXPECT_NEAR(gainDbAt(make(4, 1000, q, 0, bandwidth), 10.0), 0.0, 1e-3);
+        for (double f : {10.0, 700.0, 1000.0, 5000.0, 23000.0})
+            EXPECT_NEAR(gainDbAt(make(5, 1000, q, 0, bandwidth), f), 0.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(6, 1000, q, 9, bandwidth), 1000.0), 9.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(6, 1000, q, -12, bandwidth), 1000.0), -12.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(7, 1000, q, 6, bandwidth), 0.0), 6.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(7, 1000, q, 6, bandwidth), 24000.0), 0.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(8, 1000, q, 6, bandwidth), 24000.0), 6.0, 1e-9);
+        EXPECT_NEAR(gainDbAt(make(8, 1000, q, 6, bandwidth), 0.0), 0.0, 1e-9);
+    }
+    // The constant-skirt band-pass peaks at Q.
+    const CPeakBiquad skirt = make(2, 1000, 4, 0, false);
+    EXPECT_NEAR(gainDbAt(skirt, 1000.0), FilterTest::toDb(4.0), 1e-9);
+}
+
+TEST(PeakBiquad, BandwidthInOctavesSpansTheHalfPowerPointsOfTheBandPass) {
+    for (float octaves : {0.5f, 1.0f, 2.0f}) {
+        const CPeakBiquad p = make(3, 1000, octaves, 0, true);
+        // Bandwidth mode places the half-power points on a geometric pair around the centre.
+        const double lower = 1000.0 * std::pow(2.0, -octaves / 2.0);
+        const double upper = 1000.0 * std::pow(2.0, octaves / 2.0);
+        // The prewarped definition is exact only for small w; at 1 kHz / 48 kHz 0.05 dB holds.
+        EXPECT_NEAR(gainDbAt(p, lower), -3.0103, 0.05) << octaves;
+        EXPECT_NEAR(gainDbAt(p, upper), -3.0103, 0.05) << octaves;
+    }
+}
+
+TEST(PeakBiquad, PeakWithZeroGainIsAnIdentity) {
+    for (float q : {0.1f, 0.7f, 3.0f, 20.0f}) {
+        for (bool bandwidth : {false, true}) {
+            CPeakBiquad p = make(6, 3000, q, 0, bandwidth);
+            EXPECT_NEAR(p.b0, 1.0, 1e-15);
+            EXPECT_NEAR(p.b1, p.a1, 1e-15);
+            EXPECT_NEAR(p.b2, p.a2, 1e-15);
+            for (int i = 0; i < 1000; ++i) {
+                const float x = static_cast<float>(std::sin(0.37 * i) * 0.8);
+                float left = x, right = -x;
+                p.tick(left, right);
+                ASSERT_NEAR(left, x, 1e-6f);
+                ASSERT_NEAR(right, -x, 1e-6f);
+            }
+        }
+    }
+}
+
+TEST(PeakBiquad, FrequencyIsClampedToNyquistAndDesignRange) {
+    CPeakBiquad p = make(6, 1000, 1, 6, true, 44100);
+    p.setFrequency(100000.0f);
+    EXPECT_FLOAT_EQ(p.frequency, 22050.0f);
+    EXPECT_TRUE(std::isfinite(p.b0) && std::isfinite(p.a1) && std::isfinite(p.a2));
+    // The design itself stops at 20 kHz.
+    const CPeakBiquad at20k = make(6, 20000, 1, 6, true, 44100);
+    EXPECT_DOUBLE_EQ(p.a1, at20k.a1);
+    p.setFrequency(0.0f);
+    EXPECT_FLOAT_EQ(p.frequency, 1.0f);
+    const CPeakBiquad at5 = make(6, 5, 1, 6, true, 44100);
+    EXPECT_DOUBLE_EQ(p.a1, at5.a1);
+}
+
+TEST(PeakBiquad, DirectWritesTakeEffectOnUpdateAndSampleRateRedesigns) {
+    CPeakBiquad p = make(6, 1000, 1, 0, true, 44100);
+    p.gainDb = 12.0f;
+    p.update();
+    EXPECT_NEAR(gainDbAt(p, 1000.0), 12.0, 1e-9);
+    p.setSampleRate(96000);
+    EXPECT_EQ(p.sampleRate, 96000.0);
+    EXPECT_NEAR(gainDbAt(p, 1000.0), 12.0, 1e-9);
+    const double a1 = p.a1;
+    p.setSampleRate(0);
+    p.setSampleRate(-5);
+    EXPECT_EQ(p.sampleRate, 96000.0);
+    EXPECT_EQ(p.a1, a1);
+}
+
+TEST(PeakBiquad, ProcessMatchesTickInPlaceAndResetClearsState) {
+    CPeakBiquad a = make(6, 800, 1, 10, true);
+    CPeakBiquad b = a;
+    std::vector<float> left(256), right(256);
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        left[i] = static_cast<float>(std::sin(0.1 * static_cast<double>(i)));
+        right[i] = i == 0 ? 1.0f : 0.0f;
+    }
+    std::vector<float> expectedL = left, expectedR = right;
+    for (std::size_t i = 0; i < left.size(); ++i) b.tick(expectedL[i], expectedR[i]);
+    const float* const in[2] = {left.data(), right.data()};
+    float* const out[2] = {left.data(), right.data()};
+    a.process(in, out, 256);
+    EXPECT_EQ(left, expectedL);
+    EXPECT_EQ(right, expectedR);
+    a.reset();
+    EXPECT_EQ(a.x1L, 0.0);
+    EXPECT_EQ(a.y2R, 0.0);
+    a.process(in, out, 0);
+    EXPECT_EQ(left, expectedL);
+}
+
+TEST(PeakBiquad, SilenceLeavesNoSubnormalState) {
+    CPeakBiquad p = make(6, 200, 0.3f, 24, true, 48000);
+    float l = 1.0f, r = -1.0f;
+    for (int i = 0; i < 4800; ++i) p.tick(l, r), l = r = (i % 2 ? 0.9f : -0.9f);
+    for (int i = 0; i < 480000; ++i) {
+        l = r = 0.0f;
+        p.tick(l, r);
+    }
+    for (double v : {p.x1L, p.x2L, p.y1L, p.y2L, p.x1R, p.x2R, p.y1R, p.y2R})
+        EXPECT_NE(std::fpclassify(v), FP_SUBNORMAL) << v;
+    EXPECT_GT(std::abs(p.y1L), 1e-20);
+}

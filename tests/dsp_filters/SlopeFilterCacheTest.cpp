@@ -1,0 +1,225 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+#include <vector>
+
+#include "dsp/filters/CSlopeFilter.h"
+#include "dsp_filters/FilterTestHelpers.h"
+#include "support/AllocationCounter.h"
+
+using DSP::CBiquadCascade;
+using DSP::CSlopeFilter;
+
+namespace {
+
+// The bin curve, evaluated in float as the cache does.
+int expectedBin(float hertz) {
+    const float u = hertz / 22050.0f;
+    return static_cast<int>(21.0f * u / (20.0f * u + 1.0f) * 2756.0f);
+}
+
+bool sameCoefficients(const CBiquadCascade& a, const CBiquadCascade& b) {
+    if (a.stageCount() != b.stageCount()) return false;
+    for (int k = 0; k < a.stageCount(); ++k)
+        if (a.b0[k] != b.b0[k] || a.b1[k] != b.b1[k] || a.b2[k] != b.b2[k] || a.a1[k] != b.a1[k] ||
+            a.a2[k] != b.a2[k])
+            return false;
+    return true;
+}
+
+
+}  // namespace
+
+TEST(SlopeFilterCache, DefaultsAndConstruction) {
+    CSlopeFilter f(8);
+    EXPECT_EQ(f.getOrder(), 2);
+    EXPECT_EQ(f.getCutoff(), 1000.0);
+    EXPECT_EQ(f.getSampleRate(), 44100.0);
+    EXPECT_EQ(f.getType(), 0u);
+    EXPECT_EQ(f.mode, 0u);
+    EXPECT_EQ(f.lowPathA().capacity(), 4);
+    EXPECT_EQ(f.allPassStages().capacity(), 12);
+    const auto expected = FilterTest::butterworthSection(1000, 44100, std::sqrt(0.5), false);
+    EXPECT_NEAR(f.lowPathA().a1[0], expected.a1, 1e-12);
+    EXPECT_TRUE(sameCoefficients(f.lowPathA(), f.lowPathB()));
+    EXPECT_EQ(CSlopeFilter(1).getOrder(), 1);
+}
+
+TEST(SlopeFilterCache, BinCurveSpendsBinsOnTheLowRange) {
+    EXPECT_EQ(CSlopeFilter::cacheBin(10), 26);
+    EXPECT_EQ(CSlopeFilter::cacheBin(22000), 2755);
+    std::set<int> lowBins;
+    for (int hz = 10; hz < 680; ++hz) {
+        EXPECT_EQ(CSlopeFilter::cacheBin(hz), expectedBin(static_cast<float>(hz)));
+        lowBins.insert(CSlopeFilter::cacheBin(hz));
+    }
+    EXPECT_EQ(lowBins.size(), 670u);
+    EXPECT_EQ(CSlopeFilter::cacheBin(20000), expectedBin(20000.0f));
+    EXPECT_EQ(CSlopeFilter::cacheBin(20050), CSlopeFilter::cacheBin(20000));
+}
+
+TEST(SlopeFilterCache, CutoffIsFlooredAndClamped) {
+    CSlopeFilter f(8);
+    f.setCutoff(5.0);
+    EXPECT_EQ(f.getCutoff(), 10.0);
+    f.setCutoff(10.9);
+    EXPECT_EQ(f.getCutoff(), 10.0);
+    f.setCutoff(1234.99);
+    EXPECT_EQ(f.getCutoff(), 1234.0);
+    f.setCutoff(30000.0);
+    EXPECT_EQ(f.getCutoff(), 22000.0);
+    f.setSampleRate(96000);
+    f.setCutoff(40000.0);
+    EXPECT_EQ(f.getCutoff(), 22000.0);
+    f.setCutoff(std::nan(""));
+    EXPECT_EQ(f.getCutoff(), 22000.0);
+}
+
+TEST(SlopeFilterCache, DesignAboveTheLimitUses0_4995TimesTheRate) {
+    CSlopeFilter f(8);
+    f.setSampleRate(32000);
+    f.setCutoff(22000);
+    const auto expected = FilterTest::butterworthSection(15984, 32000, std::sqrt(0.5), false);
+    FilterTest::expectRelative(f.lowPathA().b0[0], expected.b0, 1e-9, "b0");
+    FilterTest::expectRelative(f.lowPathA().a1[0], expected.a1, 1e-9, "a1");
+    FilterTest::expectRelative(f.lowPathA().a2[0], expected.a2, 1e-9, "a2");
+}
+
+TEST(SlopeFilterCache, SecondCutoffInAVisitedBinKeepsTheFirstVisitorsCoefficients) {
+    ASSERT_EQ(CSlopeFilter::cacheBin(20000), CSlopeFilter::cacheBin(20050));
+    CSlopeFilter first(8), second(8);
+    first.setSlope(48);
+    second.setSlope(48);
+    first.setCutoff(20000);
+    second.setCutoff(20050);
+    ASSERT_FALSE(sameCoefficients(first.lowPathA(), second.lowPathA()));
+
+    CSlopeFilter f(8);
+    f.setSlope(48);
+    f.setCutoff(20000);
+    f.setCutoff(3000);
+    f.setCutoff(20050);
+    EXPECT_EQ(f.getCutoff(), 20050.0);
+    EXPECT_TRUE(sameCoefficients(f.lowPathA(), first.lowPathA()));
+    EXPECT_TRUE(sameCoefficients(f.lowPathB(), first.lowPathA()));
+
+    // Clearing by setSlope designs again at the current cutoff; an invalid slope keeps the order.
+    f.setSlope(6);
+    EXPECT_EQ(f.getOrder(), 4);
+    EXPECT_TRUE(sameCoefficients(f.lowPathA(), second.lowPathA()));
+    f.setCutoff(20000);
+    EXPECT_TRUE(sameCoefficients(f.lowPathA(), second.lowPathA()));
+}
+
+TEST(SlopeFilterCache, TypeSampleRateAndModeChangesClearTheCache) {
+    CSlopeFilter f(8);
+    f.setCutoff(20000);
+    f.setCutoff(20050);
+    f.setType(1);  // mode 0: the cascades stay low-pass
+    CSlopeFilter reference(8);
+    reference.setCutoff(20050);
+    EXPECT_TRUE(sameCoefficients(f.lowPathA(), reference.lowPathA()));
+
+    f.mode = 1;
+    f.setSlope(24);
+    const auto high = FilterTest::butterworthSection(20050, 44100, std::sqrt(0.5), true);
+    FilterTest::expectRelative(f.lowPathA().b1[0], high.b1, 1e-9, "high-pass b1");
+
+    const double before = f.lowPathA().a1[0];
+    f.setSampleRate(0);
+    f.setSampleRate(-1);
+    EXPECT_EQ(f.lowPathA().a1[0], before);
+    f.setSampleRate(96000);
+    const auto high96 = FilterTest::butterworthSection(20050, 96000, std::sqrt(0.5), true);
+    FilterTest::expectRelative(f.lowPathA().a1[0], high96.a1, 1e-9, "a1 at 96 kHz");
+}
+
+TEST(SlopeFilterCache, SlopesGiveOrdersAndStageCounts) {
+    CSlopeFilter f(8);
+    const int expectedStages[] = {1, 1, 2, 4};
+    const int slopes[] = {12, 24, 48, 96};
+    for (int i = 0; i < 4; ++i) {
+        f.setSlope(slopes[i]);
+        EXPECT_EQ(f.getOrder(), slopes[i] / 12);
+        EXPECT_EQ(f.lowPathA().stageCount(), expectedStages[i]);
+        EXPECT_EQ(f.lowPathB().stageCount(), expectedStages[i]);
+        EXPECT_EQ(f.allPassStages().stageCount(), expectedStages[i]);
+    }
+    f.setSlope(120);
+    EXPECT_EQ(f.getOrder(), 8);
+    f.setSlope(-24);
+    EXPECT_EQ(f.getOrder(), 8);
+    f.setSlope(12);
+    EXPECT_EQ(f.lowPathA().a2[0], 0.0);
+    EXPECT_EQ(f.lowPathA().b2[0], 0.0);
+    EXPECT_EQ(f.allPassStages().b2[0], 0.0);
+    EXPECT_NEAR(f.allPassStages().b0[0], f.lowPathA().a1[0], 1e-15);
+}
+
+TEST(SlopeFilterCache, ProcessWithZeroCountWritesNothingAndResetKeepsCache) {
+    CSlopeFilter f(8);
+    f.setSlope(96);
+    float in[4] = {1, 2, 3, 4};
+    float out[4] = {7, 7, 7, 7};
+    f.process(in, out, 0);
+    for (float v : out) EXPECT_EQ(v, 7.0f);
+    f.process(in, out, 4);
+    f.setCutoff(20000);
+    f.setCutoff(500);
+    f.reset();
+    EXPECT_EQ(f.lowPathA().y1[0], 0.0);
+    EXPECT_EQ(f.allPassStages().x1[0], 0.0);
+    CSlopeFilter reference(8);
+    reference.setSlope(96);
+    reference.setCutoff(20000);
+    f.setCutoff(20050);
+    EXPECT_TRUE(sameCoefficients(f.lowPathA(), reference.lowPathA()));
+}
+
+TEST(SlopeFilterCache, SilenceAfterLoudInputLeavesNoSubnormalState) {
+    for (unsigned type : {0u, 1u}) {
+        CSlopeFilter f(8);
+        f.setType(type);
+        f.setSlope(96);
+        f.setCutoff(type == 0 ? 40 : 15000);
+        std::vector<float> block(480);
+        for (std::size_t i = 0; i < block.size(); ++i) block[i] = (i % 3 == 0) ? 1.0f : -0.8f;
+        for (int b = 0; b < 20; ++b) f.process(block.data(), block.data(), 480);
+        std::vector<float> silence(48000);
+        for (int second = 0; second < 10; ++second) {
+            std::fill(silence.begin(), silence.end(), 0.0f);
+            f.process(silence.data(), silence.data(), static_cast<unsigned>(silence.size()));
+        }
+        for (const CBiquadCascade* c : {&f.lowPathA(), &f.lowPathB(), &f.allPassStages()}) {
+            for (int k = 0; k < c->capacity(); ++k) {
+                for (double v : {c->x1[k], c->x2[k], c->y1[k], c->y2[k]})
+                    ASSERT_NE(std::fpclassify(v), FP_SUBNORMAL) << "type " << type << " stage " << k;
+            }
+        }
+        for (float v : silence) ASSERT_NE(std::fpclassify(v), FP_SUBNORMAL);
+        EXPECT_GT(std::abs(f.lowPathB().y1[0]), 1e-21);
+    }
+}
+
+TEST(SlopeFilterCache, SweepThroughTwoThousandNewBinsDoesNotAllocate) {
+    CSlopeFilter f(8);
+    f.setSlope(96);
+    std::vector<float> block(96, 0.25f);
+    std::vector<double> cutoffs;
+    std::set<int> bins;
+    for (double hz = 10; bins.size() < 2000 && hz <= 22000; hz += 1.0) {
+        if (bins.insert(expectedBin(static_cast<float>(hz))).second) cutoffs.push_back(hz);
+    }
+    ASSERT_EQ(bins.size(), 2000u);
+    TestSupport::AllocationScope scope;
+    for (double hz : cutoffs) {
+        f.setCutoff(hz);
+        f.process(block.data(), block.data(), static_cast<unsigned>(block.size()));
+    }
+    f.setType(1);
+    f.setSlope(48);
+    f.setSampleRate(48000);
+    f.setCutoff(333);
+    EXPECT_EQ(scope.allocations(), 0u);
+}
