@@ -80,6 +80,8 @@ public:
     float getHighEnvOut() const { return high.envOut; }
     float getLfoMean() const { return lfoMean; }
     int getLfoSyncIndex() const { return lfoSyncIndex; }
+    // Host sample position of the LFO's last restart by the sync, -1 before the first.
+    double getLastLfoRestart() const { return lastLfoRestart; }
     int getFilterMode() const { return filterMode; }
     int getLowSlopeDb() const { return low.slopeDb; }
     int getHighSlopeDb() const { return high.slopeDb; }
@@ -168,6 +170,7 @@ private:
     int lfoCounter = -1;
     double lfoLastPos = -10;
     float lfoTempo = 1;
+    double lastLfoRestart = -1;
     Ondra::Relaxed<int> bpmOverride{29};
     Ondra::Relaxed<bool> linkFilters{false}, linkRecursion{false};
     Ondra::Relaxed<float> linkRatio{1.0f};

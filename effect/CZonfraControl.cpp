@@ -276,7 +276,10 @@ void CZonfra::stepLfo(const Ondra::OndraAudioBlock& audio, int n) {
     }
     double sum = 0;
     for (int i = 0; i < n; ++i) {
-        if (lfoCounter == 0) lfo.restart();
+        if (lfoCounter == 0) {
+            lfo.restart();
+            lastLfoRestart = audio.samplePos + i;
+        }
         if (lfoCounter >= 0) --lfoCounter;
         sum += lfo.tick();
     }

@@ -120,3 +120,59 @@ TEST_F(ControlLayer, InertiaRow) {
     row(kFilterInertia)->setValue(0.5f);
     EXPECT_FLOAT_EQ(effect().getInertia(), 0.875f);
 }
+
+namespace {
+// Runs a playing transport through the effect in blocks of the given sizes from `start`, and
+// collects the host positions at which the LFO restarted.
+std::vector<double> restartsOver(CZonfra& effect, double start, const std::vector<int>& blocks, double tempo) {
+    std::vector<double> restarts;
+    double position = start;
+    std::vector<float> l(8192, 0.1f), r(8192, 0.1f);
+    for (int n : blocks) {
+        Ondra::OndraAudioBlock block;
+        block.in[0].refer(l.data(), r.data(), n);
+        block.out[0].refer(l.data(), r.data(), n);
+        block.inputCount = block.outputCount = 1;
+        block.tempo = static_cast<float>(tempo);
+        block.transportPlaying = true;
+        block.samplePos = position;
+        block.ppqPos = position / (60.0 / tempo * 44100.0);
+        const double before = effect.getLastLfoRestart();
+        Ondra::processInChunks(effect, block, n, Ondra::ChunkingRules{});
+        if (effect.getLastLfoRestart() != before) restarts.push_back(effect.getLastLfoRestart());
+        position += n;
+    }
+    return restarts;
+}
+}  // namespace
+
+TEST_F(ControlLayer, SyncRestartsOnTheHostsPeriodAcrossBlockSizes) {
+    row(kLfoSync)->setValue(1);
+    row(kLfoRate)->setNormalized(5.0f / 23.0f);  // 1/4: 22050 samples at 120 BPM
+    std::vector<int> blocks;
+    for (int i = 0; blocks.size() < 400; ++i) blocks.push_back(i % 3 == 0 ? 37 : (i % 3 == 1 ? 512 : 1000));
+    const std::vector<double> restarts = restartsOver(effect(), 0, blocks, 120);
+    ASSERT_GE(restarts.size(), 8u);
+    for (double at : restarts) EXPECT_EQ(std::fmod(at, 22050.0), 0.0) << at;
+
+    // A jump of the play position re-locks to the next period boundary after it.
+    const std::vector<double> afterJump = restartsOver(effect(), 1000123, std::vector<int>(100, 480), 120);
+    ASSERT_FALSE(afterJump.empty());
+    EXPECT_EQ(afterJump.front(), std::ceil(1000123 / 22050.0) * 22050.0);
+    for (double at : afterJump) EXPECT_EQ(std::fmod(at, 22050.0), 0.0) << at;
+}
+
+TEST_F(ControlLayer, SyncedLfoMovesTheCutoff) {
+    row(kLfoSync)->setValue(1);
+    row(kLfoShape)->setValue(0);
+    row(kLowPassFreq)->setValue(1000);
+    row(kLpStrengthLfo)->setValue(1);
+    float lowest = 1e9f, highest = 0;
+    for (int i = 0; i < 1100; ++i) {  // one bar of the 1/1 sync at 120 BPM
+        restartsOver(effect(), i * 88.0, {88}, 120);
+        lowest = std::min(lowest, effect().getLowModulated());
+        highest = std::max(highest, effect().getLowModulated());
+    }
+    EXPECT_LT(lowest, 400.0f);    // down to a quarter
+    EXPECT_GT(highest, 2500.0f);  // up to three times
+}
