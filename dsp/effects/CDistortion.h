@@ -1,12 +1,24 @@
 #pragma once
+#include "dsp/effects/CFXProcessorBase.h"
 #include "framework/StereoBuffer.h"
-// Placeholder: passes the signal on until the stage lands.
+
 namespace DSP::FX {
-class CDistortion {
+
+// A memoryless odd sigmoid with a dry share: gain `shape` for small signals, bounded for large.
+class CDistortion : public CFXProcessorBase {
 public:
-    void setDrive(float) {}
-    void setSampleRate(float) {}
-    void reset() {}
-    void process(const Ondra::StereoBuffer&, unsigned) {}
+    void setDrive(float amount);
+    void process(const Ondra::StereoBuffer& io, unsigned count) const;
+
+    float getWet() const { return wet; }
+    float getDry() const { return dry; }
+    float getMakeup() const { return makeup; }
+
+private:
+    const float shape = 10.0f;
+    float wet = 1.0f;
+    float dry = 0.0f;
+    float makeup = 0.43f;
 };
+
 }  // namespace DSP::FX

@@ -1,12 +1,31 @@
 #pragma once
+#include "dsp/effects/CFXProcessorBase.h"
 #include "framework/StereoBuffer.h"
-// Placeholder: passes the signal on until the stage lands.
+
 namespace DSP::FX {
-class CRateReduction {
+
+// Sample-and-hold at a fraction of the host rate, with optional truncation to fewer levels.
+class CRateReduction : public CFXProcessorBase {
 public:
-    void setBits(float) {}
-    void setRate(float) {}
-    void reset() {}
-    void process(const Ondra::StereoBuffer&, unsigned) {}
+    CRateReduction() {
+        setBits(1.0f);
+        setRate(1.0f);
+    }
+    void setBits(float amount);
+    void setRate(float amount);
+    void reset() override;
+    void process(const Ondra::StereoBuffer& io, unsigned count);
+
+    float getLevels() const { return levels; }
+    float getPhaseStep() const { return phaseStep; }
+
+private:
+    float bitAmount = 1.0f;
+    float rateAmount = 1.0f;
+    float levels = 16002.0f;
+    float inverseLevels = 1.0f / 16002.0f;
+    float phaseStep = 1.0f;
+    float heldLeft = 0.0f, heldRight = 0.0f, phase = 0.0f;
 };
+
 }  // namespace DSP::FX
