@@ -66,7 +66,14 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     // 14-17: modulators and the stages after the filters.
     float* io[2] = {out.left, out.right};
     ringMod.processInPlace(io, static_cast<unsigned>(n));
-    for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &out.left[i], &out.right[i]);
+    // At rest the modulator is a one-sample delay that would put the wet path behind the reported
+    // latency; it keeps listening so that its history is current when it starts to sweep.
+    if (freqMod.isActive()) {
+        for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &out.left[i], &out.right[i]);
+    } else {
+        float discardL, discardR;
+        for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &discardL, &discardR);
+    }
     if (distortionPost) distortion.process(out, static_cast<unsigned>(n));
     if (rateReductionPost) rateReducer.process(out, static_cast<unsigned>(n));
 

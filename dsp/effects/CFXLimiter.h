@@ -1,47 +1,58 @@
 #pragma once
-// Placeholder until the limiter lands: a pure delay of the look-ahead length, so that every path
-// of the effect is already equally late.
-#include <algorithm>
-#include <cstddef>
+#include <atomic>
 #include <vector>
+
+#include "dsp/delays/CSimpleStereoDelay.h"
+#include "dsp/effects/CFX_Module.h"
+
 namespace DSP::FX {
-class CFXLimiter {
+
+// A stereo-linked look-ahead limiter with a ceiling of 1.0 and manual or automatic release. Its
+// delay line is the plug-in's only latency.
+class CFXLimiter : public CFX_Module {
 public:
-    CFXLimiter() { setLookahead(5.0f); }
-    void setLookahead(float ms) {
-        lookaheadMs = ms;
-        resize();
-    }
-    void setBlockSize(int) {}
-    void setParam(int, float) {}
-    void setSampleRate(float rate) {
-        if (rate <= 0 || rate == sampleRate) return;
-        sampleRate = rate;
-        resize();
-    }
-    void reset() { std::fill(ring.begin(), ring.end(), Frame{}); }
-    void process(float* left, float* right, unsigned count) {
-        for (unsigned i = 0; i < count; ++i) {
-            Frame in{left[i], right[i]};
-            left[i] = ring[pos].l;
-            right[i] = ring[pos].r;
-            ring[pos] = in;
-            pos = pos + 1 == ring.size() ? 0 : pos + 1;
-        }
-    }
-    int getDelaySamples() const { return static_cast<int>(ring.size()); }
+    CFXLimiter();
+    // Allocates: call from the main thread, as construction and rate changes do.
+    void setLookahead(float ms);
+    void setBlockSize(int samples) override;
+    void setParam(int index, float value);
+    void setSampleRate(float rate) override;
+    void process(float* left, float* right, unsigned count);
+    void reset() override;
+    int getDelaySamples() const { return delay.getDelaySamples(); }
+    int getPeakRingLength() const { return peakRingLength; }
+    // Safe to read from the editor's thread.
+    float getMeterGain() const { return meterGain.load(std::memory_order_relaxed); }
+    float getReleaseCoefficient() const { return releaseCoefficient; }
+    bool isAutomaticRelease() const { return releaseMs <= 1.0f; }
+
+    DELAY::CSimpleStereoDelay delay;
 
 private:
-    struct Frame { float l = 0, r = 0; };
-    void resize() {
-        // The look-ahead keeps its length in time: 221 samples at 44.1 kHz, 240 at 48, 481 at 96.
-        const int base = static_cast<int>(lookaheadMs * 0.001f * 44100.0f + 1.0f);
-        ring.assign(static_cast<size_t>(static_cast<double>(base) * sampleRate / 44100.0), Frame{});
-        pos = 0;
-    }
-    float lookaheadMs = 5.0f;
-    float sampleRate = 44100.0f;
-    std::vector<Frame> ring;
-    size_t pos = 0;
+    void updateCoefficients();
+    void detect(const float* left, const float* right, unsigned count);
+    float ringMaximum() const;
+    void setRingPeakFromSquare(float square);
+
+    float attackCoefficient = 1, releaseCoefficient = 1;
+    const float threshold = 1.0f;
+    const float ratio = 0.0001f;
+    const float attackMs = 1.0f;
+    float releaseMs = 50.0f;
+    float outputGain = 1.0f;
+    float envelope = 0;
+    float gainBelowThreshold = 1.0f;
+    float gainScale = 1.0f;
+    std::vector<float> peakRing;
+    int peakRingPos = 0, peakRingLength = 0;
+    std::atomic<float> meterGain{1.0f};
+    bool bypassed = false;
+    float makeup = 1.0f;
+    float ringPeak = 0;
+    std::vector<float> peakBuffer;
+    float autoReleaseMs = 0;
+    float autoRise = 1.0f;
+    float autoFall;
 };
+
 }  // namespace DSP::FX

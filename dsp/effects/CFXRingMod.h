@@ -1,11 +1,40 @@
 #pragma once
-// Placeholder: passes the signal on until the stage lands.
+#include "dsp/effects/CFXBase.h"
+#include "dsp/generators/CSineOSC.h"
+
 namespace DSP::FX {
-class CFXRingMod {
+
+// A unipolar ring modulator: the gain swings between 1 and 1 - mix at the oscillator's frequency.
+class CFXRingMod : public CFXBase {
 public:
-    void setParam(int, float) {}
-    void setSampleRate(float) {}
-    void reset() {}
-    void processInPlace(float* const*, unsigned) {}
+    CFXRingMod();
+    void setParam(int index, float value) override;
+    void setSampleRate(float rate) override;
+    void reset() override;
+
+    // Stereo: both channels share one oscillator and one gain.
+    void tick(const float* inL, const float* inR, float* outL, float* outR) override;
+    void process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) override;
+    void tickInPlace(float* left, float* right) override;
+    void processInPlace(const Ondra::StereoBuffer& io, unsigned count) override;
+    void processInPlace(float* const* io, unsigned count);
+    // Mono: no gate, a bipolar mix.
+    void tick(const float* in, float* out) override;
+    void process(const float* in, float* out, unsigned count) override;
+    void tickInPlace(float* sample) override;
+    void processInPlace(float* io, unsigned count) override;
+
+    float getFrequency() const { return frequency; }
+    float getMixCurrent() const { return mixCurrent; }
+
+private:
+    float stereoGain();
+    float monoGain();
+
+    Generators::CSineOSC osc;
+    float frequency = 2000;
+    float mixTarget = 0, mixCurrent = 0;
+    float gateCurrent = 1, gateTarget = 1;
 };
+
 }  // namespace DSP::FX

@@ -1,0 +1,34 @@
+#pragma once
+#include <memory>
+
+#include "dsp/delays/CMonoDelayBase.h"
+
+namespace DSP::DELAY {
+
+// A plain delay line: a sample comes out exactly `delaySamples` ticks after it went in. The
+// buffer only grows; shrinking keeps it.
+class CSimpleMonoDelay : public CMonoDelayBase {
+public:
+    void setSampleRate(float rate) override;
+    void reset() override;
+    void setDelayMs(float ms) override;
+    void setDelaySamples(int samples) override;
+    int getDelaySamples() const override { return delaySamples; }
+    float getDelayMs() const override;
+    virtual float tick(float x);
+    // Writes the block and hands back the delayed one, in place.
+    virtual void exchange(float* io, unsigned count);
+    virtual void writeOnly(const float* in, unsigned count);
+    void tick(const float* in, float* out) override { *out = tick(*in); }
+    int getCapacity() const { return capacity; }
+
+private:
+    std::unique_ptr<float[]> buffer;
+    int position = 0;
+    int bufferLength = 0;
+    int delaySamples = 0;
+    int capacity = 0;
+    float feedback = 0;
+};
+
+}  // namespace DSP::DELAY

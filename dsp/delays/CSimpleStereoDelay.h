@@ -1,0 +1,21 @@
+#pragma once
+#include "dsp/delays/CStereoDelayBase.h"
+#include "framework/StereoBuffer.h"
+
+namespace DSP::DELAY {
+
+class CSimpleStereoDelay : public CStereoDelayBase {
+public:
+    void process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) {
+        for (unsigned i = 0; i < count; ++i) {
+            out.left[i] = left.tick(in.left[i]);
+            out.right[i] = right.tick(in.right[i]);
+        }
+    }
+    void tick(float& l, float& r) {
+        l = left.tick(l);
+        r = right.tick(r);
+    }
+};
+
+}  // namespace DSP::DELAY

@@ -1,0 +1,81 @@
+#include "dsp/effects/CFXRingMod.h"
+
+#include <algorithm>
+
+namespace DSP::FX {
+
+CFXRingMod::CFXRingMod() {
+    osc.setSampleRate(sampleRate);
+    osc.setFrequency(frequency);
+}
+
+void CFXRingMod::setParam(int index, float value) {
+    if (index == 0) {
+        frequency = std::clamp(value, 0.01f, 16000.0f);
+        osc.setFrequency(frequency);
+        gateTarget = frequency <= 0.0101f ? 0.0f : 1.0f;
+    } else if (index == 1) {
+        mixTarget = std::clamp(value, -1.0f, 1.0f);
+    }
+}
+
+void CFXRingMod::setSampleRate(float rate) {
+    sampleRate = rate;
+    osc.setSampleRate(rate);
+    osc.setFrequency(frequency);
+    reset();
+}
+
+void CFXRingMod::reset() {
+    osc.reset();
+    gateCurrent = gateTarget;
+}
+
+float CFXRingMod::stereoGain() {
+    mixCurrent += (mixTarget - mixCurrent) * 0.005f + 1e-19f;
+    gateCurrent += (gateTarget - gateCurrent) * 0.00011f + 1e-19f;
+    const float s = osc.nextFloat();
+    const float m = std::clamp(mixCurrent * gateCurrent, 0.0f, 1.0f);
+    return 1.0f - (s + 1.0f) * 0.5f * m;
+}
+
+float CFXRingMod::monoGain() {
+    mixCurrent = std::clamp(mixCurrent + (mixTarget - mixCurrent) * 0.005f + 1e-19f, -1.0f, 1.0f);
+    return 1.0f - osc.nextFloat() * mixCurrent;
+}
+
+void CFXRingMod::tick(const float* inL, const float* inR, float* outL, float* outR) {
+    const float g = stereoGain();
+    *outL = *inL * g;
+    *outR = *inR * g;
+}
+
+void CFXRingMod::process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) {
+    for (unsigned i = 0; i < count; ++i) tick(in.left + i, in.right + i, out.left + i, out.right + i);
+}
+
+void CFXRingMod::tickInPlace(float* left, float* right) { tick(left, right, left, right); }
+
+void CFXRingMod::processInPlace(const Ondra::StereoBuffer& io, unsigned count) { process(io, io, count); }
+
+void CFXRingMod::processInPlace(float* const* io, unsigned count) {
+    float* left = io[0];
+    float* right = io[1];
+    for (unsigned i = 0; i < count; ++i) {
+        const float g = stereoGain();
+        left[i] *= g;
+        right[i] *= g;
+    }
+}
+
+void CFXRingMod::tick(const float* in, float* out) { *out = *in * monoGain(); }
+
+void CFXRingMod::process(const float* in, float* out, unsigned count) {
+    for (unsigned i = 0; i < count; ++i) tick(in + i, out + i);
+}
+
+void CFXRingMod::tickInPlace(float* sample) { tick(sample, sample); }
+
+void CFXRingMod::processInPlace(float* io, unsigned count) { process(io, io, count); }
+
+}  // namespace DSP::FX
