@@ -79,7 +79,9 @@ void CFXLimiter::setRingPeakFromSquare(float square) {
 void CFXLimiter::detect(const float* left, const float* right, unsigned count) {
     float loudest = 0;
     for (unsigned i = 0; i < count; ++i) loudest = std::max(loudest, std::max(std::fabs(left[i]), std::fabs(right[i])));
-    if (!(loudest < 1e-18f)) {  // NaN input counts as loud
+    // A silent block skips the ring only once the ring has gone silent too; while a peak is still
+    // in it, the look-ahead must keep running or a transient before silence would pass unlimited.
+    if (!(loudest < 1e-18f) || !(ringMaximum() < 1e-18f)) {  // NaN input counts as loud
         float m = ringPeak * ringPeak;
         for (unsigned i = 0; i < count; ++i) {
             const float l = left[i] + 1e-19f;
@@ -101,7 +103,7 @@ void CFXLimiter::detect(const float* left, const float* right, unsigned count) {
         }
         return;
     }
-    if (ringMaximum() < 1e-18f) std::fill(peakBuffer.begin(), peakBuffer.begin() + count, 0.0f);
+    std::fill(peakBuffer.begin(), peakBuffer.begin() + count, 0.0f);
 }
 
 void CFXLimiter::process(float* left, float* right, unsigned count) {

@@ -10,13 +10,13 @@ namespace DSP::MEMORY {
 class CFloatBuffer : public CReferencedObject {
 public:
     ~CFloatBuffer() override { std::free(data); }
-    void allocate(int count) {
-        if (count < 1) return;
+    void allocate(int entries) {
+        if (entries < 1) return;
         std::free(data);
-        const size_t bytes = (static_cast<size_t>(count) * sizeof(float) + 15) / 16 * 16;
+        const size_t bytes = (static_cast<size_t>(entries) * sizeof(float) + 15) / 16 * 16;
         data = static_cast<float*>(std::aligned_alloc(16, bytes));
         if (data) std::memset(data, 0, bytes);
-        length = data ? count : 0;
+        length = data ? entries : 0;
     }
     void clear() {
         if (data) std::memset(data, 0, static_cast<size_t>(length) * sizeof(float));

@@ -7,14 +7,14 @@ namespace DSP::MEMORY {
 class CReferencedObject {
 public:
     virtual ~CReferencedObject() = default;
-    virtual void addRef() { count.fetch_add(1, std::memory_order_relaxed); }
+    virtual void addRef() { referenceCount.fetch_add(1, std::memory_order_relaxed); }
     virtual void release() {
-        if (count.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+        if (referenceCount.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
     }
-    int references() const { return count.load(std::memory_order_relaxed); }
+    int references() const { return referenceCount.load(std::memory_order_relaxed); }
 
 private:
-    std::atomic<int> count{1};
+    std::atomic<int> referenceCount{1};
 };
 
 }  // namespace DSP::MEMORY

@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <vector>
+
+#include "dsp/delays/CSimpleMonoDelay.h"
+#include "dsp/effects/CFXRingMod.h"
+#include "dsp/effects/CVibrato.h"
+#include "dsp/generators/CSineOSC.h"
+#include "dsp/memory/CFloatBuffer.h"
+
+using namespace DSP;
+
+TEST(SineOSC, StartsRisingAndStopsShortOfNyquist) {
+    Generators::CSineOSC osc;
+    osc.setSampleRate(44100);
+    osc.setFrequency(441);
+    const float w = static_cast<float>(2.0 * M_PI * 441.0 / 44100.0);
+    EXPECT_FLOAT_EQ(osc.nextFloat(), std::sin(w));
+    osc.setFrequency(30000);
+    EXPECT_DOUBLE_EQ(osc.getFrequency(), 44100.0 / 2 - 10);
+    osc.reset();
+    double peak = 0;
+    for (int i = 0; i < 44100; ++i) peak = std::max(peak, std::fabs(static_cast<double>(osc.nextFloat())));
+    EXPECT_NEAR(peak, 1.0, 1e-3);
+}
+
+TEST(RingMod, MixZeroPassesAndFullMixSwingsTheGain) {
+    FX::CFXRingMod ring;
+    ring.setSampleRate(44100);
+    ring.setParam(0, 1000);
+    ring.setParam(1, 0);
+    std::vector<float> l(4096, 0.5f), r(4096, -0.5f);
+    float* io[2] = {l.data(), r.data()};
+    ring.processInPlace(io, 4096);
+    for (size_t i = 0; i < l.size(); ++i) {
+        ASSERT_NEAR(l[i], 0.5f, 1e-6);
+        ASSERT_NEAR(r[i], -0.5f, 1e-6);
+    }
+    ring.setParam(1, 1);
+    std::vector<float> m(44100, 1.0f), n(44100, 1.0f);
+    float* io2[2] = {m.data(), n.data()};
+    ring.processInPlace(io2, 44100);
+    float lowest = 1, highest = 0;
+    for (size_t i = 22050; i < m.size(); ++i) {
+        lowest = std::min(lowest, m[i]);
+        highest = std::max(highest, m[i]);
+        ASSERT_EQ(m[i], n[i]);  // one gain for both channels
+    }
+    EXPECT_LT(lowest, 0.01f);
+    EXPECT_GT(highest, 0.99f);
+    ring.setParam(1, -1);  // stereo forms clamp a negative mix to nothing
+    std::vector<float> a(44100, 1.0f), b(44100, 1.0f);
+    float* io3[2] = {a.data(), b.data()};
+    ring.processInPlace(io3, 44100);
+    EXPECT_NEAR(a.back(), 1.0f, 1e-4);
+}
+
+TEST(RingMod, LowestFrequencyFadesTheEffectOut) {
+    FX::CFXRingMod ring;
+    ring.setParam(1, 1);
+    ring.setParam(0, 0.0f);  // clamped to 0.01: the gate closes
+    EXPECT_FLOAT_EQ(ring.getFrequency(), 0.01f);
+    std::vector<float> l(200000, 1.0f), r(200000, 1.0f);
+    float* io[2] = {l.data(), r.data()};
+    ring.processInPlace(io, 200000);
+    EXPECT_NEAR(l.back(), 1.0f, 1e-3);
+}
+
+TEST(MonoDelay, ExactDelayAndRateChangesThatTruncate) {
+    DELAY::CSimpleMonoDelay delay;
+    delay.setDelaySamples(221);
+    for (int i = 0; i < 600; ++i) {
+        const float y = delay.tick(static_cast<float>(i + 1));
+        ASSERT_EQ(y, i < 221 ? 0.0f : static_cast<float>(i + 1 - 221)) << i;
+    }
+    delay.setSampleRate(96000);
+    EXPECT_EQ(delay.getDelaySamples(), 481);
+    DELAY::CSimpleMonoDelay other;
+    other.setDelaySamples(221);
+    other.setSampleRate(48000);
+    EXPECT_EQ(other.getDelaySamples(), 240);
+    other.setSampleRate(44100);
+    EXPECT_EQ(other.getDelaySamples(), 220);
+    EXPECT_EQ(other.getCapacity(), 240);  // shrinking keeps the buffer
+    other.setDelayMs(5);
+    EXPECT_EQ(other.getDelaySamples(), 221);
+}
+
+TEST(Vibrato, DepthZeroIsAOneSampleDelay) {
+    auto vibrato = std::make_unique<FX::CVibrato>();
+    vibrato->setParam(3, 0);
+    float previous = 0;
+    for (int i = 0; i < 200000; ++i) {  // across the 65535 seam more than once
+        const float x = std::sin(static_cast<float>(i) * 0.01f);
+        float l, r;
+        vibrato->process(x, -x, &l, &r);
+        ASSERT_EQ(l, previous) << i;
+        ASSERT_EQ(r, -previous) << i;
+        previous = x;
+    }
+    EXPECT_FALSE(vibrato->isActive());
+}
+
+TEST(Vibrato, DepthSweepsTheDelayWithinFiftyMilliseconds) {
+    auto vibrato = std::make_unique<FX::CVibrato>();
+    vibrato->setSampleRate(44100);
+    vibrato->setParam(2, 5);
+    vibrato->setParam(3, 1);
+    EXPECT_FLOAT_EQ(vibrato->getDepthTarget(), static_cast<float>(static_cast<int>(0.05f * 44100)) * 0.5f);
+    float longest = 0;
+    for (int i = 0; i < 88200; ++i) {
+        float l, r;
+        vibrato->process(0.5f, 0.5f, &l, &r);
+        longest = std::max(longest, vibrato->getDelay());
+        ASSERT_TRUE(std::isfinite(l));
+    }
+    EXPECT_GT(longest, 1500.0f);
+    EXPECT_LE(longest, 2205.0f);
+    EXPECT_TRUE(vibrato->isActive());
+}
+
+TEST(FloatBuffer, ReferenceCountedAndAligned) {
+    auto* buffer = new MEMORY::CFloatBuffer;
+    buffer->allocate(0);
+    EXPECT_EQ(buffer->get(), nullptr);
+    buffer->allocate(37);
+    ASSERT_NE(buffer->get(), nullptr);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(buffer->get()) % 16, 0u);
+    EXPECT_EQ(buffer->get()[36], 0.0f);
+    buffer->addRef();
+    EXPECT_EQ(buffer->references(), 2);
+    buffer->release();
+    buffer->release();  // deletes; ASan sees any leak or double free
+}
