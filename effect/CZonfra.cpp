@@ -163,7 +163,9 @@ void CZonfra::resetInternal(bool tellEditor) {
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
     resonanceLow.reset();
     resonanceHigh.reset();
+    measureBand.reset();
     for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
+    limiter.reset();
     ringMod.reset();
     limiterDelay.clear();
     bypassDelay.clear();

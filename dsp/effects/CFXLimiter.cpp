@@ -59,6 +59,10 @@ void CFXLimiter::updateCoefficients() {
 void CFXLimiter::reset() {
     delay.reset();
     std::fill(peakRing.begin(), peakRing.end(), 0.0f);
+    // The detector's running values too, so that nothing from before (a NaN, say) survives.
+    std::fill(peakBuffer.begin(), peakBuffer.end(), 0.0f);
+    ringPeak = 0;
+    autoReleaseMs = 0;
     envelope = 1.0f;
     meterGain.store(1.0f, std::memory_order_relaxed);
 }
