@@ -50,14 +50,14 @@ void normalise(double w0, double& b0, double& b1, double& b2, double a1, double 
 
 }  // namespace
 
-void design(CFilterDesignSpec& spec, double* b0, double* b1, double* b2, double* a1, double* a2) {
-    const double fs = spec.sampleRate;
-    const double f = std::min(spec.frequency, 0.4995 * fs);
+void design(CFilterDesignSpec& settings, double* b0, double* b1, double* b2, double* a1, double* a2) {
+    const double fs = settings.sampleRate;
+    const double f = std::min(settings.frequency, 0.4995 * fs);
     const double warped = 2.0 * fs * std::tan(std::numbers::pi * f / fs);
-    const bool highPass = spec.type == CFilterDesignSpec::kHighPass;
+    const bool highPass = settings.type == CFilterDesignSpec::kHighPass;
 
     CAnalogPrototype prototype;
-    prototype.makeButterworth(spec.order);
+    prototype.makeButterworth(settings.order);
     const int n = prototype.order;
     const int sections = n / 2;
 

@@ -45,14 +45,14 @@ void CSlopeFilter::selectCoefficients() {
         std::copy(entry.b1, entry.b1 + count, lowA.b1);
         std::copy(entry.b2, entry.b2 + count, lowA.b2);
     } else {
-        CFilterDesignSpec spec;
-        spec.setSampleRate(sampleRate);
-        spec.setFrequency(cutoff);
-        spec.setOrder(order);
-        spec.family = CFilterDesignSpec::kButterworth;
-        spec.setType(type == 1 && mode > 0 ? CFilterDesignSpec::kHighPass : CFilterDesignSpec::kLowPass);
+        CFilterDesignSpec settings;
+        settings.setSampleRate(sampleRate);
+        settings.setFrequency(cutoff);
+        settings.setOrder(order);
+        settings.family = CFilterDesignSpec::kButterworth;
+        settings.setType(type == 1 && mode > 0 ? CFilterDesignSpec::kHighPass : CFilterDesignSpec::kLowPass);
         lowA.setOrder(order);
-        design(spec, lowA.b0, lowA.b1, lowA.b2, lowA.a1, lowA.a2);
+        design(settings, lowA.b0, lowA.b1, lowA.b2, lowA.a1, lowA.a2);
         const int count = lowA.stageCount();
         std::copy(lowA.a1, lowA.a1 + count, entry.a1);
         std::copy(lowA.a2, lowA.a2 + count, entry.a2);

@@ -40,9 +40,8 @@ void ParameterProperty::setUnitType(int type) {
     unitLabel.assign(unitLabelOf(type));
 }
 
-void ParameterProperty::setMinimum(float limit) {
-    if (limit == minimum) return;
-    minimum = limit;
+// A new limit clips the present value into the range, and only then tells the listeners.
+void ParameterProperty::clipIntoRange() {
     const float v = getValue();
     const float low = std::min(minimum, maximum);
     const float high = std::max(minimum, maximum);
@@ -52,16 +51,16 @@ void ParameterProperty::setMinimum(float limit) {
     }
 }
 
+void ParameterProperty::setMinimum(float limit) {
+    if (limit == minimum) return;
+    minimum = limit;
+    clipIntoRange();
+}
+
 void ParameterProperty::setMaximum(float limit) {
     if (limit == maximum) return;
     maximum = limit;
-    const float v = getValue();
-    const float low = std::min(minimum, maximum);
-    const float high = std::max(minimum, maximum);
-    if (v < low || v > high) {
-        store(std::clamp(v, low, high));
-        notify();
-    }
+    clipIntoRange();
 }
 
 void ParameterProperty::addListener(ParameterChangeListener* listener, bool notifyNow) {

@@ -97,6 +97,7 @@ public:
 
 private:
     void store(float v) { value.store(v, std::memory_order_relaxed); }
+    void clipIntoRange();
 
     int32_t id = 0;
     int32_t automationIndex = -1;

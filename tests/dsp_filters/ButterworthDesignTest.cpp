@@ -18,13 +18,13 @@ struct Designed {
 };
 
 Designed designFor(double frequency, double sampleRate, int order, unsigned type) {
-    CFilterDesignSpec spec;
-    spec.setSampleRate(sampleRate);
-    spec.setFrequency(frequency);
-    spec.setOrder(order);
-    spec.setType(type);
+    CFilterDesignSpec settings;
+    settings.setSampleRate(sampleRate);
+    settings.setFrequency(frequency);
+    settings.setOrder(order);
+    settings.setType(type);
     Designed d;
-    design(spec, d.b0, d.b1, d.b2, d.a1, d.a2);
+    design(settings, d.b0, d.b1, d.b2, d.a1, d.a2);
     return d;
 }
 
@@ -106,17 +106,17 @@ TEST(ButterworthDesign, FrequencyAboveLimitIsDesignedAt0_4995TimesSampleRate) {
 }
 
 TEST(FilterDesignSpec, SetOperationsIgnoreOutOfRangeValues) {
-    CFilterDesignSpec spec;
-    spec.setSampleRate(0);
-    spec.setSampleRate(-48000);
-    spec.setOrder(0);
-    spec.setOrder(-3);
-    spec.setType(8);
-    EXPECT_EQ(spec.sampleRate, 44100.0);
-    EXPECT_EQ(spec.order, 2);
-    EXPECT_EQ(spec.type, CFilterDesignSpec::kLowPass);
-    EXPECT_EQ(spec.frequency, 1000.0);
-    EXPECT_EQ(spec.family, CFilterDesignSpec::kButterworth);
+    CFilterDesignSpec settings;
+    settings.setSampleRate(0);
+    settings.setSampleRate(-48000);
+    settings.setOrder(0);
+    settings.setOrder(-3);
+    settings.setType(8);
+    EXPECT_EQ(settings.sampleRate, 44100.0);
+    EXPECT_EQ(settings.order, 2);
+    EXPECT_EQ(settings.type, CFilterDesignSpec::kLowPass);
+    EXPECT_EQ(settings.frequency, 1000.0);
+    EXPECT_EQ(settings.family, CFilterDesignSpec::kButterworth);
 }
 
 TEST(AnalogPrototype, ButterworthPolesLieOnTheUnitCircleInTheLeftHalfPlane) {
