@@ -160,11 +160,7 @@ void CZonfra::resetInternal(bool tellEditor) {
     resonanceLow.setFrequency(std::min(low.cutoff, 18000.0f));
     resonanceHigh.setFrequency(std::min(high.cutoff, 18000.0f));
     controlStep();
-    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
-    resonanceLow.reset();
-    resonanceHigh.reset();
-    measureBand.reset();
-    for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
+    clearFilterStates();
     limiter.reset();
     ringMod.reset();
     limiterDelay.clear();

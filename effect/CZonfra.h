@@ -110,6 +110,7 @@ private:
     void buildParameters();
     void resetInternal(bool tellEditor);
     void clearAfterBypass();
+    void clearFilterStates();
     void measureEnvelope(int n);
     void stepLfo(const Ondra::OndraAudioBlock& audio, int n);
     void controlStep();

@@ -166,14 +166,19 @@ void CZonfra::clearAfterBypass() {
         side->cutoff = side->modulated;
         side->resonance = side->resonanceParam;
     }
-    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
-    resonanceLow.reset();
-    resonanceHigh.reset();
-    for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
+    clearFilterStates();
     lfoResync = true;
     ringMod.reset();
     dryPathDelay.clear();
     mixCurrent = mixTarget;
     inputGain.clearPeaks();
     outputGain.clearPeaks();
+}
+
+void CZonfra::clearFilterStates() {
+    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->reset();
+    resonanceLow.reset();
+    resonanceHigh.reset();
+    measureBand.reset();
+    for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
 }
