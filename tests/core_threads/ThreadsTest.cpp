@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "CORE/threads/CCriticalSection.h"
+#include "CORE/threads/ThreadEvent.h"
+#include "CORE/threads/Threads.h"
+
+using namespace Core::Threads;
+
+TEST(ThreadEvent, SignalBeforeWaitReturnsAtOnceAndStays) {
+    ThreadEvent event;
+    event.signal();
+    event.wait();
+    event.wait();  // without auto reset the signal stays
+    EXPECT_TRUE(event.isSignalled());
+    event.setAutoReset(true);
+    event.wait();
+    EXPECT_FALSE(event.isSignalled());
+    EXPECT_FALSE(event.waitFor(20));
+}
+
+TEST(ThreadEvent, AnotherThreadWakesTheWaiter) {
+    ThreadEvent event;
+    std::thread signaller([&] {
+        sleepMilliseconds(30);
+        event.signal();
+    });
+    EXPECT_TRUE(event.waitFor(5000));
+    signaller.join();
+}
+
+TEST(Threads, StartJoinAndCloseNull) {
+    std::atomic<int> ran{0};
+    ThreadHandle* handle = startThread([](void* counter) { static_cast<std::atomic<int>*>(counter)->fetch_add(1); },
+                                       &ran, -1);
+    ASSERT_NE(handle, nullptr);
+    joinThread(handle);
+    EXPECT_EQ(ran.load(), 1);
+    closeThreadHandle(nullptr);
+    joinThread(nullptr);
+    EXPECT_EQ(startThread(nullptr, nullptr, 0), nullptr);
+}
+
+TEST(Threads, JoinFromTheThreadItselfDoesNotDeadlock) {
+    ThreadEvent done;
+    CThread* self = nullptr;
+    ThreadEvent ready;
+    auto* thread = new CThread(
+        [&] {
+            ready.wait();
+            EXPECT_FALSE(self->joinable());
+            self->join();  // returns at once
+            done.signal();
+        },
+        CThread::kKeepObject);
+    self = thread;
+    ready.signal();
+    EXPECT_TRUE(done.waitFor(5000));
+    EXPECT_TRUE(thread->joinable());
+    thread->join();
+    delete thread;
+}
+
+TEST(Threads, SelfDeletingThreadRunsItsEntry) {
+    ThreadEvent done;
+    new CThread([&] { done.signal(); }, 0);
+    EXPECT_TRUE(done.waitFor(5000));
+    sleepMilliseconds(20);  // let it finish deleting itself before the event goes
+}
+
+TEST(Threads, CriticalSectionTryEnter) {
+    CCriticalSection section;
+    section.enter();
+    std::atomic<bool> other{true};
+    std::thread probe([&] { other = section.tryEnter(); });
+    probe.join();
+    EXPECT_FALSE(other.load());
+    section.leave();
+    EXPECT_TRUE(section.tryEnter());
+    section.leave();
+    section.destroy();
+    EXPECT_FALSE(section.tryEnter());
+}
+
+TEST(Timer, StartsAtZeroAndCounts) {
+    Core::Time::CMiniTimer timer;
+    timer.start();
+    EXPECT_LE(timer.elapsed(), 1u);
+    sleepMilliseconds(25);
+    EXPECT_GE(timer.elapsed(), 20u);
+}
