@@ -1,4 +1,6 @@
 #pragma once
+#include <string>
+
 #include "CORE/strings/CString.h"
 #include "dsp/effects/CDistortion.h"
 #include "dsp/effects/CFXLimiter.h"
@@ -66,6 +68,9 @@ public:
     Ondra::ParameterProperty& getGlobalLimiterParameter() { return globalLimiter; }
     Ondra::ParameterProperty& getPresetNameParameter() { return presetNameParameter; }
     void setWriteGlobalLimiter(int on) { writeGlobalLimiter = on; }
+    // The folder of user presets: the stored "PresetFolder", else a default in the data home.
+    std::string getPresetFolder();
+    void setPresetFolder(const std::string& folder);
     const CGainRamp& getInputGain() const { return inputGain; }
     const CGainRamp& getOutputGain() const { return outputGain; }
     float getLowTarget() const { return low.target; }
@@ -190,4 +195,5 @@ private:
     Ondra::ParameterProperty presetNameParameter;
     Ondra::ParameterProperty globalLimiter;
     int writeGlobalLimiter = 1;
+    std::string presetFolder;
 };

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <zlib.h>
+
+#include <cstdlib>
 
 #include <cstring>
 #include <string>
@@ -202,4 +205,23 @@ TEST(EffectState, OneNotificationPerParameterAfterALoad) {
     load(*harness.effect, chunkOf(*harness.effect));
     EXPECT_EQ(counter.calls, kZonfraParameterCount);
     EXPECT_FALSE(harness.effect->isStateLoading());
+}
+
+TEST(EffectHousekeeping, PresetFolderDefaultsToTheDataHomeAndIsRemembered) {
+    const std::string root = "/tmp/zonfra-housekeeping-" + std::to_string(getpid());
+    setenv("HOME", root.c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (root + "/config").c_str(), 1);
+    setenv("XDG_CONFIG_DIRS", (root + "/machine").c_str(), 1);
+    setenv("XDG_DATA_HOME", (root + "/data").c_str(), 1);
+    {
+        EffectHarness harness;
+        const std::string expected = root + "/data/Morvandel/zonfra QT/Presets/";
+        EXPECT_EQ(harness.effect->getPresetFolder(), expected);
+        EXPECT_EQ(harness.effect->getPresetFolder(), expected);
+        harness.effect->setPresetFolder("D:\\Presets");
+        EXPECT_EQ(harness.effect->getPresetFolder(), "D:/Presets/");
+    }
+    EffectHarness next;
+    EXPECT_EQ(next.effect->getPresetFolder(), "D:\\Presets");  // the store holds the text as given
+    std::system(("rm -rf '" + root + "'").c_str());
 }
