@@ -1,0 +1,353 @@
+#include <gtest/gtest.h>
+#include <dlfcn.h>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "HostObjects.h"
+#include "adapters/vst3/sdk/Vst3Base.h"
+#include "support/AllocationCounter.h"
+
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+using namespace TestHost;
+
+namespace {
+
+std::string utf8(const char16_t* text) {
+    std::string out;
+    for (; text && *text; ++text) out += static_cast<char>(*text < 128 ? *text : '?');
+    return out;
+}
+
+// The bundle's library loaded the way a Linux host loads it.
+struct Module {
+    Module() {
+        handle = dlopen(ZONFRA_VST3_MODULE, RTLD_NOW | RTLD_LOCAL);
+        if (!handle) return;
+        auto entry = reinterpret_cast<bool (*)(void*)>(dlsym(handle, "ModuleEntry"));
+        auto get = reinterpret_cast<IPluginFactory* (*)()>(dlsym(handle, "GetPluginFactory"));
+        if (entry) entry(handle);
+        factory = get ? get() : nullptr;
+    }
+    ~Module() {
+        if (factory) factory->release();
+        if (handle) {
+            if (auto exit = reinterpret_cast<bool (*)()>(dlsym(handle, "ModuleExit"))) exit();
+            dlclose(handle);
+        }
+    }
+    void* handle = nullptr;
+    IPluginFactory* factory = nullptr;
+};
+
+template <typename Interface>
+Interface* query(FUnknown* object) {
+    void* result = nullptr;
+    if (!object || object->queryInterface(Interface::iid.bytes, &result) != kResultOk) return nullptr;
+    return static_cast<Interface*>(result);
+}
+
+struct Instance {
+    explicit Instance(Module& module, double rate = 44100, int32 maxBlock = 512) {
+        PClassInfo info{};
+        module.factory->getClassInfo(0, &info);
+        void* object = nullptr;
+        module.factory->createInstance(info.cid, IComponent::iid.bytes, &object);
+        component = static_cast<IComponent*>(object);
+        processor = query<IAudioProcessor>(component);
+        controller = query<IEditController>(component);
+        component->initialize(nullptr);
+        SpeakerArrangement stereo = SpeakerArr::kStereo;
+        processor->setBusArrangements(&stereo, 1, &stereo, 1);
+        ProcessSetup setup{kRealtime, kSample32, maxBlock, rate};
+        processor->setupProcessing(setup);
+        component->setActive(true);
+    }
+    ~Instance() {
+        component->setActive(false);
+        component->terminate();
+        controller->release();
+        processor->release();
+        component->release();
+    }
+
+    // One block of `n` samples, in place, with optional parameter changes and context.
+    void run(float* left, float* right, int32 n, IParameterChanges* changes = nullptr, ProcessContext* context = nullptr,
+             int32 inputChannels = 2) {
+        float* in[2] = {left, right};
+        float* out[2] = {left, right};
+        AudioBusBuffers input{};
+        input.numChannels = inputChannels;
+        input.channelBuffers32 = in;
+        AudioBusBuffers output{};
+        output.numChannels = 2;
+        output.channelBuffers32 = out;
+        ProcessData data{};
+        data.processMode = kRealtime;
+        data.symbolicSampleSize = kSample32;
+        data.numSamples = n;
+        data.numInputs = 1;
+        data.numOutputs = 1;
+        data.inputs = &input;
+        data.outputs = &output;
+        data.inputParameterChanges = changes;
+        data.processContext = context;
+        lastResult = processor->process(data);
+    }
+
+    int32 findParameter(const char* title, ParameterInfo* found = nullptr) {
+        for (int32 i = 0; i < controller->getParameterCount(); ++i) {
+            ParameterInfo info{};
+            controller->getParameterInfo(i, info);
+            if (utf8(info.title) == title) {
+                if (found) *found = info;
+                return static_cast<int32>(info.id);
+            }
+        }
+        return -1;
+    }
+
+    IComponent* component = nullptr;
+    IAudioProcessor* processor = nullptr;
+    IEditController* controller = nullptr;
+    tresult lastResult = kResultOk;
+};
+
+std::vector<float> sine(size_t n, double hertz, size_t start = 0) {
+    std::vector<float> out(n);
+    for (size_t i = 0; i < n; ++i) out[i] = 0.5f * static_cast<float>(std::sin(2 * M_PI * hertz * static_cast<double>(i + start) / 44100.0));
+    return out;
+}
+
+}  // namespace
+
+class Vst3Host : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
+    Module module;
+};
+
+TEST_F(Vst3Host, FactoryDescribesTheClass) {
+    PFactoryInfo factoryInfo{};
+    ASSERT_EQ(module.factory->getFactoryInfo(&factoryInfo), kResultOk);
+    EXPECT_STREQ(factoryInfo.vendor, "Halvren Audio / Morvandel");
+    EXPECT_EQ(factoryInfo.flags, 16);
+    ASSERT_EQ(module.factory->countClasses(), 1);
+    auto* factory2 = query<IPluginFactory2>(module.factory);
+    ASSERT_NE(factory2, nullptr);
+    PClassInfo2 info{};
+    ASSERT_EQ(factory2->getClassInfo2(0, &info), kResultOk);
+    EXPECT_EQ(std::string(info.cid, 16), std::string("duAdNVCGWRPRVzon"));
+    EXPECT_STREQ(info.category, "Audio Module Class");
+    EXPECT_STREQ(info.name, "MMK Zonfra QT");
+    EXPECT_STREQ(info.subCategories, "Fx|Morvandel");
+    EXPECT_STREQ(info.vendor, "Morvandel Mixing Kit");
+    EXPECT_STREQ(info.version, "1.3.0");
+    EXPECT_STREQ(info.sdkVersion, "VST 3.1.0");
+    EXPECT_EQ(info.cardinality, 0x7FFFFFFF);
+    factory2->release();
+    auto* factory3 = query<IPluginFactory3>(module.factory);
+    ASSERT_NE(factory3, nullptr);
+    PClassInfoW wide{};
+    EXPECT_EQ(factory3->getClassInfoUnicode(0, &wide), kResultOk);
+    EXPECT_EQ(utf8(wide.name), "MMK Zonfra QT");
+    factory3->release();
+    void* nothing = nullptr;
+    EXPECT_NE(module.factory->createInstance("no such class id", IComponent::iid.bytes, &nothing), kResultOk);
+    EXPECT_EQ(nothing, nullptr);
+}
+
+TEST_F(Vst3Host, InterfacesByIdentifier) {
+    Instance plugin(module);
+    EXPECT_NE(plugin.processor, nullptr);
+    EXPECT_NE(plugin.controller, nullptr);
+    for (const Uid* iid : {&IEditController2::iid, &IUnitInfo::iid, &IProgramListData::iid, &IMidiMapping::iid,
+                           &IPluginBase::iid, &FUnknown::iid}) {
+        void* object = nullptr;
+        EXPECT_EQ(plugin.component->queryInterface(iid->bytes, &object), kResultOk);
+        ASSERT_NE(object, nullptr);
+        static_cast<FUnknown*>(object)->release();
+    }
+    void* object = nullptr;
+    EXPECT_EQ(plugin.component->queryInterface(IPlugView::iid.bytes, &object), kNoInterface);
+    EXPECT_EQ(object, nullptr);
+}
+
+TEST_F(Vst3Host, BusesParametersUnitsAndFixedAnswers) {
+    Instance plugin(module);
+    EXPECT_EQ(plugin.component->getBusCount(kAudio, kInput), 1);
+    EXPECT_EQ(plugin.component->getBusCount(kAudio, kOutput), 1);
+    BusInfo bus{};
+    ASSERT_EQ(plugin.component->getBusInfo(kAudio, kOutput, 0, bus), kResultOk);
+    EXPECT_EQ(utf8(bus.name), "MMK Zonfra QT Stereo Out 1");
+    EXPECT_EQ(bus.channelCount, 2);
+    EXPECT_EQ(plugin.controller->getParameterCount(), 49);
+    ParameterInfo bypass{};
+    EXPECT_EQ(plugin.findParameter("Bypass", &bypass), 41);
+    EXPECT_EQ(bypass.flags & 0x10000, 0x10000);
+    EXPECT_EQ(bypass.stepCount, 1);
+    ParameterInfo program{};
+    EXPECT_EQ(plugin.findParameter("VST3PrgChange", &program), 0x506C7374);
+    EXPECT_EQ(program.flags, 0x8008);
+    auto* units = query<IUnitInfo>(plugin.component);
+    EXPECT_EQ(units->getProgramListCount(), 0);
+    UnitInfo root{};
+    ASSERT_EQ(units->getUnitInfo(0, root), kResultOk);
+    EXPECT_EQ(utf8(root.name), "Root");
+    EXPECT_EQ(root.parentUnitId, -1);
+    EXPECT_EQ(root.programListId, 0x506C7374);
+    units->release();
+    EXPECT_EQ(plugin.processor->canProcessSampleSize(kSample32), kResultTrue);
+    EXPECT_EQ(plugin.processor->canProcessSampleSize(kSample64), kResultFalse);
+    EXPECT_EQ(plugin.processor->setProcessing(1), kNotImplemented);
+    auto* mapping = query<IMidiMapping>(plugin.component);
+    ParamID id = 12345;
+    EXPECT_EQ(mapping->getMidiControllerAssignment(0, 0, 7, id), kResultFalse);
+    mapping->release();
+    EXPECT_EQ(plugin.controller->createView("editor"), nullptr);
+}
+
+TEST_F(Vst3Host, LatencyAndTail) {
+    Instance plugin(module);
+    EXPECT_EQ(plugin.processor->getLatencySamples(), 221u);
+    Instance fast(module, 96000, 512);
+    EXPECT_EQ(fast.processor->getLatencySamples(), 481u);
+    EXPECT_EQ(fast.processor->getTailSamples(), 44100u);
+}
+
+TEST_F(Vst3Host, ThreeQueuePointsMoveTheParameterOnceAtTheThirdOffset) {
+    Instance automated(module), reference(module);
+    const ParamID outputGain = static_cast<ParamID>(automated.findParameter("Output Gain"));
+    // Warm both up so the output carries the steady sine.
+    for (int b = 0; b < 100; ++b) {
+        std::vector<float> l = sine(512, 1000, static_cast<size_t>(b) * 512), r = l;
+        std::vector<float> l2 = l, r2 = r;
+        automated.run(l.data(), r.data(), 512);
+        reference.run(l2.data(), r2.data(), 512);
+    }
+    Changes changes;
+    int32 index = 0;
+    IParamValueQueue* queue = changes.addParameterData(outputGain, index);
+    queue->addPoint(10, 0.2, index);
+    queue->addPoint(50, 0.3, index);
+    queue->addPoint(200, 0.0, index);
+    std::vector<float> l = sine(512, 1000, 100 * 512), r = l;
+    std::vector<float> l2 = l, r2 = r;
+    automated.run(l.data(), r.data(), 512, &changes);
+    reference.run(l2.data(), r2.data(), 512);
+    for (int i = 0; i < 200; ++i) ASSERT_EQ(l[static_cast<size_t>(i)], l2[static_cast<size_t>(i)]) << i;
+    EXPECT_NE(l[200], l2[200]);
+    EXPECT_DOUBLE_EQ(automated.controller->getParamNormalized(outputGain), 0.0);
+}
+
+TEST_F(Vst3Host, MonoInputReachesTheEffectOnBothChannels) {
+    Instance plugin(module);
+    SpeakerArrangement mono = SpeakerArr::kMono, stereo = SpeakerArr::kStereo;
+    EXPECT_EQ(plugin.processor->setBusArrangements(&mono, 1, &stereo, 1), kResultTrue);
+    for (int b = 0; b < 4; ++b) {
+        std::vector<float> l = sine(512, 440, static_cast<size_t>(b) * 512), r(512, 0.0f);
+        plugin.run(l.data(), r.data(), 512, nullptr, nullptr, 1);
+        if (b == 3) {
+            for (size_t i = 0; i < l.size(); ++i) ASSERT_EQ(l[i], r[i]) << i;
+        }
+    }
+}
+
+TEST_F(Vst3Host, ContextlessBlocksAndOversizedBlocks) {
+    Instance plugin(module, 44100, 256);
+    std::vector<float> l = sine(256, 440), r = l;
+    plugin.run(l.data(), r.data(), 256);
+    EXPECT_EQ(plugin.lastResult, kResultOk);
+    ProcessContext context{};
+    context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid;
+    context.tempo = 0;  // a host at tempo 0 must not stop the LFO or crash
+    plugin.run(l.data(), r.data(), 256, nullptr, &context);
+    EXPECT_EQ(plugin.lastResult, kResultOk);
+    std::vector<float> big(1024, 0.1f), bigR = big;
+    plugin.run(big.data(), bigR.data(), 1024);
+    EXPECT_EQ(plugin.lastResult, kResultFalse);
+    EXPECT_EQ(big[0], 0.1f);  // nothing processed
+}
+
+TEST_F(Vst3Host, StateRoundTripThroughAStream) {
+    MemoryStream stream;
+    {
+        Instance source(module);
+        Changes changes;
+        int32 index = 0;
+        changes.addParameterData(1, index)->addPoint(0, 0.3, index);
+        changes.addParameterData(20, index)->addPoint(0, 0.7, index);
+        std::vector<float> l(128, 0.0f), r = l;
+        source.run(l.data(), r.data(), 128, &changes);
+        ASSERT_EQ(source.component->getState(&stream), kResultOk);
+    }
+    int32 size = 0;
+    std::memcpy(&size, stream.bytes.data(), 4);
+    EXPECT_EQ(static_cast<size_t>(size) + 8, stream.bytes.size());
+    EXPECT_EQ(std::memcmp(stream.bytes.data() + 8, "MMK-zonfra-Preset", 17), 0);
+    stream.position = 0;
+    Instance target(module);
+    ASSERT_EQ(target.component->setState(&stream), kResultOk);
+    EXPECT_NEAR(target.controller->getParamNormalized(1), 0.3, 1e-6);
+    EXPECT_NEAR(target.controller->getParamNormalized(20), 0.7, 1e-6);
+    MemoryStream shortStream;
+    shortStream.bytes = {1, 2, 3};
+    EXPECT_EQ(target.component->setState(&shortStream), kResultFalse);
+    EXPECT_EQ(target.component->setState(nullptr), kResultOk);
+}
+
+TEST_F(Vst3Host, TerminateThenInitializeMakesANewEffect) {
+    Instance plugin(module);
+    Changes changes;
+    int32 index = 0;
+    changes.addParameterData(1, index)->addPoint(0, 0.3, index);
+    std::vector<float> l(128, 0.0f), r = l;
+    plugin.run(l.data(), r.data(), 128, &changes);
+    EXPECT_NEAR(plugin.controller->getParamNormalized(1), 0.3, 1e-6);
+    plugin.component->terminate();
+    EXPECT_EQ(plugin.controller->getParameterCount(), 0);
+    ASSERT_EQ(plugin.component->initialize(nullptr), kResultOk);
+    EXPECT_EQ(plugin.controller->getParameterCount(), 49);
+    EXPECT_NEAR(plugin.controller->getParamNormalized(1), 1.0, 1e-6);  // a fresh effect: LowPass wide open
+}
+
+TEST_F(Vst3Host, ParameterTextsAndConversions) {
+    Instance plugin(module);
+    String128 text{};
+    ASSERT_EQ(plugin.controller->getParamStringByValue(0, 1.0, text), kResultOk);
+    EXPECT_EQ(utf8(text), "+6.02 dB");
+    EXPECT_NEAR(plugin.controller->normalizedParamToPlain(1, 1.0), 22050, 1e-3);
+    EXPECT_NEAR(plugin.controller->plainParamToNormalized(1, 40), 0.0, 1e-6);
+    EXPECT_DOUBLE_EQ(plugin.controller->normalizedParamToPlain(9999, 0.25), 0.25);
+    char16_t number[] = u"2";
+    ParamValue value = 0;
+    EXPECT_EQ(plugin.controller->getParamValueByString(0, number, value), kResultOk);
+    EXPECT_NEAR(value, 1.0, 1e-6);
+    char16_t garbage[] = u"abc";
+    EXPECT_EQ(plugin.controller->getParamValueByString(0, garbage, value), kResultFalse);
+    // An ordinary parameter does not move through setParamNormalized.
+    EXPECT_EQ(plugin.controller->setParamNormalized(1, 0.1), kResultOk);
+    EXPECT_NEAR(plugin.controller->getParamNormalized(1), 1.0, 1e-6);
+}
+
+TEST_F(Vst3Host, ProcessAllocatesNothing) {
+    Instance plugin(module);
+    Changes changes;
+    int32 index = 0;
+    changes.addParameterData(1, index)->addPoint(30, 0.4, index);
+    changes.addParameterData(0, index)->addPoint(300, 0.3, index);
+    ProcessContext context{};
+    context.state = ProcessContext::kPlaying;
+    context.tempo = 120;
+    std::vector<float> l = sine(512, 440), r = l;
+    plugin.run(l.data(), r.data(), 512, nullptr, &context);
+    TestSupport::AllocationScope scope;
+    for (int b = 0; b < 20; ++b) {
+        context.projectTimeSamples += 512;
+        plugin.run(l.data(), r.data(), 512, b % 2 ? &changes : nullptr, &context);
+    }
+    EXPECT_EQ(scope.allocations(), 0u);
+}
