@@ -23,6 +23,15 @@ const Ondra::OndraPluginInfo* entry(int index) {
     return list ? list->get(index) : nullptr;
 }
 
+// The fields every form of class information shares.
+template <typename Info>
+void fillIdentity(Info& info, const Ondra::OndraPluginInfo& plugin) {
+    std::memset(&info, 0, sizeof info);
+    std::memcpy(info.cid, Vst3Factory::classId(plugin.uniqueId).bytes, 16);
+    info.cardinality = PClassInfo::kManyInstances;
+    Vst3Text::copyField(info.category, sizeof info.category, kCategory);
+}
+
 const char* subCategoriesOf(const Ondra::OndraPluginInfo& info) {
     return info.category == Ondra::kCategoryKind1002 ? "Instrument" : "Fx|Morvandel";
 }
@@ -76,10 +85,7 @@ int32 Vst3Factory::countClasses() { return classes; }
 tresult Vst3Factory::getClassInfo(int32 index, PClassInfo* info) {
     const Ondra::OndraPluginInfo* plugin = index >= 0 && index < classes ? entry(index) : nullptr;
     if (!plugin || !info) return kInvalidArgument;
-    std::memset(info, 0, sizeof *info);
-    std::memcpy(info->cid, classId(plugin->uniqueId).bytes, 16);
-    info->cardinality = PClassInfo::kManyInstances;
-    Vst3Text::copyField(info->category, sizeof info->category, kCategory);
+    fillIdentity(*info, *plugin);
     Vst3Text::copyField(info->name, sizeof info->name, plugin->name);
     return kResultOk;
 }
@@ -87,10 +93,7 @@ tresult Vst3Factory::getClassInfo(int32 index, PClassInfo* info) {
 tresult Vst3Factory::getClassInfo2(int32 index, PClassInfo2* info) {
     const Ondra::OndraPluginInfo* plugin = index >= 0 && index < classes ? entry(index) : nullptr;
     if (!plugin || !info) return kInvalidArgument;
-    std::memset(info, 0, sizeof *info);
-    std::memcpy(info->cid, classId(plugin->uniqueId).bytes, 16);
-    info->cardinality = PClassInfo::kManyInstances;
-    Vst3Text::copyField(info->category, sizeof info->category, kCategory);
+    fillIdentity(*info, *plugin);
     Vst3Text::copyField(info->name, sizeof info->name, plugin->name);
     info->classFlags = 0;
     Vst3Text::copyField(info->subCategories, sizeof info->subCategories, subCategoriesOf(*plugin));
@@ -103,10 +106,7 @@ tresult Vst3Factory::getClassInfo2(int32 index, PClassInfo2* info) {
 tresult Vst3Factory::getClassInfoUnicode(int32 index, PClassInfoW* info) {
     const Ondra::OndraPluginInfo* plugin = index >= 0 && index < classes ? entry(index) : nullptr;
     if (!plugin || !info) return kInvalidArgument;
-    std::memset(info, 0, sizeof *info);
-    std::memcpy(info->cid, classId(plugin->uniqueId).bytes, 16);
-    info->cardinality = PClassInfo::kManyInstances;
-    Vst3Text::copyField(info->category, sizeof info->category, kCategory);
+    fillIdentity(*info, *plugin);
     Vst3Text::toUtf16(plugin->name, info->name, 64);
     Vst3Text::copyField(info->subCategories, sizeof info->subCategories, subCategoriesOf(*plugin));
     Vst3Text::toUtf16(plugin->vendor, info->vendor, 64);
