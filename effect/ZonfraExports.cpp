@@ -2,6 +2,8 @@
 
 #include "effect/CZonfra.h"
 #include "framework/plugin/OndraPluginInfo.h"
+#include "framework/presets/CPresetFormatFXB.h"
+#include "framework/presets/CPresetFormatFXP.h"
 
 #define ZONFRA_EXPORT extern "C" __attribute__((visibility("default")))
 
@@ -17,7 +19,12 @@ ZONFRA_EXPORT Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback
 
 ZONFRA_EXPORT Ondra::OndraPluginList* getOndraPluginListPTR() {
     static Ondra::OndraPluginList list;
-    if (list.getCount() == 0) list.add(kZonfraInfo);
+    if (list.getCount() == 0) {
+        list.add(kZonfraInfo);
+        // Preset files carry the plug-in's id; until the list is filled the formats know none.
+        Ondra::presetFormatFXP().fxID = static_cast<uint32_t>(kZonfraInfo.uniqueId);
+        Ondra::presetFormatFXB().fxID = static_cast<uint32_t>(kZonfraInfo.uniqueId);
+    }
     return &list;
 }
 
