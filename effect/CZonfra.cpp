@@ -43,6 +43,7 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     setBlockSize(kStartBlockSize);
     resetInternal(false);
     setPresetNameText("Init Preset");
+    loadInitPreset();
 
     globalLimiter.initFromRecord(ParameterRecord{"GLOBAL.LIMITER", "Global", "Global", 0, 1, 1, 1, false, 0, 8,
                                                  kGlobalLimiterId});

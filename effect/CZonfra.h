@@ -113,6 +113,8 @@ private:
     };
 
     void buildParameters();
+    // Loads "presets/Init Preset.fxp" of the main archive compiled into the library, if any.
+    void loadInitPreset();
     void resetInternal(bool tellEditor);
     void clearAfterBypass();
     void clearFilterStates();

@@ -1,6 +1,5 @@
 #include "PresetTable.h"
 
-#include <cstdlib>
 #include <sstream>
 
 namespace {
@@ -42,10 +41,8 @@ std::string parsePresetTable(const std::string& text, PresetTable& table) {
         if (equals == std::string::npos) return where + "expected 'KEY = value'";
         const std::string key = trim(line.substr(0, equals));
         const std::string value = trim(line.substr(equals + 3));
-        char* end = nullptr;
-        const double number_ = std::strtod(value.c_str(), &end);
-        if (value.empty() || *end != 0) return where + "'" + value + "' is not a number";
-        table.entries.back().values.emplace_back(key, static_cast<float>(number_));
+        if (key.empty() || value.empty()) return where + "expected 'KEY = value'";
+        table.entries.back().values.emplace_back(key, value);
     }
     return "";
 }
