@@ -29,8 +29,7 @@ add_custom_command(
   COMMENT "Building the factory presets"
   VERBATIM)
 
-set(zonfra_image_sources)
-# zonfra_resource_image(<name> <depends> <pack arguments...>)
+# zonfra_resource_image(<name> <depends> <pack arguments...>) sets zonfra_image_source.
 function(zonfra_resource_image name depends)
   string(MAKE_C_IDENTIFIER "${name}" identifier)
   set(header "${ZONFRA_GENERATED}/${identifier}.h")
@@ -51,16 +50,24 @@ function(zonfra_resource_image name depends)
   set(ZONFRA_IMAGE_HEADER "${header}")
   configure_file("${PROJECT_SOURCE_DIR}/cmake/ResourceImage.cpp.in" "${source}" @ONLY)
   set_source_files_properties("${source}" PROPERTIES OBJECT_DEPENDS "${header}")
-  set(zonfra_image_sources ${zonfra_image_sources} "${source}" PARENT_SCOPE)
+  set(zonfra_image_source "${source}" PARENT_SCOPE)
+endfunction()
+
+# Object libraries, so every registration is linked even though nothing names its symbols.
+function(zonfra_image_library target)
+  add_library(${target} OBJECT ${ARGN})
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+  set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
 zonfra_resource_image(main "${ZONFRA_PRESET_FOLDER}/presets.stamp" --dir "${ZONFRA_PRESET_FOLDER}/presets-root"
   ${ZONFRA_MAIN_ARCHIVE_BITMAPS})
-zonfra_resource_image(fonts-arial "" ${ZONFRA_FONTS_ARIAL})
-zonfra_resource_image(fonts-roboto "" ${ZONFRA_FONTS_ROBOTO})
-zonfra_resource_image(fonts-entypo "" ${ZONFRA_FONTS_ENTYPO})
+zonfra_image_library(zonfra_main_archive_image ${zonfra_image_source})
 
-# An object library, so every registration is linked even though nothing names its symbols.
-add_library(zonfra_resource_images OBJECT ${zonfra_image_sources})
-target_include_directories(zonfra_resource_images PRIVATE ${PROJECT_SOURCE_DIR})
-set_target_properties(zonfra_resource_images PROPERTIES POSITION_INDEPENDENT_CODE ON)
+set(font_sources)
+foreach(fonts arial roboto entypo)
+  string(TOUPPER ${fonts} upper)
+  zonfra_resource_image(fonts-${fonts} "" ${ZONFRA_FONTS_${upper}})
+  list(APPEND font_sources ${zonfra_image_source})
+endforeach()
+zonfra_image_library(zonfra_font_images ${font_sources})

@@ -12,6 +12,8 @@
 
 #include "CORE/files/ModuleResources.h"
 #include "effect/CZonfra.h"
+#include "framework/plugin/OndraPluginInfo.h"
+#include "framework/presets/CPresetFormatFXB.h"
 #include "framework/presets/CPresetFormatFXP.h"
 #include "framework/resources/ResourceAccess.h"
 #include "PresetTable.h"
@@ -166,4 +168,14 @@ TEST(FactoryPresets, PresetFilesLeaveTheGlobalLimiterToTheProject) {
     other.effect->getGlobalLimiterParameter().textFromNormalized(other.effect->getGlobalLimiterParameter().getNormalized(), text);
     EXPECT_STREQ(text, "Gbl.OFF");
     std::filesystem::remove_all(dir);
+}
+
+extern "C" Ondra::OndraPluginList* getOndraPluginListPTR();
+
+TEST(FactoryPresets, FillingThePluginListGivesThePresetFormatsOurId) {
+    // Each test runs in its own process, so nothing has filled the list yet.
+    EXPECT_EQ(Ondra::presetFormatFXP().fxID, 0u);
+    ASSERT_NE(getOndraPluginListPTR(), nullptr);
+    EXPECT_EQ(Ondra::presetFormatFXP().fxID, static_cast<uint32_t>(Ondra::fourCharacterId("Vzon")));
+    EXPECT_EQ(Ondra::presetFormatFXB().fxID, static_cast<uint32_t>(Ondra::fourCharacterId("Vzon")));
 }

@@ -120,15 +120,18 @@ TEST_F(RenderTool, ErrorsExitNonZeroAndLeaveNoOutput) {
         "'%IN' '%s' --set LOWPASSFREQ=banana",
         "'%IN' '%s' --set LOWPASSFREQ=99999",
         "'%IN' '%s' --preset /nonexistent/preset.fxp",
+        "'%IN' '%s' --preset 'No Such Preset'",
+        "'%IN' '%s' --preset '%IN.fxp'",  // a file that is no preset
         "'%IN' '%s' --tempo -5",
         "'%IN' '%s' --block 0",
         "'%IN'",
         "'%IN' '%s' --frobnicate",
     };
+    fs::copy_file(in, in + ".fxp");
     for (const char* pattern : cases) {
         std::string arguments = pattern;
-        const size_t inAt = arguments.find("%IN");
-        if (inAt != std::string::npos) arguments.replace(inAt, 3, in);
+        for (size_t inAt = arguments.find("%IN"); inAt != std::string::npos; inAt = arguments.find("%IN"))
+            arguments.replace(inAt, 3, in);
         const size_t outAt = arguments.find("%s");
         if (outAt != std::string::npos) arguments.replace(outAt, 2, out);
         const ProcessResult run = runRender(arguments);
@@ -156,4 +159,41 @@ TEST_F(RenderTool, ListParamsShowsEveryRow) {
     EXPECT_EQ(lines, 1u + 49u);  // a header and 49 rows
     EXPECT_NE(run.output.find("FilterInteria"), std::string::npos);
     EXPECT_NE(run.output.find("Bandpass"), std::string::npos);
+}
+
+TEST_F(RenderTool, FactoryPresetsByNameAndPresetFiles) {
+    const ProcessResult list = runRender("--list-presets");
+    ASSERT_EQ(list.status, 0) << list.output;
+    size_t lines = 0;
+    for (char c : list.output) lines += c == '\n';
+    EXPECT_EQ(lines, 133u);
+    EXPECT_NE(list.output.find("Init Preset\n"), std::string::npos);
+    EXPECT_NE(list.output.find("Phaser/Classic Phase\n"), std::string::npos);
+
+    ASSERT_EQ(std::system(("sox -n -r 44100 -c 2 '" + path("noise.wav") + "' synth 1 whitenoise vol 0.3").c_str()), 0);
+    const std::string in = path("noise.wav");
+    ASSERT_EQ(runRender("'" + in + "' '" + path("plain.wav") + "' --tail 0").status, 0);
+    ASSERT_EQ(runRender("'" + in + "' '" + path("init.wav") + "' --tail 0 --preset 'Init Preset'").status, 0);
+    ASSERT_EQ(runRender("'" + in + "' '" + path("bass.wav") + "' --tail 0 --preset 'Filter/Bass Only'").status, 0);
+    const ProcessResult shortName = runRender("'" + in + "' '" + path("short.wav") + "' --tail 0 --preset 'Bass Only'");
+    ASSERT_EQ(shortName.status, 0) << shortName.output;
+    // --set goes on top of the preset.
+    ASSERT_EQ(runRender("'" + in + "' '" + path("open.wav") + "' --tail 0 --preset 'Bass Only' --set LOWPASSFREQ=22050")
+                  .status,
+              0);
+    StereoAudio plain, init, bass, shortBass, open;
+    ASSERT_EQ(readAudio(path("plain.wav"), plain), "");
+    ASSERT_EQ(readAudio(path("init.wav"), init), "");
+    ASSERT_EQ(readAudio(path("bass.wav"), bass), "");
+    ASSERT_EQ(readAudio(path("short.wav"), shortBass), "");
+    ASSERT_EQ(readAudio(path("open.wav"), open), "");
+    EXPECT_EQ(init.left, plain.left) << "a new instance is the init preset";
+    EXPECT_EQ(bass.left, shortBass.left);
+    auto energy = [](const std::vector<float>& x) {
+        double e = 0;
+        for (float v : x) e += double(v) * v;
+        return e;
+    };
+    EXPECT_LT(energy(bass.left), 0.05 * energy(plain.left)) << "180 Hz low-pass on white noise";
+    EXPECT_GT(energy(open.left), 0.5 * energy(plain.left));
 }

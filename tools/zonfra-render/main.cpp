@@ -5,6 +5,7 @@
 #include <string>
 
 #include "AudioFile.h"
+#include "FactoryPresets.h"
 #include "ParameterValue.h"
 #include "PluginHost.h"
 #include "RenderOptions.h"
@@ -55,12 +56,21 @@ int main(int argc, char** argv) {
         listParameters(effect);
         return 0;
     }
-    if (options.listPresets) return fail("this build holds no factory presets yet");
+    if (options.listPresets) {
+        for (const std::string& name : factoryPresetNames()) std::printf("%s\n", name.c_str());
+        return 0;
+    }
 
     StereoAudio input;
     const std::string readError = readAudio(options.input, input);
     if (!readError.empty()) return fail(readError);
-    if (!options.preset.empty()) return fail("cannot load preset '" + options.preset + "': no presets in this build");
+    if (!options.preset.empty()) {
+        std::vector<uint8_t> chunk;
+        const std::string presetError = loadPresetChunk(options.preset, chunk);
+        if (!presetError.empty()) return fail(presetError);
+        // The effect reads the block in place.
+        effect.setChunk(chunk.data(), static_cast<int>(chunk.size()));
+    }
     for (const auto& [key, value] : options.settings) {
         Ondra::IPluginParameter* p = effect.findParameter(key.c_str());
         if (!p) return fail("unknown parameter key '" + key + "' (see --list-params)");
