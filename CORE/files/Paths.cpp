@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <vector>
 
 namespace Core {
@@ -18,6 +19,23 @@ std::string homeFolder() {
 std::string environmentOr(const char* name, const std::string& fallback) {
     const char* value = std::getenv(name);
     return value && *value ? value : fallback;
+}
+
+// The desktop as xdg-user-dirs records it: XDG_DESKTOP_DIR="$HOME/Desktop" in user-dirs.dirs.
+std::string desktopFolder(const std::string& home) {
+    if (const char* fromEnvironment = std::getenv("XDG_DESKTOP_DIR"); fromEnvironment && *fromEnvironment)
+        return fromEnvironment;
+    const std::string config = environmentOr("XDG_CONFIG_HOME", home.empty() ? "" : home + "/.config");
+    std::ifstream dirs(config + "/user-dirs.dirs");
+    std::string line;
+    while (std::getline(dirs, line)) {
+        const std::string prefix = "XDG_DESKTOP_DIR=\"";
+        if (line.rfind(prefix, 0) != 0 || line.back() != '"') continue;
+        std::string value = line.substr(prefix.size(), line.size() - prefix.size() - 1);
+        if (value.rfind("$HOME", 0) == 0) value = home + value.substr(5);
+        return value;
+    }
+    return home.empty() ? "" : home + "/Desktop";
 }
 
 bool isDirectory(const std::string& path) {
@@ -45,7 +63,7 @@ std::string getSpecialFolder(int kind, const char* subPath) {
     std::string folder;
     const std::string home = homeFolder();
     switch (kind) {
-        case 0: folder = environmentOr("XDG_DESKTOP_DIR", home.empty() ? "" : home + "/Desktop"); break;
+        case 0: folder = desktopFolder(home); break;
         case 1: {
             // The library lies in <prefix>/lib/... or in a bundle; its folder's parent stands for the prefix.
             const std::string module = getModulePath();

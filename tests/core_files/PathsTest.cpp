@@ -25,6 +25,12 @@ TEST(Paths, SpecialFoldersFollowTheXdgFolders) {
     EXPECT_EQ(getSpecialFolder(9), "");
     EXPECT_FALSE(getSpecialFolder(1).empty());
     EXPECT_FALSE(getModulePath().empty());
+
+    // A desktop that xdg-user-dirs moved.
+    std::filesystem::create_directories(home.root / "config");
+    std::ofstream(home.root / "config" / "user-dirs.dirs") << "# written by xdg-user-dirs-update\n"
+                                                            << "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n";
+    EXPECT_EQ(getSpecialFolder(0), (home.root / "Schreibtisch").string() + "/");
 }
 
 TEST(Paths, CreateDirectoryPath) {
