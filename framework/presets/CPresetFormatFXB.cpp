@@ -1,7 +1,5 @@
 #include "framework/presets/CPresetFormatFXB.h"
 
-#include <cstdio>
-
 #include "framework/presets/VstPresetFiles.h"
 
 namespace Ondra {
@@ -12,13 +10,9 @@ void CPresetFormatFXB::read(const std::string& path, void** data, int* size) {
 }
 
 void CPresetFormatFXB::write(const std::string& path, const void* data, int size) {
-    FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file) return;
     uint8_t header[VstPresetFiles::kBankHeader];
     VstPresetFiles::writeHeader(header, sizeof header, "FBCh", fxID, nullptr, size);
-    std::fwrite(header, 1, sizeof header, file);
-    if (size > 0) std::fwrite(data, 1, static_cast<size_t>(size), file);
-    std::fclose(file);
+    VstPresetFiles::writeWrapped(path, header, sizeof header, data, size);
 }
 
 CPresetFormatFXB& presetFormatFXB() {

@@ -1,7 +1,5 @@
 #include "framework/presets/CPresetFormatFXP.h"
 
-#include <cstdio>
-
 #include "framework/presets/VstPresetFiles.h"
 
 namespace Ondra {
@@ -12,14 +10,9 @@ void CPresetFormatFXP::read(const std::string& path, void** data, int* size) {
 }
 
 void CPresetFormatFXP::write(const std::string& path, const void* data, int size) {
-    FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file) return;
     uint8_t header[VstPresetFiles::kProgramHeader];
-    VstPresetFiles::writeHeader(header, sizeof header, "FPCh", fxID, VstPresetFiles::programNameOf(path).c_str(),
-                                size);
-    std::fwrite(header, 1, sizeof header, file);
-    if (size > 0) std::fwrite(data, 1, static_cast<size_t>(size), file);
-    std::fclose(file);
+    VstPresetFiles::writeHeader(header, sizeof header, "FPCh", fxID, VstPresetFiles::programNameOf(path).c_str(), size);
+    VstPresetFiles::writeWrapped(path, header, sizeof header, data, size);
 }
 
 CPresetFormatFXP& presetFormatFXP() {

@@ -33,6 +33,14 @@ void writeHeader(uint8_t* header, size_t headerSize, const char* fxMagic, uint32
     putBE32(header + headerSize - 4, static_cast<uint32_t>(chunkSize));
 }
 
+void writeWrapped(const std::string& path, const uint8_t* header, size_t headerSize, const void* data, int size) {
+    FILE* file = std::fopen(path.c_str(), "wb");
+    if (!file) return;
+    std::fwrite(header, 1, headerSize, file);
+    if (size > 0) std::fwrite(data, 1, static_cast<size_t>(size), file);
+    std::fclose(file);
+}
+
 bool readChunk(const std::string& path, size_t headerSize, size_t firstRead, const char* fxMagic, uint32_t fxID,
                void* (*allocate)(size_t), void** data, int* size) {
     FILE* file = std::fopen(path.c_str(), "rb");

@@ -19,6 +19,9 @@ void writeHeader(uint8_t* header, size_t headerSize, const char* fxMagic, uint32
 bool readChunk(const std::string& path, size_t headerSize, size_t firstRead, const char* fxMagic, uint32_t fxID,
                void* (*allocate)(size_t), void** data, int* size);
 
+// Header, then the chunk, into a new file; nothing happens when it can't be opened.
+void writeWrapped(const std::string& path, const uint8_t* header, size_t headerSize, const void* data, int size);
+
 // File name of the path without folders and extension, cut to 27 characters.
 std::string programNameOf(const std::string& path);
 
