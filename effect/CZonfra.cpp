@@ -34,13 +34,13 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     resonanceHigh.set(6, 1000, 0.2f, 0, true);
     measureBand.set(3, 500, 0.1f, 0, false);
 
-    // The LFO's start settings go in before the parameters report theirs, which then win.
+    buildParameters();
+    setBlockSize(kStartBlockSize);
+    // The LFO's start settings hold until the init preset reports its own.
     lfo.setSampleRate(kStartSampleRate);
     lfo.setShape(0);
     lfo.setRate(1.0);
     lfo.setSyncIndex(0);
-    buildParameters();
-    setBlockSize(kStartBlockSize);
     resetInternal(false);
     setPresetNameText("Init Preset");
     loadInitPreset();
