@@ -26,7 +26,11 @@ void processInChunks(OndraOS& plugin, OndraAudioBlock& block, int hostSamples, c
 
     while (remaining > 0) {
         int now = std::min(chunk, remaining);
-        if (rules.sliceAutomation) plugin.sliceAutomation(now);
+        if (rules.sliceAutomation) {
+            if (rules.whileSlicing) *rules.whileSlicing = true;
+            plugin.sliceAutomation(now);
+            if (rules.whileSlicing) *rules.whileSlicing = false;
+        }
         block.numSamples = now;
         plugin.process(block);
         block.advanceInputs(now);

@@ -8,6 +8,9 @@ struct ChunkingRules {
     bool sliceAutomation = true;
     // A block shorter than two chunks runs whole.
     bool wholeBlockBelowTwoChunks = false;
+    // Set while queued values go into their parameters, so an adapter can tell them from other
+    // changes (and need not report them back to the host they came from).
+    bool* whileSlicing = nullptr;
 };
 
 // The adapters' calling order for one host block: cuts it into control chunks (and at automation

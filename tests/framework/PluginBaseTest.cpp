@@ -186,6 +186,31 @@ TEST(AutomationQueue, OneEventPerParameterAndDelaysClippedToTheBlock) {
     EXPECT_FLOAT_EQ(plugin.chunks[1].a, 3.0f);
 }
 
+TEST(AutomationQueue, AFlagTellsListenersThatQueuedValuesAreGoingIn) {
+    struct FlagReader : ParameterChangeListener {
+        void parameterChanged(IPluginParameter*) override { seen.push_back(*flag); }
+        bool* flag = nullptr;
+        std::vector<bool> seen;
+    };
+    RecordingPlugin plugin;
+    HostBlock host(176);
+    bool slicing = false;
+    FlagReader reader;
+    reader.flag = &slicing;
+    plugin.a.addListener(&reader, false);
+    plugin.queueAutomation(&plugin.a, 0.1f, 30);
+    ChunkingRules rules;
+    rules.whileSlicing = &slicing;
+    processInChunks(plugin, host.block, 176, rules);
+    ASSERT_EQ(reader.seen.size(), 1u);
+    EXPECT_TRUE(reader.seen[0]);
+    EXPECT_FALSE(slicing);
+    plugin.a.setValue(5.0f);
+    ASSERT_EQ(reader.seen.size(), 2u);
+    EXPECT_FALSE(reader.seen[1]);
+    plugin.a.removeListener(&reader);
+}
+
 TEST(AutomationQueue, GridDelaysToTheNextGridLine) {
     RecordingPlugin plugin;
     plugin.setAutomationGrid(2);  // code 3: an eighth of a note at 120 BPM, 11025 samples

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "Vst2TestHost.h"
+#include "adapters/vst2/sdk/ERect.h"
+#include "adapters/vst2/sdk/VstPinProperties.h"
+#include "adapters/vst2/sdk/VstSpeakerArrangement.h"
+
+using namespace Vst2;
+using namespace Vst2Test;
+
+namespace {
+constexpr VstInt32 kZonfraId = ('V' << 24) | ('z' << 16) | ('o' << 8) | 'n';
+}
+
+TEST(Vst2Host, AllThreeEntryPointsAreOneFunction) {
+    TestSupport::PluginLibrary library;
+    ASSERT_TRUE(library.loaded()) << library.error();
+    void* pluginMain = library.symbol("VSTPluginMain");
+    ASSERT_NE(pluginMain, nullptr);
+    EXPECT_EQ(library.symbol("main"), pluginMain);
+    EXPECT_EQ(library.symbol("MAIN"), pluginMain);
+    for (const char* entry : {"main", "MAIN"}) {
+        Plugin plugin(entry);
+        ASSERT_NE(plugin.effect, nullptr) << entry;
+        EXPECT_EQ(plugin.effect->uniqueID, kZonfraId) << entry;
+    }
+}
+
+TEST(Vst2Host, NoPluginForAHostWithoutVersionOrCallback) {
+    TestSupport::PluginLibrary library;
+    auto entry = library.function<EntryPoint>("VSTPluginMain");
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry(nullptr), nullptr);
+    host() = HostState{};
+    host().version = 0;
+    EXPECT_EQ(entry(audioMaster), nullptr);
+    EXPECT_EQ(host().count(audioMasterVersion), 1);
+}
+
+TEST(Vst2Host, TheRecordDescribesTheEffect) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    const AEffect& e = *plugin.effect;
+    EXPECT_EQ(e.magic, kEffectMagic);
+    EXPECT_EQ(e.uniqueID, kZonfraId);
+    EXPECT_EQ(e.numInputs, 2);
+    EXPECT_EQ(e.numOutputs, 2);
+    EXPECT_EQ(e.numPrograms, 1);
+    EXPECT_EQ(e.numParams, 48);
+    EXPECT_EQ(e.initialDelay, 221);  // the look-ahead at 44.1 kHz
+    EXPECT_TRUE(e.flags & effFlagsCanReplacing);
+    EXPECT_TRUE(e.flags & effFlagsProgramChunks);
+    EXPECT_FALSE(e.flags & effFlagsCanDoubleReplacing);
+    EXPECT_FALSE(e.flags & effFlagsHasEditor);
+    EXPECT_FALSE(e.flags & effFlagsIsSynth);
+    EXPECT_NE(e.processReplacing, nullptr);
+    EXPECT_NE(e.object, nullptr);
+    // It asked which plug-in the host wants and told it of its latency.
+    EXPECT_EQ(host().count(audioMasterCurrentId), 1);
+    EXPECT_GE(host().count(audioMasterIOChanged), 1);
+}
+
+TEST(Vst2Host, FixedAnswersAndNames) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    EXPECT_EQ(plugin.dispatch(effGetVstVersion), 2400);
+    EXPECT_EQ(plugin.dispatch(effGetPlugCategory), 0);
+    EXPECT_EQ(plugin.canDo("bypass"), 1);
+    EXPECT_EQ(plugin.canDo("receiveVstTimeInfo"), 1);
+    EXPECT_EQ(plugin.canDo("receiveVstMidiEvent"), 0);
+    EXPECT_EQ(plugin.canDo("sendVstMidiEvent"), 0);
+    EXPECT_EQ(plugin.canDo("receiveVstEvents"), 0);
+    EXPECT_EQ(plugin.canDo("Bypass"), 0);
+    EXPECT_EQ(plugin.canDo("offline"), 0);
+    EXPECT_EQ(plugin.dispatch(effCanDo), 0);
+    EXPECT_EQ(plugin.text(effGetEffectName), "MMK Zonfra QT");
+    EXPECT_EQ(plugin.text(effGetVendorString), "Morvandel");
+    EXPECT_EQ(plugin.text(effGetProductString), "Morvandel Mixing Kit");
+    EXPECT_EQ(plugin.dispatch(effGetVendorVersion), 0x10300);
+    EXPECT_EQ(plugin.dispatch(effGetTailSize), 0);
+    EXPECT_EQ(plugin.dispatch(effBeginSetProgram), 1);
+    EXPECT_EQ(plugin.dispatch(effEndSetProgram), 1);
+    EXPECT_EQ(plugin.dispatch(effGetNumMidiInputChannels), 0);
+    EXPECT_EQ(plugin.dispatch(effGetNumMidiOutputChannels), 0);
+    EXPECT_EQ(plugin.dispatch(effGetProgram), 0);
+    // No editor yet: the host finds none to open.
+    ERect* rect = nullptr;
+    EXPECT_EQ(plugin.dispatch(effEditGetRect, 0, 0, &rect), 0);
+    EXPECT_EQ(plugin.dispatch(effEditOpen), 0);
+    EXPECT_EQ(plugin.dispatch(999), 0);
+}
+
+TEST(Vst2Host, PinsAndSpeakerArrangements) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    VstPinProperties pin;
+    for (VstInt32 index : {0, 1}) {
+        std::memset(&pin, 0x55, sizeof pin);
+        ASSERT_EQ(plugin.dispatch(effGetInputProperties, index, 0, &pin), 1);
+        EXPECT_EQ(pin.flags, kVstPinIsActive | kVstPinIsStereo);
+        EXPECT_EQ(pin.arrangementType, kSpeakerArrStereo);
+        EXPECT_STREQ(pin.label, "");
+        std::memset(&pin, 0x55, sizeof pin);
+        ASSERT_EQ(plugin.dispatch(effGetOutputProperties, index, 0, &pin), 1);
+        EXPECT_STREQ(pin.label, "MMK Zonfra QT");
+        EXPECT_EQ(pin.flags, 3);
+        EXPECT_EQ(pin.arrangementType, 1);
+    }
+    EXPECT_EQ(plugin.dispatch(effGetInputProperties, 2, 0, &pin), 0);
+    EXPECT_EQ(plugin.dispatch(effGetOutputProperties, -1, 0, &pin), 0);
+    EXPECT_EQ(plugin.dispatch(effGetOutputProperties, 0, 0, nullptr), 0);
+
+    VstSpeakerArrangement stereo{};
+    stereo.type = kSpeakerArrStereo;
+    stereo.numChannels = 2;
+    EXPECT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&stereo), &stereo), 1);
+    EXPECT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, 0, nullptr), 1);  // both kept
+    VstSpeakerArrangement* input = &stereo;
+    VstSpeakerArrangement* output = &stereo;
+    EXPECT_EQ(plugin.dispatch(effGetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&input), &output), 0);
+    EXPECT_EQ(input, nullptr);
+    EXPECT_EQ(output, nullptr);
+}
+
+TEST(Vst2Host, ShellListingOfALibraryWithOnePlugin) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    EXPECT_EQ(plugin.dispatch(effGetPlugCategory), 0);
+    char name[64];
+    EXPECT_EQ(plugin.dispatch(effShellGetNextPlugin, 0, 0, name), kZonfraId);
+    EXPECT_STREQ(name, "MMK Zonfra QT");
+    EXPECT_EQ(plugin.dispatch(effShellGetNextPlugin, 0, 0, name), 0);
+    EXPECT_STREQ(name, "");
+    // The listing starts over.
+    EXPECT_EQ(plugin.dispatch(effShellGetNextPlugin, 0, 0, name), kZonfraId);
+}
+
+TEST(Vst2Host, VendorRequests) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    const VstInt32 dAud = ('d' << 24) | ('A' << 16) | ('u' << 8) | 'd';
+    EXPECT_EQ(plugin.dispatch(effVendorSpecific, dAud, 0x6B525354), 1);   // "kRST": reset
+    EXPECT_EQ(plugin.dispatch(effVendorSpecific, dAud, 0x6B525355), 0);
+    EXPECT_EQ(plugin.dispatch(effVendorSpecific, 0, 0x6B525354), 0);
+    const VstInt32 stCA = ('s' << 24) | ('t' << 16) | ('C' << 8) | 'A';
+    EXPECT_EQ(plugin.dispatch(effVendorSpecific, stCA, 0x57686565, nullptr, 1.0f), 1);       // wheel
+    EXPECT_EQ(plugin.dispatch(effVendorSpecific, stCA | 0x20, 0x57686565, nullptr, -1.0f), 1);  // "stCa"
+    EXPECT_EQ(plugin.dispatch(effVendorSpecific, 1, 2, nullptr, 0), 0);
+}
+
+TEST(Vst2Host, ResumeAsksForEventsAndBypassAnswers) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    EXPECT_EQ(host().count(audioMasterWantMidi), 1);
+    plugin.dispatch(effMainsChanged, 0, 0);
+    plugin.dispatch(effMainsChanged, 0, 1);
+    EXPECT_EQ(host().count(audioMasterWantMidi), 2);
+    EXPECT_EQ(plugin.dispatch(effSetBypass, 0, 1), 1);
+    EXPECT_EQ(plugin.dispatch(effSetBypass, 0, 0), 1);
+}
+
+TEST(Vst2Host, PresetAndBankChunksRoundTrip) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    for (VstInt32 isPreset : {1, 0}) {
+        plugin.setParameter(1, 0.25f);
+        void* data = nullptr;
+        const VstIntPtr size = plugin.dispatch(effGetChunk, isPreset, 0, &data);
+        ASSERT_GT(size, 0) << isPreset;
+        ASSERT_NE(data, nullptr);
+        const std::vector<char> saved(static_cast<char*>(data), static_cast<char*>(data) + size);
+        EXPECT_NE(std::string(saved.begin(), saved.end()).find("MMK-zonfra-Preset"), std::string::npos);
+
+        plugin.setParameter(1, 0.9f);
+        ASSERT_NEAR(plugin.getParameter(1), 0.9f, 1e-6);
+        std::vector<char> handedOver = saved;
+        const int displayUpdates = host().count(audioMasterUpdateDisplay);
+        EXPECT_EQ(plugin.dispatch(effSetChunk, isPreset, static_cast<VstIntPtr>(handedOver.size()), handedOver.data()),
+                  size);
+        EXPECT_NEAR(plugin.getParameter(1), 0.25f, 1e-5) << isPreset;
+        EXPECT_EQ(handedOver, saved);  // the host's block is left as it was
+        EXPECT_EQ(host().count(audioMasterUpdateDisplay), displayUpdates + 1);
+    }
+    // Nothing to load: no answer, no change.
+    EXPECT_EQ(plugin.dispatch(effSetChunk, 1, 0, nullptr), 0);
+    char garbage[64] = {1, 2, 3};
+    plugin.dispatch(effSetChunk, 1, sizeof garbage, garbage);
+    EXPECT_NEAR(plugin.getParameter(1), 0.25f, 1e-5);
+}

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "Vst2TestHost.h"
+#include "adapters/vst2/sdk/VstEvents.h"
+#include "adapters/vst2/sdk/VstSpeakerArrangement.h"
+#include "support/AllocationCounter.h"
+
+using namespace Vst2;
+using namespace Vst2Test;
+
+namespace {
+constexpr int kLatencyAt44k = 221;
+
+struct Stereo {
+    explicit Stereo(size_t n) : left(n), right(n) {}
+    float* channels[2] = {nullptr, nullptr};
+    float** pointers() {
+        channels[0] = left.data();
+        channels[1] = right.data();
+        return channels;
+    }
+    std::vector<float> left, right;
+};
+
+size_t peakOf(const std::vector<float>& x) {
+    size_t peak = 0;
+    for (size_t i = 0; i < x.size(); ++i)
+        if (std::fabs(x[i]) > std::fabs(x[peak])) peak = i;
+    return peak;
+}
+
+bool allFinite(const std::vector<float>& x) {
+    for (float v : x)
+        if (!std::isfinite(v)) return false;
+    return true;
+}
+
+// An impulse on both sides, run through the plug-in in blocks of `frames`, in place.
+Stereo impulseInPlace(Plugin& plugin, int frames, size_t length) {
+    Stereo audio(length);
+    audio.left[0] = 1.0f;
+    audio.right[0] = 0.5f;
+    for (size_t at = 0; at + static_cast<size_t>(frames) <= length; at += static_cast<size_t>(frames)) {
+        float* channels[2] = {audio.left.data() + at, audio.right.data() + at};
+        plugin.process(channels, channels, frames);
+    }
+    return audio;
+}
+}  // namespace
+
+TEST(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    ASSERT_EQ(plugin.effect->initialDelay, kLatencyAt44k);
+    const Stereo out = impulseInPlace(plugin, 512, 2048);
+    EXPECT_EQ(peakOf(out.left), static_cast<size_t>(kLatencyAt44k));
+    EXPECT_EQ(peakOf(out.right), static_cast<size_t>(kLatencyAt44k));
+    EXPECT_NEAR(out.left[kLatencyAt44k], 1.0f, 0.05f);
+    EXPECT_NEAR(out.right[kLatencyAt44k], 0.5f, 0.05f);
+    EXPECT_TRUE(allFinite(out.left) && allFinite(out.right));
+}
+
+TEST(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
+    Plugin inPlace;
+    ASSERT_NE(inPlace.effect, nullptr);
+    inPlace.start(44100, 512);
+    const Stereo expected = impulseInPlace(inPlace, 512, 2048);
+
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    Stereo input(2048), output(2048);
+    input.left[0] = 1.0f;
+    input.right[0] = 0.5f;
+    const Stereo original = input;
+    for (size_t at = 0; at < 2048; at += 512) {
+        float* in[2] = {input.left.data() + at, input.right.data() + at};
+        float* out[2] = {output.left.data() + at, output.right.data() + at};
+        plugin.process(in, out, 512);
+    }
+    EXPECT_EQ(input.left, original.left);
+    EXPECT_EQ(input.right, original.right);
+    for (size_t i = 0; i < 2048; ++i) {
+        ASSERT_FLOAT_EQ(output.left[i], expected.left[i]) << i;
+        ASSERT_FLOAT_EQ(output.right[i], expected.right[i]) << i;
+    }
+}
+
+TEST(Vst2Process, MonoInputFeedsBothSides) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    VstSpeakerArrangement mono{};
+    mono.type = kSpeakerArrMono;
+    mono.numChannels = 1;
+    VstSpeakerArrangement stereo{};
+    stereo.type = kSpeakerArrStereo;
+    stereo.numChannels = 2;
+    ASSERT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&mono), &stereo), 1);
+
+    Stereo input(1024), output(1024);
+    for (size_t i = 0; i < 1024; ++i) {
+        input.left[i] = 0.4f * static_cast<float>(std::sin(2 * M_PI * 440.0 * static_cast<double>(i) / 44100.0));
+        input.right[i] = 0.9f;  // not the host's: a mono host's second pointer is not read
+    }
+    for (size_t at = 0; at < 1024; at += 512) {
+        float* in[2] = {input.left.data() + at, input.right.data() + at};
+        float* out[2] = {output.left.data() + at, output.right.data() + at};
+        plugin.process(in, out, 512);
+    }
+    double energy = 0;
+    for (size_t i = 0; i < 1024; ++i) {
+        ASSERT_FLOAT_EQ(output.left[i], output.right[i]) << i;
+        energy += static_cast<double>(output.left[i]) * output.left[i];
+    }
+    EXPECT_GT(energy, 1.0);
+}
+
+TEST(Vst2Process, HostBlocksLargerThanAnnouncedStillRun) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 64);
+    const Stereo out = impulseInPlace(plugin, 1500, 3000);
+    EXPECT_EQ(peakOf(out.left), static_cast<size_t>(kLatencyAt44k));
+    EXPECT_NEAR(out.left[kLatencyAt44k], 1.0f, 0.05f);
+    EXPECT_TRUE(allFinite(out.left) && allFinite(out.right));
+    // Blocks of any length up to it keep working, down to a single sample.
+    float one[2] = {0.25f, 0.25f};
+    float* channels[2] = {&one[0], &one[1]};
+    plugin.process(channels, channels, 1);
+    EXPECT_TRUE(std::isfinite(one[0]) && std::isfinite(one[1]));
+    plugin.process(channels, channels, 0);
+}
+
+TEST(Vst2Process, RunsWithoutTimeInformation) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(48000, 256);
+    host().giveTime = false;
+    EXPECT_EQ(plugin.effect->initialDelay, 240);
+    const Stereo out = impulseInPlace(plugin, 256, 1024);
+    EXPECT_GT(host().count(audioMasterGetTime), 0);
+    EXPECT_EQ(peakOf(out.left), 240u);
+}
+
+TEST(Vst2Process, EventsAreTakenAndAudioKeepsRunning) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    VstMidiEvent note{};
+    note.type = kVstMidiType;
+    note.byteSize = sizeof note;
+    note.deltaFrames = 10;
+    note.midiData[0] = static_cast<char>(0x90);
+    note.midiData[1] = 60;
+    note.midiData[2] = 100;
+    VstEvent sysex{};
+    sysex.type = kVstSysExType;
+    VstEvents list{};
+    list.numEvents = 2;
+    list.events[0] = reinterpret_cast<VstEvent*>(&note);
+    list.events[1] = &sysex;
+    EXPECT_EQ(plugin.dispatch(effProcessEvents, 0, 0, &list), 1);
+    VstEvents none{};
+    EXPECT_EQ(plugin.dispatch(effProcessEvents, 0, 0, &none), 1);
+    const Stereo out = impulseInPlace(plugin, 512, 1024);
+    EXPECT_EQ(peakOf(out.left), static_cast<size_t>(kLatencyAt44k));
+}
+
+TEST(Vst2Process, ProcessReplacingAllocatesNothing) {
+    Plugin plugin;
+    ASSERT_NE(plugin.effect, nullptr);
+    plugin.start(44100, 512);
+    VstMidiEvent note{};
+    note.type = kVstMidiType;
+    note.midiData[0] = static_cast<char>(0x80);
+    VstEvents list{};
+    list.numEvents = 1;
+    list.events[0] = reinterpret_cast<VstEvent*>(&note);
+    Stereo audio(512);
+    for (size_t i = 0; i < 512; ++i)
+        audio.left[i] = audio.right[i] = 0.3f * static_cast<float>(std::sin(static_cast<double>(i) * 0.05));
+    plugin.process(audio.pointers(), audio.pointers(), 512);
+    TestSupport::AllocationScope scope;
+    for (int b = 0; b < 20; ++b) {
+        plugin.dispatch(effProcessEvents, 0, 0, &list);
+        plugin.setParameter(1, b % 2 ? 0.3f : 0.7f);
+        plugin.process(audio.pointers(), audio.pointers(), b % 3 ? 512 : 100);
+    }
+    EXPECT_EQ(scope.allocations(), 0u);
+}
