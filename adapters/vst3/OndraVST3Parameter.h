@@ -1,31 +1,28 @@
 #pragma once
 #include <atomic>
 
-#include "adapters/vst3/sdk/Vst3Controller.h"
+#include "adapters/vst3/sdk-helpers/Parameter.h"
 #include "framework/parameters/IPluginParameter.h"
 #include "framework/parameters/ParameterChangeListener.h"
 
 // The host's view of one effect parameter: its description and the normalised value the host last
 // saw, kept in step with the parameter by listening to it.
-class OndraVST3Parameter : public Ondra::ParameterChangeListener {
+class OndraVST3Parameter : public Steinberg::Vst::Parameter, public Ondra::ParameterChangeListener {
 public:
     OndraVST3Parameter(Ondra::IPluginParameter* property, Steinberg::Vst::ParamID id, bool isProgramChange,
                        int stepCount, bool isBypass);
     ~OndraVST3Parameter() override;
 
-    const Steinberg::Vst::ParameterInfo& getInfo() const { return info; }
-    Steinberg::Vst::ParamID getId() const { return info.id; }
     Ondra::IPluginParameter* getProperty() const { return property; }
     bool isProgramChange() const { return programChange; }
 
-    double getNormalized() const { return normalized.load(std::memory_order_relaxed); }
-    void storeNormalized(double v) { normalized.store(v, std::memory_order_relaxed); }
+    // The host's value as it came, with nothing passed on.
+    using Parameter::storeNormalized;
     // Gives the property the value unless the user holds the control.
-    bool setNormalized(double v);
-    double toPlain(double v) const;
-    double toNormalized(double plain) const;
-    void toString(double v, Steinberg::String128 text) const;
-    bool fromString(const Steinberg::TChar* text, double& v) const;
+    bool setNormalized(Steinberg::Vst::ParamValue v) override;
+    Steinberg::Vst::ParamValue toPlain(Steinberg::Vst::ParamValue v) const override;
+    Steinberg::Vst::ParamValue toNormalized(Steinberg::Vst::ParamValue plain) const override;
+    void toString(Steinberg::Vst::ParamValue v, Steinberg::String128 text) const override;
 
     void parameterChanged(Ondra::IPluginParameter* changed) override;
 
@@ -34,7 +31,5 @@ public:
 
 private:
     Ondra::IPluginParameter* property;
-    Steinberg::Vst::ParameterInfo info{};
-    std::atomic<double> normalized{0};
     bool programChange;
 };

@@ -4,9 +4,11 @@
 #include <cctype>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 
-#include "adapters/vst3/Vst3Text.h"
+#include "adapters/vst3/sdk-helpers/StringConvert.h"
+#include "adapters/vst3/sdk-helpers/StringListParameter.h"
 #include "framework/plugin/ChunkedProcess.h"
 
 extern "C" Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback, int uniqueId);
@@ -37,54 +39,51 @@ Ondra_VST3::Ondra_VST3(int index) : classIndex(index) {
 
 Ondra_VST3::~Ondra_VST3() {
     clearParameters();
-    if (componentHandler) componentHandler->release();
+    setComponentHandler(nullptr);
     delete plugin;
 }
 
 tresult Ondra_VST3::queryInterface(const TUID interfaceId, void** object) {
     if (!object) return kInvalidArgument;
     *object = nullptr;
-    if (asks<FUnknown>(interfaceId) || asks<IPluginBase>(interfaceId) || asks<IComponent>(interfaceId))
-        *object = static_cast<IComponent*>(this);
-    else if (asks<IAudioProcessor>(interfaceId))
-        *object = static_cast<IAudioProcessor*>(this);
-    else if (asks<IEditController>(interfaceId))
-        *object = static_cast<IEditController*>(this);
-    else if (asks<IEditController2>(interfaceId))
-        *object = static_cast<IEditController2*>(this);
-    else if (asks<IUnitInfo>(interfaceId))
+    if (asks<IUnitInfo>(interfaceId))
         *object = static_cast<IUnitInfo*>(this);
     else if (asks<IProgramListData>(interfaceId))
         *object = static_cast<IProgramListData*>(this);
     else if (asks<IMidiMapping>(interfaceId))
         *object = static_cast<IMidiMapping*>(this);
-    if (!*object) return kNoInterface;
+    if (!*object) return SingleComponentEffect::queryInterface(interfaceId, object);
     addRef();
     return kResultOk;
 }
 
-uint32 Ondra_VST3::addRef() { return references.fetch_add(1) + 1; }
-
-uint32 Ondra_VST3::release() {
-    const uint32 left = references.fetch_sub(1) - 1;
-    if (left == 0) delete this;
-    return left;
-}
-
-tresult Ondra_VST3::initialize(FUnknown*) {
+tresult Ondra_VST3::initialize(FUnknown* context) {
+    const tresult result = SingleComponentEffect::initialize(context);
+    if (result != kResultOk) return result;
     if (!plugin) plugin = createOndraInstance(this, uniqueId);
     if (!plugin) return static_cast<tresult>(0x80004005);
-    inputBuses.clear();
-    outputBuses.clear();
-    if (pluginInfo.inputPairs > 0) inputBuses.push_back({"Stereo In", SpeakerArr::kStereo, true});
-    if (pluginInfo.wantsExtraInputPair) inputBuses.push_back({"Sidechain", SpeakerArr::kStereo, true});
-    std::snprintf(outputBusName, sizeof outputBusName, "%s Stereo Out %i", pluginInfo.name ? pluginInfo.name : "", 1);
-    for (int i = 1; i <= pluginInfo.outputPairs; ++i) outputBuses.push_back({outputBusName, SpeakerArr::kStereo, true});
+    units.clear();
+    units.emplace_back("Root", kRootUnitId, kNoParentUnitId, kProgramListId);
+    addBuses();
     buildParameters();
     latencySamples = plugin->getInitialDelay();
-    if (setup.sampleRate > 0) plugin->setSampleRate(static_cast<float>(setup.sampleRate));
-    if (setup.maxSamplesPerBlock > 0) plugin->setBlockSize(setup.maxSamplesPerBlock);
+    if (processSetup.sampleRate > 0) plugin->setSampleRate(static_cast<float>(processSetup.sampleRate));
+    if (processSetup.maxSamplesPerBlock > 0) plugin->setBlockSize(processSetup.maxSamplesPerBlock);
     return kResultOk;
+}
+
+void Ondra_VST3::addBuses() {
+    removeAllBusses();
+    if (pluginInfo.inputPairs > 0) addAudioInput("Stereo In", SpeakerArr::kStereo, kMain);
+    if (pluginInfo.wantsExtraInputPair) addAudioInput("Sidechain", SpeakerArr::kStereo, kAux);
+    for (int i = 1; i <= pluginInfo.outputPairs; ++i) {
+        char name[128];
+        std::snprintf(name, sizeof name, "%s Stereo Out %i", pluginInfo.name ? pluginInfo.name : "", i);
+        addAudioOutput(name, SpeakerArr::kStereo, kMain);
+    }
+    // The last field of the entry is the MIDI channel count.
+    if (pluginInfo.category == Ondra::kCategoryKind1001 || pluginInfo.category == Ondra::kCategoryKind1002)
+        addEventInput("Midi In", pluginInfo.flag, kMain);
 }
 
 void Ondra_VST3::buildParameters() {
@@ -100,16 +99,25 @@ void Ondra_VST3::buildParameters() {
             bypassProperty = property;
             bypassParameterId = index;
         }
-        parameters.push_back(std::make_unique<OndraVST3Parameter>(property, static_cast<ParamID>(index), false,
-                                                                  isBypass ? 1 : 0, isBypass));
-        property->addListener(parameters.back().get(), false);
+        auto wrapper = std::make_unique<OndraVST3Parameter>(property, static_cast<ParamID>(index), false,
+                                                            isBypass ? 1 : 0, isBypass);
+        property->addListener(wrapper.get(), false);
         property->addListener(this, false);
+        parameters.addParameter(std::move(wrapper));
     }
-    // This effect always has a bypass of its own; a plug-in without one would get "MByp" here.
-    parameters.push_back(std::make_unique<OndraVST3Parameter>(&programChangeProperty, kProgramListId, true,
-                                                              pluginInfo.programCount, false));
-    programChangeProperty.addListener(parameters.back().get(), false);
+    if (!bypassProperty) {
+        auto bypass = std::make_unique<StringListParameter>(
+            "Bypass", kMasterBypassId, nullptr, ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass, kRootUnitId);
+        bypass->appendString("Off");
+        bypass->appendString("On");
+        parameters.addParameter(std::move(bypass));
+        bypassParameterId = kMasterBypassId;
+    }
+    auto programChange = std::make_unique<OndraVST3Parameter>(&programChangeProperty, kProgramListId, true,
+                                                              pluginInfo.programCount, false);
+    programChangeProperty.addListener(programChange.get(), false);
     programChangeProperty.addListener(this, false);
+    parameters.addParameter(std::move(programChange));
     // Effects expose no MIDI controller parameters: only channel 0's ids are noted, and the last
     // entry stays 0, so no id falls into the MIDI range.
     std::fill(std::begin(midiParameterIds), std::end(midiParameterIds), 0);
@@ -117,68 +125,27 @@ void Ondra_VST3::buildParameters() {
 }
 
 void Ondra_VST3::clearParameters() {
-    for (auto& wrapper : parameters)
-        if (Ondra::IPluginParameter* property = wrapper->getProperty()) {
-            property->removeListener(wrapper.get());
-            property->removeListener(this);
-        }
-    parameters.clear();
+    for (int32 i = 0; i < parameters.getParameterCount(); ++i)
+        if (auto* wrapper = dynamic_cast<OndraVST3Parameter*>(parameters.getParameterByIndex(i)))
+            if (Ondra::IPluginParameter* property = wrapper->getProperty()) {
+                property->removeListener(wrapper);
+                property->removeListener(this);
+            }
+    parameters.removeAll();
     bypassProperty = nullptr;
 }
 
 tresult Ondra_VST3::terminate() {
     clearParameters();
-    if (componentHandler) {
-        componentHandler->release();
-        componentHandler = nullptr;
-    }
+    units.clear();
+    setComponentHandler(nullptr);
     delete plugin;
     plugin = nullptr;
-    return kResultOk;
+    return SingleComponentEffect::terminate();
 }
 
 OndraVST3Parameter* Ondra_VST3::findWrapper(ParamID id) const {
-    if (id < parameters.size() && parameters[id]->getId() == id) return parameters[id].get();
-    for (const auto& wrapper : parameters)
-        if (wrapper->getId() == id) return wrapper.get();
-    return nullptr;
-}
-
-tresult Ondra_VST3::getControllerClassId(TUID) { return kNotImplemented; }
-tresult Ondra_VST3::setIoMode(IoMode) { return kNotImplemented; }
-
-int32 Ondra_VST3::getBusCount(MediaType type, BusDirection direction) {
-    if (type != kAudio) return 0;
-    return static_cast<int32>(direction == kInput ? inputBuses.size() : outputBuses.size());
-}
-
-int Ondra_VST3::channelsOf(const Bus& bus) const {
-    int channels = 0;
-    for (SpeakerArrangement a = bus.arrangement; a; a &= a - 1) ++channels;
-    return channels;
-}
-
-tresult Ondra_VST3::getBusInfo(MediaType type, BusDirection direction, int32 index, BusInfo& info) {
-    const std::vector<Bus>& buses = direction == kInput ? inputBuses : outputBuses;
-    if (type != kAudio || index < 0 || index >= static_cast<int32>(buses.size())) return kInvalidArgument;
-    const Bus& bus = buses[static_cast<size_t>(index)];
-    std::memset(&info, 0, sizeof info);
-    info.mediaType = kAudio;
-    info.direction = direction;
-    info.channelCount = channelsOf(bus);
-    Vst3Text::toUtf16(bus.name, info.name, 128);
-    info.busType = index == 0 ? kMain : kAux;
-    info.flags = BusInfo::kDefaultActive;
-    return kResultOk;
-}
-
-tresult Ondra_VST3::getRoutingInfo(RoutingInfo&, RoutingInfo&) { return kNotImplemented; }
-
-tresult Ondra_VST3::activateBus(MediaType type, BusDirection direction, int32 index, TBool state) {
-    std::vector<Bus>& buses = direction == kInput ? inputBuses : outputBuses;
-    if (type != kAudio || index < 0 || index >= static_cast<int32>(buses.size())) return kInvalidArgument;
-    buses[static_cast<size_t>(index)].active = state != 0;
-    return kResultOk;
+    return dynamic_cast<OndraVST3Parameter*>(parameters.getParameter(id));
 }
 
 tresult Ondra_VST3::setActive(TBool state) {
@@ -221,40 +188,19 @@ tresult Ondra_VST3::getState(IBStream* stream) {
     return written < size ? kResultFalse : kResultOk;
 }
 
-tresult Ondra_VST3::setBusArrangements(SpeakerArrangement* inputs, int32 numIns, SpeakerArrangement* outputs,
-                                       int32 numOuts) {
-    if (numIns != static_cast<int32>(inputBuses.size()) || numOuts != static_cast<int32>(outputBuses.size()))
-        return kResultFalse;
-    for (int32 i = 0; i < numIns; ++i) inputBuses[static_cast<size_t>(i)].arrangement = inputs[i];
-    for (int32 i = 0; i < numOuts; ++i) outputBuses[static_cast<size_t>(i)].arrangement = outputs[i];
-    return kResultTrue;
-}
-
-tresult Ondra_VST3::getBusArrangement(BusDirection direction, int32 index, SpeakerArrangement& arrangement) {
-    const std::vector<Bus>& buses = direction == kInput ? inputBuses : outputBuses;
-    if (index < 0 || index >= static_cast<int32>(buses.size())) return kInvalidArgument;
-    arrangement = buses[static_cast<size_t>(index)].arrangement;
-    return kResultOk;
-}
-
-tresult Ondra_VST3::canProcessSampleSize(int32 size) { return size == kSample32 ? kResultTrue : kResultFalse; }
-
 uint32 Ondra_VST3::getLatencySamples() { return static_cast<uint32>(latencySamples); }
 
 tresult Ondra_VST3::setupProcessing(ProcessSetup& newSetup) {
     if (!plugin) return kNotInitialized;
-    if (newSetup.sampleRate != setup.sampleRate && newSetup.sampleRate > 0)
+    if (newSetup.sampleRate != processSetup.sampleRate && newSetup.sampleRate > 0)
         plugin->setSampleRate(static_cast<float>(newSetup.sampleRate));
-    if (newSetup.maxSamplesPerBlock != setup.maxSamplesPerBlock && newSetup.maxSamplesPerBlock > 0) {
+    if (newSetup.maxSamplesPerBlock != processSetup.maxSamplesPerBlock && newSetup.maxSamplesPerBlock > 0) {
         inputScratch.allocate(newSetup.maxSamplesPerBlock);
         outputScratch.allocate(newSetup.maxSamplesPerBlock);
         plugin->setBlockSize(newSetup.maxSamplesPerBlock);
     }
-    setup = newSetup;
-    return kResultOk;
+    return SingleComponentEffect::setupProcessing(newSetup);
 }
-
-tresult Ondra_VST3::setProcessing(TBool) { return kNotImplemented; }
 
 uint32 Ondra_VST3::getTailSamples() { return kTailSamples; }
 
@@ -335,7 +281,7 @@ tresult Ondra_VST3::process(ProcessData& data) {
         return kResultOk;
     }
     const int32 n = data.numSamples;
-    if (n > setup.maxSamplesPerBlock || n > inputScratch.capacity) return kResultFalse;
+    if (n > processSetup.maxSamplesPerBlock || n > inputScratch.capacity) return kResultFalse;
     if (n <= 0) {
         plugin->endAutomationBlock();
         return kResultOk;
@@ -371,42 +317,6 @@ tresult Ondra_VST3::process(ProcessData& data) {
 
 tresult Ondra_VST3::setComponentState(IBStream* state) { return setState(state); }
 
-int32 Ondra_VST3::getParameterCount() { return static_cast<int32>(parameters.size()); }
-
-tresult Ondra_VST3::getParameterInfo(int32 index, ParameterInfo& info) {
-    if (index < 0 || index >= static_cast<int32>(parameters.size())) return kInvalidArgument;
-    info = parameters[static_cast<size_t>(index)]->getInfo();
-    return kResultOk;
-}
-
-tresult Ondra_VST3::getParamStringByValue(ParamID id, ParamValue value, String128 string) {
-    OndraVST3Parameter* wrapper = findWrapper(id);
-    if (!wrapper) return kInvalidArgument;
-    wrapper->toString(value, string);
-    return kResultOk;
-}
-
-tresult Ondra_VST3::getParamValueByString(ParamID id, TChar* string, ParamValue& value) {
-    OndraVST3Parameter* wrapper = findWrapper(id);
-    if (!wrapper || !string) return kInvalidArgument;
-    return wrapper->fromString(string, value) ? kResultOk : kResultFalse;
-}
-
-ParamValue Ondra_VST3::normalizedParamToPlain(ParamID id, ParamValue value) {
-    OndraVST3Parameter* wrapper = findWrapper(id);
-    return wrapper ? wrapper->toPlain(value) : value;
-}
-
-ParamValue Ondra_VST3::plainParamToNormalized(ParamID id, ParamValue plain) {
-    OndraVST3Parameter* wrapper = findWrapper(id);
-    return wrapper ? wrapper->toNormalized(plain) : plain;
-}
-
-ParamValue Ondra_VST3::getParamNormalized(ParamID id) {
-    OndraVST3Parameter* wrapper = findWrapper(id);
-    return wrapper ? wrapper->getNormalized() : 0.0;
-}
-
 tresult Ondra_VST3::setParamNormalized(ParamID id, ParamValue value) {
     // Ordinary parameters reach the plug-in through process and the editor only.
     if (static_cast<int32>(id) != kProgramListId || !plugin) return kResultOk;
@@ -414,33 +324,15 @@ tresult Ondra_VST3::setParamNormalized(ParamID id, ParamValue value) {
     if (!wrapper) return kResultOk;
     wrapper->storeNormalized(value);
     plugin->setProgram(static_cast<int>(wrapper->toPlain(value)));
-    if (componentHandler) componentHandler->restartComponent(kParamValuesChanged);
+    restartComponent(kParamValuesChanged);
     return kResultOk;
 }
 
-tresult Ondra_VST3::setComponentHandler(IComponentHandler* handler) {
-    if (handler == componentHandler) return kResultTrue;
-    if (componentHandler) componentHandler->release();
-    componentHandler = handler;
-    if (componentHandler) componentHandler->addRef();
-    return kResultTrue;
-}
-
-IPlugView* Ondra_VST3::createView(FIDString) { return nullptr; }  // the editor comes later
-
-tresult Ondra_VST3::setKnobMode(KnobMode) { return kResultFalse; }
-tresult Ondra_VST3::openHelp(TBool) { return kResultFalse; }
-tresult Ondra_VST3::openAboutBox(TBool) { return kResultFalse; }
-
-int32 Ondra_VST3::getUnitCount() { return 1; }
+int32 Ondra_VST3::getUnitCount() { return static_cast<int32>(units.size()); }
 
 tresult Ondra_VST3::getUnitInfo(int32 unitIndex, UnitInfo& info) {
-    if (unitIndex != 0) return kInvalidArgument;
-    std::memset(&info, 0, sizeof info);
-    info.id = kRootUnitId;
-    info.parentUnitId = kNoParentUnitId;
-    Vst3Text::toUtf16("Root", info.name, 128);
-    info.programListId = kProgramListId;
+    if (unitIndex < 0 || unitIndex >= getUnitCount()) return kInvalidArgument;
+    info = units[static_cast<size_t>(unitIndex)].getInfo();
     return kResultOk;
 }
 
@@ -450,7 +342,7 @@ tresult Ondra_VST3::getProgramListInfo(int32 listIndex, ProgramListInfo& info) {
     if (listIndex != 0 || pluginInfo.programCount < 2) return kResultFalse;
     info.id = kProgramListId;
     info.programCount = pluginInfo.programCount;
-    Vst3Text::toUtf16("Presets", info.name, 128);
+    StringConvert::toString128("Presets", info.name);
     return kResultOk;
 }
 
@@ -458,13 +350,13 @@ tresult Ondra_VST3::getProgramName(ProgramListID listId, int32 programIndex, Str
     if (listId != kProgramListId || !plugin) return kResultFalse;
     char text[256] = {0};
     plugin->getProgramNameIndexed(programIndex, text);
-    Vst3Text::toUtf16(text, name, 128);
+    StringConvert::toString128(text, name);
     return kResultOk;
 }
 
 tresult Ondra_VST3::getProgramInfo(ProgramListID, int32, CString attributeId, String128 attributeValue) {
     if (!attributeId || std::strcmp(attributeId, "MusicalInstrument") != 0) return kResultFalse;
-    Vst3Text::toUtf16("Musical FX|Other", attributeValue, 128);
+    StringConvert::toString128("Musical FX|Other", attributeValue);
     return kResultOk;
 }
 
@@ -501,38 +393,35 @@ void Ondra_VST3::getHostProductString(char* text) {
 }
 
 void Ondra_VST3::notifyDisplayChanged() {
-    if (!componentHandler) return;
+    IComponentHandler* handler = getComponentHandler();
+    if (!handler) return;
     void* object = nullptr;
-    if (componentHandler->queryInterface(IUnitHandler::iid.bytes, &object) == kResultOk && object) {
-        auto* units = static_cast<IUnitHandler*>(object);
-        units->notifyUnitSelection(0);
-        units->notifyProgramListChange(kProgramListId, -1);
-        units->release();
+    if (handler->queryInterface(IUnitHandler::iid.bytes, &object) == kResultOk && object) {
+        auto* unitHandler = static_cast<IUnitHandler*>(object);
+        unitHandler->notifyUnitSelection(0);
+        unitHandler->notifyProgramListChange(kProgramListId, -1);
+        unitHandler->release();
     }
 }
 
-void Ondra_VST3::notifyIoChanged() {
-    if (componentHandler) componentHandler->restartComponent(kIoChanged | kLatencyChanged | kParamTitlesChanged);
-}
+void Ondra_VST3::notifyIoChanged() { restartComponent(kIoChanged | kLatencyChanged | kParamTitlesChanged); }
 
 void Ondra_VST3::beginEdit(int index) {
     OndraVST3Parameter* wrapper = index >= 0 ? findWrapper(static_cast<ParamID>(index)) : nullptr;
     if (!wrapper) return;
     wrapper->editing = true;
-    if (componentHandler) componentHandler->beginEdit(static_cast<ParamID>(index));
+    SingleComponentEffect::beginEdit(static_cast<ParamID>(index));
 }
 
 void Ondra_VST3::endEdit(int index) {
     OndraVST3Parameter* wrapper = index >= 0 ? findWrapper(static_cast<ParamID>(index)) : nullptr;
     if (!wrapper) return;
     wrapper->editing = false;
-    if (componentHandler) componentHandler->endEdit(static_cast<ParamID>(index));
+    SingleComponentEffect::endEdit(static_cast<ParamID>(index));
 }
 
 void Ondra_VST3::automate(int index, float value) {
-    if (index >= 0 && componentHandler) componentHandler->performEdit(static_cast<ParamID>(index), value);
+    if (index >= 0) performEdit(static_cast<ParamID>(index), value);
 }
 
-void Ondra_VST3::updateDisplay() {
-    if (componentHandler) componentHandler->restartComponent(kParamValuesChanged | kParamTitlesChanged);
-}
+void Ondra_VST3::updateDisplay() { restartComponent(kParamValuesChanged | kParamTitlesChanged); }

@@ -1,11 +1,9 @@
 #pragma once
-#include <atomic>
-#include <memory>
 #include <vector>
 
 #include "adapters/vst3/OndraVST3Parameter.h"
-#include "adapters/vst3/sdk/Vst3Controller.h"
-#include "adapters/vst3/sdk/Vst3Processor.h"
+#include "adapters/vst3/sdk-helpers/SingleComponentEffect.h"
+#include "adapters/vst3/sdk-helpers/Unit.h"
 #include "framework/StereoBuffer.h"
 #include "framework/plugin/OndraCallback.h"
 #include "framework/plugin/OndraMidiEvent.h"
@@ -15,10 +13,7 @@
 
 // One effect instance as a single VST 3 component: component, processor, controller, unit
 // information, program list data and MIDI mapping in one object.
-class Ondra_VST3 : public Steinberg::Vst::IComponent,
-                   public Steinberg::Vst::IAudioProcessor,
-                   public Steinberg::Vst::IEditController,
-                   public Steinberg::Vst::IEditController2,
+class Ondra_VST3 : public Steinberg::Vst::SingleComponentEffect,
                    public Ondra::OndraCallback,
                    public Ondra::ParameterChangeListener,
                    public Steinberg::Vst::IUnitInfo,
@@ -33,61 +28,29 @@ public:
     explicit Ondra_VST3(int classIndex);
     ~Ondra_VST3() override;
 
-    // FUnknown
+    // FUnknown, for every interface of the object.
     Steinberg::tresult queryInterface(const Steinberg::TUID interfaceId, void** object) override;
-    Steinberg::uint32 addRef() override;
-    Steinberg::uint32 release() override;
+    Steinberg::uint32 addRef() override { return SingleComponentEffect::addRef(); }
+    Steinberg::uint32 release() override { return SingleComponentEffect::release(); }
 
     // IPluginBase
     Steinberg::tresult initialize(Steinberg::FUnknown* context) override;
     Steinberg::tresult terminate() override;
 
     // IComponent
-    Steinberg::tresult getControllerClassId(Steinberg::TUID classId) override;
-    Steinberg::tresult setIoMode(Steinberg::Vst::IoMode mode) override;
-    Steinberg::int32 getBusCount(Steinberg::Vst::MediaType type, Steinberg::Vst::BusDirection direction) override;
-    Steinberg::tresult getBusInfo(Steinberg::Vst::MediaType type, Steinberg::Vst::BusDirection direction,
-                                  Steinberg::int32 index, Steinberg::Vst::BusInfo& bus) override;
-    Steinberg::tresult getRoutingInfo(Steinberg::Vst::RoutingInfo& inInfo, Steinberg::Vst::RoutingInfo& outInfo) override;
-    Steinberg::tresult activateBus(Steinberg::Vst::MediaType type, Steinberg::Vst::BusDirection direction,
-                                   Steinberg::int32 index, Steinberg::TBool state) override;
     Steinberg::tresult setActive(Steinberg::TBool state) override;
     Steinberg::tresult setState(Steinberg::IBStream* state) override;
     Steinberg::tresult getState(Steinberg::IBStream* state) override;
 
     // IAudioProcessor
-    Steinberg::tresult setBusArrangements(Steinberg::Vst::SpeakerArrangement* inputs, Steinberg::int32 numIns,
-                                          Steinberg::Vst::SpeakerArrangement* outputs, Steinberg::int32 numOuts) override;
-    Steinberg::tresult getBusArrangement(Steinberg::Vst::BusDirection direction, Steinberg::int32 index,
-                                         Steinberg::Vst::SpeakerArrangement& arrangement) override;
-    Steinberg::tresult canProcessSampleSize(Steinberg::int32 symbolicSampleSize) override;
     Steinberg::uint32 getLatencySamples() override;
     Steinberg::tresult setupProcessing(Steinberg::Vst::ProcessSetup& setup) override;
-    Steinberg::tresult setProcessing(Steinberg::TBool state) override;
     Steinberg::tresult process(Steinberg::Vst::ProcessData& data) override;
     Steinberg::uint32 getTailSamples() override;
 
     // IEditController
     Steinberg::tresult setComponentState(Steinberg::IBStream* state) override;
-    Steinberg::int32 getParameterCount() override;
-    Steinberg::tresult getParameterInfo(Steinberg::int32 paramIndex, Steinberg::Vst::ParameterInfo& info) override;
-    Steinberg::tresult getParamStringByValue(Steinberg::Vst::ParamID id, Steinberg::Vst::ParamValue valueNormalized,
-                                             Steinberg::String128 string) override;
-    Steinberg::tresult getParamValueByString(Steinberg::Vst::ParamID id, Steinberg::TChar* string,
-                                             Steinberg::Vst::ParamValue& valueNormalized) override;
-    Steinberg::Vst::ParamValue normalizedParamToPlain(Steinberg::Vst::ParamID id,
-                                                      Steinberg::Vst::ParamValue valueNormalized) override;
-    Steinberg::Vst::ParamValue plainParamToNormalized(Steinberg::Vst::ParamID id,
-                                                      Steinberg::Vst::ParamValue plainValue) override;
-    Steinberg::Vst::ParamValue getParamNormalized(Steinberg::Vst::ParamID id) override;
     Steinberg::tresult setParamNormalized(Steinberg::Vst::ParamID id, Steinberg::Vst::ParamValue value) override;
-    Steinberg::tresult setComponentHandler(Steinberg::Vst::IComponentHandler* handler) override;
-    Steinberg::IPlugView* createView(Steinberg::FIDString name) override;
-
-    // IEditController2
-    Steinberg::tresult setKnobMode(Steinberg::Vst::KnobMode mode) override;
-    Steinberg::tresult openHelp(Steinberg::TBool onlyCheck) override;
-    Steinberg::tresult openAboutBox(Steinberg::TBool onlyCheck) override;
 
     // IUnitInfo
     Steinberg::int32 getUnitCount() override;
@@ -144,35 +107,25 @@ public:
     Ondra::OndraOS* getPlugin() const { return plugin; }
 
 private:
-    struct Bus {
-        const char* name;
-        Steinberg::Vst::SpeakerArrangement arrangement;
-        bool active;
-    };
-
+    void addBuses();
     void buildParameters();
     void clearParameters();
+    // The wrapper of a plug-in parameter; null for unknown ids and the adapter's own list parameters.
     OndraVST3Parameter* findWrapper(Steinberg::Vst::ParamID id) const;
-    int channelsOf(const Bus& bus) const;
     void fillTransport(Ondra::OndraAudioBlock& block, const Steinberg::Vst::ProcessContext* context);
 
-    std::atomic<Steinberg::uint32> references{1};
     Ondra::OndraOS* plugin = nullptr;
     Ondra::OndraPluginInfo pluginInfo{};
     int classIndex;
     Steinberg::int32 uniqueId = 0;
     std::vector<Ondra::OndraMidiEvent> events;
     Ondra::ParameterProperty programChangeProperty;
-    Steinberg::Vst::IComponentHandler* componentHandler = nullptr;
     Ondra::IPluginParameter* bypassProperty = nullptr;
     Steinberg::int32 bypassParameterId = kMasterBypassId;
     int latencySamples = 0;
     Steinberg::int32 midiParameterIds[2080] = {};
     Ondra::StereoBuffer inputScratch, outputScratch;
     float lastTempo = 10.0f;
-    std::vector<std::unique_ptr<OndraVST3Parameter>> parameters;
-    std::vector<Bus> inputBuses, outputBuses;
-    Steinberg::Vst::ProcessSetup setup{Steinberg::Vst::kRealtime, Steinberg::Vst::kSample32, 0, 0};
+    std::vector<Steinberg::Vst::Unit> units;
     Steinberg::Vst::UnitID selectedUnit = 0;
-    char outputBusName[128] = {};
 };

@@ -3,16 +3,10 @@
 
 #define ZONFRA_EXPORT extern "C" __attribute__((visibility("default")))
 
-namespace {
-Vst3Factory& factory() {
-    static Vst3Factory instance;
-    return instance;
-}
-}  // namespace
-
 ZONFRA_EXPORT Steinberg::IPluginFactory* GetPluginFactory() {
-    factory().addRef();
-    return &factory();
+    Steinberg::CPluginFactory& factory = Vst3Factory::instance();
+    factory.addRef();
+    return &factory;
 }
 
 ZONFRA_EXPORT bool InitDll() { return true; }

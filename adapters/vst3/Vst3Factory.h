@@ -1,31 +1,18 @@
 #pragma once
-#include <atomic>
+#include <cstdint>
 
-#include "adapters/vst3/sdk/Vst3Base.h"
+#include "adapters/vst3/sdk-helpers/CPluginFactory.h"
+#include "adapters/vst3/sdk-helpers/FUID.h"
 
 // The factory a VST 3 host gets from GetPluginFactory: one class per plug-in of the library.
-class Vst3Factory : public Steinberg::IPluginFactory3 {
-public:
-    static constexpr int kMaxClasses = 10;
+namespace Vst3Factory {
 
-    Vst3Factory();
-    virtual ~Vst3Factory() = default;
+constexpr int kMaxClasses = 10;
 
-    Steinberg::tresult queryInterface(const Steinberg::TUID interfaceId, void** object) override;
-    Steinberg::uint32 addRef() override;
-    Steinberg::uint32 release() override;
-    Steinberg::tresult getFactoryInfo(Steinberg::PFactoryInfo* info) override;
-    Steinberg::int32 countClasses() override;
-    Steinberg::tresult getClassInfo(Steinberg::int32 index, Steinberg::PClassInfo* info) override;
-    Steinberg::tresult createInstance(Steinberg::FIDString cid, Steinberg::FIDString interfaceId, void** object) override;
-    Steinberg::tresult getClassInfo2(Steinberg::int32 index, Steinberg::PClassInfo2* info) override;
-    Steinberg::tresult getClassInfoUnicode(Steinberg::int32 index, Steinberg::PClassInfoW* info) override;
-    Steinberg::tresult setHostContext(Steinberg::FUnknown* context) override;
+// Built on the first call; lives as long as the library.
+Steinberg::CPluginFactory& instance();
 
-    // "duAdNVCGWRPR" followed by the plug-in's four-character id.
-    static Steinberg::Uid classId(int32_t uniqueId);
+// "duAdNVCGWRPR" followed by the plug-in's four-character id.
+Steinberg::FUID classId(int32_t uniqueId);
 
-private:
-    std::atomic<Steinberg::uint32> references{1};
-    int classes = 0;
-};
+}  // namespace Vst3Factory

@@ -6,123 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "HostObjects.h"
-#include "adapters/vst3/sdk/Vst3Base.h"
+#include "Vst3Instance.h"
 #include "support/AllocationCounter.h"
 
 using namespace Steinberg;
 using namespace Steinberg::Vst;
 using namespace TestHost;
-
-namespace {
-
-std::string utf8(const char16_t* text) {
-    std::string out;
-    for (; text && *text; ++text) out += static_cast<char>(*text < 128 ? *text : '?');
-    return out;
-}
-
-// The bundle's library loaded the way a Linux host loads it.
-struct Module {
-    Module() {
-        handle = dlopen(ZONFRA_VST3_MODULE, RTLD_NOW | RTLD_LOCAL);
-        if (!handle) return;
-        auto entry = reinterpret_cast<bool (*)(void*)>(dlsym(handle, "ModuleEntry"));
-        auto get = reinterpret_cast<IPluginFactory* (*)()>(dlsym(handle, "GetPluginFactory"));
-        if (entry) entry(handle);
-        factory = get ? get() : nullptr;
-    }
-    ~Module() {
-        if (factory) factory->release();
-        if (handle) {
-            if (auto exit = reinterpret_cast<bool (*)()>(dlsym(handle, "ModuleExit"))) exit();
-            dlclose(handle);
-        }
-    }
-    void* handle = nullptr;
-    IPluginFactory* factory = nullptr;
-};
-
-template <typename Interface>
-Interface* query(FUnknown* object) {
-    void* result = nullptr;
-    if (!object || object->queryInterface(Interface::iid.bytes, &result) != kResultOk) return nullptr;
-    return static_cast<Interface*>(result);
-}
-
-struct Instance {
-    explicit Instance(Module& module, double rate = 44100, int32 maxBlock = 512) {
-        PClassInfo info{};
-        module.factory->getClassInfo(0, &info);
-        void* object = nullptr;
-        module.factory->createInstance(info.cid, IComponent::iid.bytes, &object);
-        component = static_cast<IComponent*>(object);
-        processor = query<IAudioProcessor>(component);
-        controller = query<IEditController>(component);
-        component->initialize(nullptr);
-        SpeakerArrangement stereo = SpeakerArr::kStereo;
-        processor->setBusArrangements(&stereo, 1, &stereo, 1);
-        ProcessSetup setup{kRealtime, kSample32, maxBlock, rate};
-        processor->setupProcessing(setup);
-        component->setActive(true);
-    }
-    ~Instance() {
-        component->setActive(false);
-        component->terminate();
-        controller->release();
-        processor->release();
-        component->release();
-    }
-
-    // One block of `n` samples, in place, with optional parameter changes and context.
-    void run(float* left, float* right, int32 n, IParameterChanges* changes = nullptr, ProcessContext* context = nullptr,
-             int32 inputChannels = 2) {
-        float* in[2] = {left, right};
-        float* out[2] = {left, right};
-        AudioBusBuffers input{};
-        input.numChannels = inputChannels;
-        input.channelBuffers32 = in;
-        AudioBusBuffers output{};
-        output.numChannels = 2;
-        output.channelBuffers32 = out;
-        ProcessData data{};
-        data.processMode = kRealtime;
-        data.symbolicSampleSize = kSample32;
-        data.numSamples = n;
-        data.numInputs = 1;
-        data.numOutputs = 1;
-        data.inputs = &input;
-        data.outputs = &output;
-        data.inputParameterChanges = changes;
-        data.processContext = context;
-        lastResult = processor->process(data);
-    }
-
-    int32 findParameter(const char* title, ParameterInfo* found = nullptr) {
-        for (int32 i = 0; i < controller->getParameterCount(); ++i) {
-            ParameterInfo info{};
-            controller->getParameterInfo(i, info);
-            if (utf8(info.title) == title) {
-                if (found) *found = info;
-                return static_cast<int32>(info.id);
-            }
-        }
-        return -1;
-    }
-
-    IComponent* component = nullptr;
-    IAudioProcessor* processor = nullptr;
-    IEditController* controller = nullptr;
-    tresult lastResult = kResultOk;
-};
-
-std::vector<float> sine(size_t n, double hertz, size_t start = 0) {
-    std::vector<float> out(n);
-    for (size_t i = 0; i < n; ++i) out[i] = 0.5f * static_cast<float>(std::sin(2 * M_PI * hertz * static_cast<double>(i + start) / 44100.0));
-    return out;
-}
-
-}  // namespace
 
 class Vst3Host : public ::testing::Test {
 protected:

@@ -1,0 +1,141 @@
+// How a host's process call reaches the effect, seen from outside the library. The exports give no
+// view of the effect's calls or of the tempo it is handed, and a hook just for tests would ship in
+// the product; so both are heard in the audio instead:
+// - The effect takes one control step per call, in which a moved low-pass cutoff glides one step
+//   toward its target. Two instances fed the same audio and automation sound the same exactly as
+//   long as their calls begin at the same samples; the first output sample that differs (one
+//   latency later) shows where the calls first parted. References are made of host calls of at
+//   most one chunk, which no chunking can cut further.
+// - The tempo sets the rate of the synced LFO, which moves the cutoff. Blocks without a process
+//   context are compared with blocks whose context names a tempo. The effect hands the LFO only a
+//   change of tempo, and the LFO's own starts at 120, so a context first sets it to 60.
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <vector>
+
+#include "Vst3Instance.h"
+
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+using namespace TestHost;
+
+namespace {
+
+constexpr ParamID kLowPassFrequency = 1;
+constexpr ParamID kLowPassLfoStrength = 23;
+constexpr int32 kChunk = 88;  // 44,100 / 500: the effect's control step at the test rate
+constexpr int32 kBlock = 512;
+
+// Runs `plugin` through host calls of the given sizes, one after the other on a continuous sine,
+// and returns the left output. `first` changes go with the first call. Blocks of `kBlock` before
+// and after are the same for every instance: warm-up and the latency's worth of tail.
+std::vector<float> render(Instance& plugin, std::initializer_list<int32> calls, IParameterChanges* first) {
+    size_t position = 0;
+    std::vector<float> output;
+    auto call = [&](int32 n, IParameterChanges* changes) {
+        std::vector<float> left = sine(static_cast<size_t>(n), 3000, position), right = left;
+        plugin.run(left.data(), right.data(), n, changes);
+        EXPECT_EQ(plugin.lastResult, kResultOk);
+        position += static_cast<size_t>(n);
+        output.insert(output.end(), left.begin(), left.end());
+    };
+    for (int b = 0; b < 20; ++b) call(kBlock, nullptr);
+    const size_t start = output.size();
+    bool isFirst = true;
+    for (int32 n : calls) {
+        call(n, isFirst ? first : nullptr);
+        isFirst = false;
+    }
+    for (int b = 0; b < 3; ++b) call(kBlock, nullptr);
+    return std::vector<float>(output.begin() + static_cast<long>(start), output.end());
+}
+
+// Index of the first sample where the two differ; the shorter size if none does.
+size_t firstDifference(const std::vector<float>& a, const std::vector<float>& b) {
+    size_t i = 0;
+    while (i < a.size() && i < b.size() && a[i] == b[i]) ++i;
+    return i;
+}
+
+struct LowPassMove : Changes {
+    LowPassMove() {
+        int32 index = 0;
+        addParameterData(kLowPassFrequency, index)->addPoint(0, 0.3, index);
+    }
+};
+
+}  // namespace
+
+class Vst3EffectCalls : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
+
+    size_t latency() {
+        Instance plugin(module);
+        return plugin.processor->getLatencySamples();
+    }
+
+    // Output of a fresh instance for one sequence of host calls, the cutoff moved at the first.
+    std::vector<float> cutoffMove(std::initializer_list<int32> calls) {
+        Instance plugin(module);
+        LowPassMove move;
+        return render(plugin, calls, &move);
+    }
+
+    // Output of a fresh instance whose synced LFO moves the low-pass: a few blocks at a context
+    // tempo of 60, then blocks with `context`, or none.
+    std::vector<float> lfoSweep(ProcessContext* context) {
+        Instance plugin(module);
+        Changes setup;
+        int32 index = 0;
+        setup.addParameterData(kLowPassFrequency, index)->addPoint(0, 0.5, index);
+        setup.addParameterData(kLowPassLfoStrength, index)->addPoint(0, 0.75, index);
+        ProcessContext sixty{};
+        sixty.state = ProcessContext::kTempoValid;
+        sixty.tempo = 60;
+        std::vector<float> output;
+        for (int b = 0; b < 44; ++b) {
+            std::vector<float> left = sine(kBlock, 3000, static_cast<size_t>(b) * kBlock), right = left;
+            plugin.run(left.data(), right.data(), kBlock, b == 0 ? &setup : nullptr, b < 4 ? &sixty : context);
+            EXPECT_EQ(plugin.lastResult, kResultOk);
+            if (b >= 4) output.insert(output.end(), left.begin(), left.end());
+        }
+        return output;
+    }
+
+    Module module;
+};
+
+TEST_F(Vst3EffectCalls, ACutBetweenCallsIsHeardWhereItFalls) {
+    // Calls of at most one chunk are never cut further: a safe reference for the tests below.
+    const std::vector<float> one = cutoffMove({60}), two = cutoffMove({30, 30});
+    EXPECT_EQ(firstDifference(one, two), 30 + latency());
+}
+
+TEST_F(Vst3EffectCalls, HundredSamplesReachTheEffectAsOneCall) {
+    // 100 is less than two chunks: no cut at the chunk, nor before it.
+    const std::vector<float> whole = cutoffMove({100});
+    EXPECT_EQ(firstDifference(whole, cutoffMove({kChunk, 100 - kChunk})), kChunk + latency());
+    EXPECT_EQ(firstDifference(whole, cutoffMove({50, 50})), 50 + latency());
+}
+
+TEST_F(Vst3EffectCalls, HundredSeventySixSamplesReachTheEffectAsTwoCallsOfOneChunk) {
+    const std::vector<float> whole = cutoffMove({2 * kChunk});
+    EXPECT_EQ(firstDifference(whole, cutoffMove({kChunk, kChunk})), whole.size());
+}
+
+TEST_F(Vst3EffectCalls, NoProcessContextGivesTheEffectTempoOne) {
+    const std::vector<float> none = lfoSweep(nullptr);
+    auto atTempo = [this](double tempo) {
+        ProcessContext context{};
+        context.state = ProcessContext::kTempoValid;
+        context.tempo = tempo;
+        return lfoSweep(&context);
+    };
+    EXPECT_EQ(firstDifference(none, atTempo(1.0)), none.size());
+    // The LFO is heard to follow the tempo: away from 60, and not to the adapter's other defaults.
+    EXPECT_LT(firstDifference(none, atTempo(60.0)), none.size());
+    EXPECT_LT(firstDifference(none, atTempo(10.0)), none.size());
+    EXPECT_LT(firstDifference(none, atTempo(120.0)), none.size());
+}

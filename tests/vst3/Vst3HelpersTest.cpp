@@ -1,0 +1,271 @@
+// The small classes the VST 3 adapter is built on, checked on their own.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "adapters/vst3/sdk-helpers/AudioBus.h"
+#include "adapters/vst3/sdk-helpers/BusList.h"
+#include "adapters/vst3/sdk-helpers/CPluginFactory.h"
+#include "adapters/vst3/sdk-helpers/CPluginView.h"
+#include "adapters/vst3/sdk-helpers/EventBus.h"
+#include "adapters/vst3/sdk-helpers/FUID.h"
+#include "adapters/vst3/sdk-helpers/ParameterContainer.h"
+#include "adapters/vst3/sdk-helpers/StringConvert.h"
+#include "adapters/vst3/sdk-helpers/StringListParameter.h"
+#include "adapters/vst3/sdk-helpers/Unit.h"
+
+using namespace Steinberg;
+using namespace Steinberg::Vst;
+
+namespace {
+std::u16string wide(const char16_t* text) { return text; }
+}  // namespace
+
+TEST(Vst3Helpers, FuidWordsBytesAndText) {
+    // The effect's class: "duAdNVCGWRPR" and "Vzon", as hosts store it in their caches.
+    const FUID id(0x64754164, 0x4E564347, 0x57525052, 0x567A6F6E);
+    EXPECT_EQ(std::string(id.data(), 16), "duAdNVCGWRPRVzon");
+    EXPECT_EQ(id.getLong(3), 0x567A6F6Eu);
+    EXPECT_EQ(id.getLong(4), 0u);
+    char text[FUID::kTextSize];
+    id.toString(text);
+    EXPECT_STREQ(text, "647541644E56434757525052567A6F6E");
+
+    FUID parsed;
+    EXPECT_FALSE(parsed.isValid());
+    ASSERT_TRUE(parsed.fromString("647541644e56434757525052567a6f6e"));
+    EXPECT_TRUE(parsed == id);
+    TUID bytes;
+    parsed.toTUID(bytes);
+    EXPECT_TRUE(id.matches(bytes));
+    EXPECT_TRUE(FUID::fromTUID(bytes) == id);
+    EXPECT_FALSE(FUID::fromTUID(nullptr).isValid());
+
+    // Wrong length or a non-digit: refused, the identifier stays.
+    for (const char* bad : std::initializer_list<const char*>{"647541644E56434757525052567A6F6", "647541644E56434757525052567A6F6E0",
+                            "647541644E56434757525052567A6F6G", "", nullptr}) {
+        EXPECT_FALSE(parsed.fromString(bad)) << (bad ? bad : "null");
+        EXPECT_TRUE(parsed == id);
+    }
+    // The interface identifiers are the same four-word form.
+    EXPECT_TRUE(FUID(IComponent::iid).matches(IComponent::iid.bytes));
+    EXPECT_EQ(FUID(IComponent::iid).getLong(0), 0xE831FF31u);
+}
+
+TEST(Vst3Helpers, TextBetweenUtf8AndSixteenBits) {
+    String128 text;
+    StringConvert::toString128("Zürich €5", text);
+    EXPECT_EQ(wide(text), u"Zürich €5");
+    char back[64];
+    StringConvert::toUtf8(text, back, sizeof back);
+    EXPECT_STREQ(back, "Zürich €5");
+
+    char16 small[4];
+    StringConvert::toUtf16("abcdef", small, 4);
+    EXPECT_EQ(wide(small), u"abc");
+    char tiny[3];
+    StringConvert::toUtf8(u"xyz", tiny, sizeof tiny);
+    EXPECT_STREQ(tiny, "xy");
+    StringConvert::toString128(nullptr, text);
+    EXPECT_EQ(text[0], 0);
+    StringConvert::toUtf8(nullptr, back, sizeof back);
+    EXPECT_STREQ(back, "");
+
+    char field[8];
+    std::memset(field, 'x', sizeof field);
+    StringConvert::copyField(field, sizeof field, "a long text");
+    EXPECT_STREQ(field, "a long ");
+    StringConvert::copyField(field, sizeof field, "ab");
+    EXPECT_EQ(std::memcmp(field, "ab\0\0\0\0\0\0", 8), 0);
+}
+
+TEST(Vst3Helpers, ParameterClampsAndReadsNumbers) {
+    Parameter gain("Gain", 7, "dB", 0.25, 0, ParameterInfo::kCanAutomate, kRootUnitId, "G");
+    EXPECT_EQ(gain.getId(), 7u);
+    EXPECT_EQ(wide(gain.getInfo().title), u"Gain");
+    EXPECT_EQ(wide(gain.getInfo().shortTitle), u"G");
+    EXPECT_EQ(wide(gain.getInfo().units), u"dB");
+    EXPECT_DOUBLE_EQ(gain.getNormalized(), 0.25);
+    EXPECT_TRUE(gain.setNormalized(1.5));
+    EXPECT_DOUBLE_EQ(gain.getNormalized(), 1.0);
+    EXPECT_FALSE(gain.setNormalized(1.0));
+    ParamValue value = 0;
+    EXPECT_TRUE(gain.fromString(u"0.5", value));
+    EXPECT_DOUBLE_EQ(value, 0.5);
+    EXPECT_FALSE(gain.fromString(u"loud", value));
+}
+
+TEST(Vst3Helpers, StringListParameterStepsThroughItsEntries) {
+    StringListParameter bypass("Bypass", 0x4D427970, nullptr, ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass);
+    bypass.appendString("Off");
+    bypass.appendString("On");
+    EXPECT_EQ(bypass.getInfo().flags, 0x10001);
+    EXPECT_EQ(bypass.getInfo().stepCount, 1);
+    EXPECT_DOUBLE_EQ(bypass.toPlain(0.0), 0);
+    EXPECT_DOUBLE_EQ(bypass.toPlain(0.49), 0);
+    EXPECT_DOUBLE_EQ(bypass.toPlain(0.5), 1);
+    EXPECT_DOUBLE_EQ(bypass.toPlain(1.0), 1);
+    EXPECT_DOUBLE_EQ(bypass.toNormalized(1), 1.0);
+    String128 text;
+    bypass.toString(1.0, text);
+    EXPECT_EQ(wide(text), u"On");
+    bypass.toString(0.0, text);
+    EXPECT_EQ(wide(text), u"Off");
+    ParamValue value = -1;
+    EXPECT_TRUE(bypass.fromString(u"On", value));
+    EXPECT_DOUBLE_EQ(value, 1.0);
+    EXPECT_FALSE(bypass.fromString(u"Maybe", value));
+
+    StringListParameter three("Mode", 1);
+    for (const char* entry : {"A", "B", "C"}) three.appendString(entry);
+    EXPECT_EQ(three.getInfo().flags, ParameterInfo::kCanAutomate | ParameterInfo::kIsList);
+    EXPECT_DOUBLE_EQ(three.toPlain(0.5), 1);
+    EXPECT_DOUBLE_EQ(three.toNormalized(1), 0.5);
+}
+
+TEST(Vst3Helpers, ParameterContainerFindsByIdAndByPosition) {
+    ParameterContainer container;
+    container.addParameter(std::make_unique<Parameter>("zero", 0));
+    container.addParameter(std::make_unique<Parameter>("list", 0x506C7374));
+    container.addParameter(std::make_unique<Parameter>("two", 2));
+    EXPECT_EQ(container.addParameter(nullptr), nullptr);
+    ASSERT_EQ(container.getParameterCount(), 3);
+    EXPECT_EQ(container.getParameter(0x506C7374), container.getParameterByIndex(1));
+    EXPECT_EQ(container.getParameter(2), container.getParameterByIndex(2));
+    EXPECT_EQ(container.getParameter(1), nullptr);
+    EXPECT_EQ(container.getParameterByIndex(3), nullptr);
+    EXPECT_EQ(container.getParameterByIndex(-1), nullptr);
+    container.removeAll();
+    EXPECT_EQ(container.getParameterCount(), 0);
+}
+
+TEST(Vst3Helpers, BusListDescribesItsBuses) {
+    BusList outputs(kAudio, kOutput);
+    AudioBus* main = static_cast<AudioBus*>(
+        outputs.add(std::make_unique<AudioBus>("Out", kMain, BusInfo::kDefaultActive, SpeakerArr::kStereo)));
+    BusInfo info{};
+    ASSERT_TRUE(outputs.getInfo(0, info));
+    EXPECT_EQ(info.mediaType, kAudio);
+    EXPECT_EQ(info.direction, kOutput);
+    EXPECT_EQ(info.channelCount, 2);
+    EXPECT_EQ(info.busType, kMain);
+    EXPECT_EQ(info.flags, static_cast<uint32>(BusInfo::kDefaultActive));
+    EXPECT_EQ(wide(info.name), u"Out");
+    EXPECT_TRUE(main->isActive());
+    main->setArrangement(SpeakerArr::kMono);
+    outputs.getInfo(0, info);
+    EXPECT_EQ(info.channelCount, 1);
+    EXPECT_FALSE(outputs.getInfo(1, info));
+    EXPECT_EQ(outputs.at(-1), nullptr);
+
+    BusList events(kEvent, kInput);
+    events.add(std::make_unique<EventBus>("Midi In", kMain, 0, 16));
+    ASSERT_TRUE(events.getInfo(0, info));
+    EXPECT_EQ(info.mediaType, kEvent);
+    EXPECT_EQ(info.channelCount, 16);
+    EXPECT_FALSE(events.at(0)->isActive());
+}
+
+TEST(Vst3Helpers, UnitDescription) {
+    const Unit root("Root", kRootUnitId, kNoParentUnitId, 0x506C7374);
+    EXPECT_EQ(root.getId(), 0);
+    EXPECT_EQ(root.getInfo().parentUnitId, -1);
+    EXPECT_EQ(root.getInfo().programListId, 0x506C7374);
+    EXPECT_EQ(wide(root.getInfo().name), u"Root");
+}
+
+TEST(Vst3Helpers, PluginViewKeepsRectangleParentAndFrame) {
+    const ViewRect size{0, 0, 640, 480};
+    auto* view = new CPluginView(&size);
+    ViewRect got{};
+    EXPECT_EQ(view->getSize(&got), kResultTrue);
+    EXPECT_EQ(got.right, 640);
+    EXPECT_EQ(got.bottom, 480);
+    EXPECT_EQ(view->getSize(nullptr), kInvalidArgument);
+    ViewRect bigger{0, 0, 800, 600};
+    EXPECT_EQ(view->onSize(&bigger), kResultTrue);
+    EXPECT_EQ(view->getRect().right, 800);
+    int parent = 0;
+    EXPECT_FALSE(view->isAttached());
+    EXPECT_EQ(view->attached(&parent, kPlatformTypeX11EmbedWindowID), kResultOk);
+    EXPECT_EQ(view->getSystemWindow(), &parent);
+    EXPECT_EQ(view->removed(), kResultOk);
+    EXPECT_FALSE(view->isAttached());
+    EXPECT_EQ(view->onKeyDown(u'a', 0, 0), kResultFalse);
+    EXPECT_EQ(view->canResize(), kResultFalse);
+    void* object = nullptr;
+    ASSERT_EQ(view->queryInterface(IPlugView::iid.bytes, &object), kResultOk);
+    EXPECT_EQ(object, static_cast<IPlugView*>(view));
+    EXPECT_EQ(view->queryInterface(IPlugFrame::iid.bytes, &object), kNoInterface);
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(view->release(), 1u);
+    EXPECT_EQ(view->release(), 0u);  // gone
+}
+
+namespace {
+struct Counted : FUnknown {
+    tresult queryInterface(const TUID interfaceId, void** object) override {
+        *object = sameUid(interfaceId, FUnknown::iid) ? this : nullptr;
+        if (*object) addRef();
+        return *object ? kResultOk : kNoInterface;
+    }
+    uint32 addRef() override { return ++count; }
+    uint32 release() override { return --count; }
+    virtual ~Counted() = default;
+    uint32 count = 1;
+};
+
+FUnknown* handOut(void* context) {
+    auto* object = static_cast<Counted*>(context);
+    object->addRef();
+    return object;
+}
+
+PClassInfo2 describedClass(const FUID& id, const char* name) {
+    PClassInfo2 info{};
+    id.toTUID(info.cid);
+    info.cardinality = PClassInfo::kManyInstances;
+    StringConvert::copyField(info.category, sizeof info.category, "Audio Module Class");
+    StringConvert::copyField(info.name, sizeof info.name, name);
+    StringConvert::copyField(info.vendor, sizeof info.vendor, "Vendor");
+    return info;
+}
+}  // namespace
+
+TEST(Vst3Helpers, FactoryDescribesAndCreatesItsClasses) {
+    PFactoryInfo about{};
+    StringConvert::copyField(about.vendor, sizeof about.vendor, "Maker");
+    about.flags = PFactoryInfo::kUnicode;
+    CPluginFactory factory(about);
+    Counted object;
+    const FUID id(1, 2, 3, 4);
+    EXPECT_TRUE(factory.registerClass(describedClass(id, "Déjà"), handOut, &object));
+    EXPECT_FALSE(factory.registerClass(describedClass(id, "Again"), handOut, &object));
+    EXPECT_FALSE(factory.registerClass(describedClass(FUID(5, 6, 7, 8), "None"), nullptr));
+    ASSERT_EQ(factory.countClasses(), 1);
+
+    PFactoryInfo gotAbout{};
+    EXPECT_EQ(factory.getFactoryInfo(&gotAbout), kResultOk);
+    EXPECT_STREQ(gotAbout.vendor, "Maker");
+    PClassInfo plain{};
+    EXPECT_EQ(factory.getClassInfo(0, &plain), kResultOk);
+    EXPECT_TRUE(id.matches(plain.cid));
+    EXPECT_STREQ(plain.name, "Déjà");
+    PClassInfoW unicode{};
+    EXPECT_EQ(factory.getClassInfoUnicode(0, &unicode), kResultOk);
+    EXPECT_EQ(wide(unicode.name), u"Déjà");
+    EXPECT_EQ(wide(unicode.vendor), u"Vendor");
+    EXPECT_EQ(factory.getClassInfo2(1, nullptr), kInvalidArgument);
+
+    void* made = nullptr;
+    EXPECT_EQ(factory.createInstance(id.data(), FUnknown::iid.bytes, &made), kResultOk);
+    EXPECT_EQ(made, &object);
+    EXPECT_EQ(object.count, 2u);  // the caller's one reference
+    EXPECT_EQ(factory.createInstance(FUID(9, 9, 9, 9).data(), FUnknown::iid.bytes, &made), kInvalidArgument);
+    EXPECT_EQ(made, nullptr);
+    EXPECT_EQ(factory.createInstance(id.data(), IPlugView::iid.bytes, &made), kNoInterface);
+    EXPECT_EQ(object.count, 2u);  // nothing kept on failure
+}
