@@ -18,6 +18,8 @@ endfunction()
 function(zonfra_folder_library target)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS
        ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.c)
+  # Sources in a "plugin-only" folder go into the plug-in library alone.
+  list(FILTER sources EXCLUDE REGEX "/plugin-only/")
   if(NOT sources)
     set(sources ${PROJECT_SOURCE_DIR}/cmake/anchor.cpp)
   endif()

@@ -1,5 +1,5 @@
 // Entry points that VST 2 hosts look up by name. Hosts differ in the name they try, so the one
-// function goes out under all three.
+// function goes out under several; "main" is in plugin-only/.
 #include <new>
 
 #include "adapters/vst2/OndraVST.h"
@@ -15,7 +15,3 @@ ZONFRA_EXPORT Vst2::AEffect* VSTPluginMain(Vst2::audioMasterCallback audioMaster
 
 ZONFRA_EXPORT Vst2::AEffect* MAIN(Vst2::audioMasterCallback audioMaster) __attribute__((alias("VSTPluginMain")));
 
-// Old Linux hosts look for a symbol named main; a C++ function cannot carry that name, so the
-// alias gets it through its assembler name.
-ZONFRA_EXPORT Vst2::AEffect* vst2MainEntry(Vst2::audioMasterCallback audioMaster) __asm__("main")
-    __attribute__((alias("VSTPluginMain")));

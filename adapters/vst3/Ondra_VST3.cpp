@@ -311,6 +311,8 @@ tresult Ondra_VST3::process(ProcessData& data) {
     Ondra::ChunkingRules rules;
     rules.sliceAutomation = true;
     rules.wholeBlockBelowTwoChunks = true;
+    // Without a process context the beat arithmetic runs at a nominal 44.1 kHz.
+    if (!data.processContext) rules.positionSampleRate = 44100.0f;
     Ondra::processInChunks(*plugin, block, n, rules);
     return kResultOk;
 }

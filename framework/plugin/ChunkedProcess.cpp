@@ -19,7 +19,7 @@ void processInChunks(OndraOS& plugin, OndraAudioBlock& block, int hostSamples, c
     if (chunk <= 0 || chunk > remaining) chunk = remaining;
     if (rules.wholeBlockBelowTwoChunks && remaining < 2 * chunk) chunk = remaining;
 
-    const float rate = plugin.getSampleRate();
+    const float rate = rules.positionSampleRate > 0 ? rules.positionSampleRate : plugin.getSampleRate();
     block.samplesToNextBeat = samplesToNextBeat(block.ppqPos, block.tempo, rate);
     const double samplesPerBeat = (60.0 / block.tempo) * rate;
     if (rules.sliceAutomation && plugin.hasQueuedAutomation()) plugin.beginAutomationBlock(block, remaining);

@@ -11,6 +11,8 @@ struct ChunkingRules {
     // Set while queued values go into their parameters, so an adapter can tell them from other
     // changes (and need not report them back to the host they came from).
     bool* whileSlicing = nullptr;
+    // The rate behind beat positions; 0 takes the plug-in's. A host without transport gives none.
+    float positionSampleRate = 0.0f;
 };
 
 // The adapters' calling order for one host block: cuts it into control chunks (and at automation

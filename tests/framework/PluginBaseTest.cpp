@@ -134,6 +134,18 @@ TEST(ChunkedProcess, CutsAtTheControlChunkAndAdvancesTheTimeLine) {
     EXPECT_FLOAT_EQ(host.outR[50], 3.0f);
 }
 
+TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
+    RecordingPlugin plugin;
+    plugin.setSampleRate(96000);
+    HostBlock host(100);
+    ChunkingRules noContext;
+    noContext.positionSampleRate = 44100;
+    processInChunks(plugin, host.block, 100, noContext);
+    ASSERT_EQ(plugin.chunks.size(), 2u);
+    EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 88.0 / (0.5 * 44100.0));
+    EXPECT_EQ(plugin.chunks[0].toNextBeat, 22050);
+}
+
 TEST(ChunkedProcess, WholeBlockRules) {
     RecordingPlugin plugin;
     HostBlock host(176);

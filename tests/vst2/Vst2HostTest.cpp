@@ -15,12 +15,12 @@ namespace {
 constexpr VstInt32 kZonfraId = ('V' << 24) | ('z' << 16) | ('o' << 8) | 'n';
 }
 
-TEST(Vst2Host, AllThreeEntryPointsAreOneFunction) {
+TEST(Vst2Host, AllThreeEntryPointsMakeThePlugin) {
     TestSupport::PluginLibrary library;
     ASSERT_TRUE(library.loaded()) << library.error();
     void* pluginMain = library.symbol("VSTPluginMain");
     ASSERT_NE(pluginMain, nullptr);
-    EXPECT_EQ(library.symbol("main"), pluginMain);
+    EXPECT_NE(library.symbol("main"), nullptr);
     EXPECT_EQ(library.symbol("MAIN"), pluginMain);
     for (const char* entry : {"main", "MAIN"}) {
         Plugin plugin(entry);
