@@ -1,29 +1,14 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 
+#include "support/ArdourHost.h"
 #include "support/PluginLibrary.h"
 
 // Ardour's own VST 2 scanner, as the real host runs it before it lists a Linux VST 2 plug-in.
 namespace {
 const char* const kScanner = "/usr/lib/ardour7/ardour-vst-scanner";
-
-std::string scan(const std::string& library, int& status) {
-    const std::string home = "/tmp/zonfra-ardour-vst2-scan-" + std::to_string(getpid());
-    const std::string command = "HOME='" + home + "' LD_LIBRARY_PATH=/usr/lib/ardour7 timeout 120 " + kScanner +
-                                " -f -v '" + library + "' 2>&1";
-    std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) return output;
-    char buffer[4096];
-    while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, n);
-    status = pclose(pipe);
-    std::filesystem::remove_all(home);
-    return output;
-}
 }  // namespace
 
 TEST(ArdourVst2Scan, ListsThePluginWithItsNameMakerAndChannels) {
@@ -32,7 +17,7 @@ TEST(ArdourVst2Scan, ListsThePluginWithItsNameMakerAndChannels) {
     GTEST_SKIP() << "a sanitized plug-in cannot load into Ardour";
 #endif
     int status = -1;
-    const std::string output = scan(TestSupport::PluginLibrary::defaultPath(), status);
+    const std::string output = TestSupport::Ardour::scan(kScanner, TestSupport::PluginLibrary::defaultPath(), status);
     EXPECT_EQ(status, 0) << output;
     EXPECT_NE(output.find("Found Plugin: 'nozV' MMK Zonfra QT"), std::string::npos) << output;
     EXPECT_NE(output.find("id=\"1450864494\""), std::string::npos) << output;  // "Vzon"

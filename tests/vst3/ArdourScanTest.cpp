@@ -1,27 +1,13 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
+
+#include "support/ArdourHost.h"
 
 // Ardour's own VST 3 scanner, as the real host runs it before it lists a plug-in.
 namespace {
 const char* const kScanner = "/usr/lib/ardour7/ardour-vst3-scanner";
-
-std::string scan(const std::string& bundle, int& status) {
-    const std::string home = "/tmp/zonfra-ardour-scan-" + std::to_string(getpid());
-    const std::string command = "HOME='" + home + "' LD_LIBRARY_PATH=/usr/lib/ardour7 timeout 120 " + kScanner +
-                                " -f -v '" + bundle + "' 2>&1";
-    std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) return output;
-    char buffer[4096];
-    while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, n);
-    status = pclose(pipe);
-    std::filesystem::remove_all(home);
-    return output;
-}
 }  // namespace
 
 TEST(ArdourScan, ListsThePluginWithItsNameVendorAndCategory) {
@@ -30,7 +16,7 @@ TEST(ArdourScan, ListsThePluginWithItsNameVendorAndCategory) {
     GTEST_SKIP() << "a sanitized plug-in cannot load into Ardour";
 #endif
     int status = -1;
-    const std::string output = scan(ZONFRA_VST3_BUNDLE, status);
+    const std::string output = TestSupport::Ardour::scan(kScanner, ZONFRA_VST3_BUNDLE, status);
     EXPECT_EQ(status, 0) << output;
     EXPECT_NE(output.find("Found Plugin: MMK Zonfra QT"), std::string::npos) << output;
     EXPECT_NE(output.find("name=\"MMK Zonfra QT\""), std::string::npos) << output;

@@ -1,0 +1,35 @@
+#pragma once
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "AudioFile.h"
+
+// Ardour 7 as a real host for the adapters' tests: its plug-in scanners and a headless session
+// (ardour7-lua with tests/support/render_in_ardour.lua) that puts the plug-in on a track, sets one
+// parameter through the host and exports the result.
+namespace TestSupport::Ardour {
+
+bool installed();
+// Runs the command with its error output, collecting both; the shell's status.
+int run(const std::string& command, std::string& output);
+// One scanner run on `target` with a throwaway home folder: the scanner's output.
+std::string scan(const std::string& scanner, const std::string& target, int& status);
+
+struct Session {
+    std::string environment;  // HOME and the plug-in paths, as "NAME='value' ..."
+    std::string pluginType;   // "VST3" or "LXVST"
+    std::filesystem::path folder;
+};
+// Renders noise through the plug-in with parameter 1 at `value` (as the host takes it) into
+// `exported`. Ardour's tool now and then dies of a signal on its own, with its own plug-ins too;
+// a crash of ours would repeat, so another try tells the two apart. Empty on success, else the log.
+std::string render(const Session& session, const std::string& name, const std::string& value, StereoAudio& exported);
+
+// Share of the signal's energy above `hertz`, from a four-pole split: white noise keeps most of
+// its energy high, low-passed noise hardly any.
+double highShare(const std::vector<float>& x, double hertz, double rate);
+// Noise rendered open keeps its highs; the same at a 500 Hz low-pass loses them but is not silent.
+void expectLowPassedNoise(const StereoAudio& open, const StereoAudio& lowPassed);
+
+}  // namespace TestSupport::Ardour
