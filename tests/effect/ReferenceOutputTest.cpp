@@ -82,6 +82,22 @@ void heaviest(EffectHarness& h) {
     h.set(kDryWetMix, 0.8f);
 }
 
+// Passages of true silence, of signals far below the float resolution of the loud parts and of
+// subnormal values, where the small offsets against denormals decide the output.
+void withQuietPassages(std::vector<float>& left, std::vector<float>& right, float rate) {
+    const auto second = static_cast<size_t>(rate);
+    for (size_t i = 0; i < left.size(); ++i) {
+        const size_t part = i * 4 / second;  // quarter seconds
+        float scale = 1.0f;
+        if (part == 4 || part == 5) scale = 0.0f;
+        if (part == 6) scale = 1e-25f;
+        if (part == 7) scale = 1e-39f;
+        if (part == 9) scale = i % 2 ? -0.0f : 0.0f;
+        left[i] *= scale;
+        right[i] *= scale;
+    }
+}
+
 struct Case {
     const char* name;
     float rate;
@@ -90,6 +106,7 @@ struct Case {
     // Called before each host block with the block's index; may change parameters.
     std::function<void(EffectHarness&, int)> automate;
     uint64_t expected;
+    bool quiet = false;
 };
 
 uint64_t render(const Case& c) {
@@ -97,6 +114,7 @@ uint64_t render(const Case& c) {
     if (c.setup) c.setup(harness);
     std::vector<float> left, right;
     testSignal(c.rate, kSeconds * static_cast<size_t>(c.rate), left, right);
+    if (c.quiet) withQuietPassages(left, right, c.rate);
     int index = 0;
     for (size_t at = 0; at < left.size(); at += static_cast<size_t>(c.block), ++index) {
         if (c.automate) c.automate(harness, index);
@@ -190,4 +208,11 @@ TEST(EffectReferenceOutput, AutomatedCutoffsAndStructure) {
 
 TEST(EffectReferenceOutput, BypassFades) {
     expectReference({"bypass", kRate, 400, heaviest, bypassToggles, 0x75c01cc85ce87d0aull});
+}
+
+TEST(EffectReferenceOutput, SilenceAndSubnormalPassages) {
+    expectReference({"quiet init", kRate, 512, nullptr, nullptr, 0x98e362281c29a450ull, true});
+    expectReference({"quiet heaviest", kRate, 512, heaviest, nullptr, 0x0a21cdb081a5b125ull, true});
+    expectReference({"quiet parallel", kRate, 333, parallelHeavy, nullptr, 0xb7624e55de29bbb3ull, true});
+    expectReference({"quiet pre stages", kRate, 256, preStagesWithMix, nullptr, 0xf405af9703859795ull, true});
 }
