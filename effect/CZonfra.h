@@ -130,7 +130,8 @@ private:
     Ondra::ParameterProperty* row(int id) const { return parameters.getParameter(id); }
     void resizeDelayLines();
     void applyFilterSettings();
-    void runFilters(Ondra::OndraAudioBlock& audio, int n);
+    void runFilterStage(Ondra::OndraAudioBlock& audio, int n);
+    void runFilters(Ondra::OndraAudioBlock& audio, int n, bool parallel);
     void runDryPhaseChains(int n);
     void setPresetNameText(const char* text);
 

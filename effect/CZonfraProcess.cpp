@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "effect/CZonfra.h"
+#include "effect/FusedFilterStage.h"
 #include "effect/LatencyDelay.h"
 #include "framework/plugin/FloatingPointGuard.h"
 
@@ -60,8 +61,7 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     }
 
     // 12-13: the filters and the dry path's phase twins.
-    runFilters(audio, n);
-    runDryPhaseChains(n);
+    runFilterStage(audio, n);
 
     // 14-17: modulators and the stages after the filters.
     float* io[2] = {out.left, out.right};
@@ -108,10 +108,30 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     }
 }
 
-void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
+void CZonfra::runFilterStage(Ondra::OndraAudioBlock& audio, int n) {
+    // The dry chains follow the all-pass twins of the left filters on both channels.
+    dryPhaseHighL.copyCoefficients(highPassL.allPassStages());
+    dryPhaseHighR.copyCoefficients(highPassL.allPassStages());
+    dryPhaseLowL.copyCoefficients(lowPassL.allPassStages());
+    dryPhaseLowR.copyCoefficients(lowPassL.allPassStages());
+    const bool parallel = filterMode != 0;
+    Ondra::StereoBuffer& out = audio.out[0];
+    // Parallel: the high-pass branch takes the raw input, without input gain or pre stages.
+    if (parallel) secondBuffer.copyFrom(audio.in[0], n);
+    FilterStageParts parts{lowPassL,     lowPassR,      highPassL,    highPassR,     resonanceLow,
+                           resonanceHigh, dryPhaseLowL, dryPhaseLowR, dryPhaseHighL, dryPhaseHighR};
+    const FilterStageBuffers buffers{workBuffer.left,   workBuffer.right, secondBuffer.left,  secondBuffer.right,
+                                     out.left,          out.right,        dryPathBuffer.left, dryPathBuffer.right};
+    if (runFusedFilterStage(parts, parallel, buffers, n)) return;
+    runFilters(audio, n, parallel);
+    runDryPhaseChains(n);
+}
+
+// The filters one by one, for shapes the fused stage does not cover.
+void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n, bool parallel) {
     const auto count = static_cast<unsigned>(n);
     Ondra::StereoBuffer& out = audio.out[0];
-    if (filterMode == 0) {
+    if (!parallel) {
         dryPathBuffer.copyFrom(workBuffer, n);
         lowPassL.process(workBuffer.left, workBuffer.left, count);
         lowPassR.process(workBuffer.right, workBuffer.right, count);
@@ -123,8 +143,6 @@ void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
         workBuffer.copyTo(out.left, out.right, n);
         return;
     }
-    // Parallel: the high-pass branch takes the raw input, without input gain or pre stages.
-    secondBuffer.copyFrom(audio.in[0], n);
     dryPathBuffer.copyFrom(workBuffer, n);
     lowPassL.process(workBuffer.left, workBuffer.left, count);
     lowPassR.process(workBuffer.right, workBuffer.right, count);
@@ -141,10 +159,6 @@ void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
 }
 
 void CZonfra::runDryPhaseChains(int n) {
-    dryPhaseHighL.copyCoefficients(highPassL.allPassStages());
-    dryPhaseHighR.copyCoefficients(highPassL.allPassStages());
-    dryPhaseLowL.copyCoefficients(lowPassL.allPassStages());
-    dryPhaseLowR.copyCoefficients(lowPassL.allPassStages());
     for (int i = 0; i < n; ++i) {
         float left = dryPathBuffer.left[i] + 1e-19f;
         left = dryPhaseLowL.tickRounded(left) + 1e-19f;
