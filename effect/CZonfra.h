@@ -117,6 +117,8 @@ private:
     void clearAfterBypass();
     void clearFilterStates();
     void measureEnvelope(int n);
+    float peakSquare(float gain, int n) const;
+    float bandPeakSquare(float gain, int n);
     void stepLfo(const Ondra::OndraAudioBlock& audio, int n);
     void controlStep();
     void moveCutoff(FilterSide& side, Ondra::IPluginParameter* row, DSP::CSlopeFilter& left,

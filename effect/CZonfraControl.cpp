@@ -2,6 +2,7 @@
 #include <cmath>
 #include <utility>
 
+#include "dsp/filters/StereoStage.h"
 #include "effect/CZonfra.h"
 #include "effect/ModulationMath.h"
 #include "framework/parameters/ParameterCurve.h"
@@ -238,20 +239,53 @@ void CZonfra::applyFilterSettings() {
 
 void CZonfra::measureEnvelope(int n) {
     const float gain = envBoost * (measureBandOn ? 3.548134f : 0.39810717f);
-    const bool band = measureBandOn;
-    float maximum = 0;
-    for (int i = 0; i < n; ++i) {
-        float l = workBuffer.left[i] * gain;
-        float r = workBuffer.right[i] * gain;
-        if (band) measureBand.tick(l, r);
-        maximum = std::max(maximum, std::max(l * l, r * r));
-    }
+    const float maximum = measureBandOn ? bandPeakSquare(gain, n) : peakSquare(gain, n);
     const float x = ModulationMath::envelopeLevel(maximum);
     for (FilterSide* side : {&low, &high}) {
         const float coefficient = x > side->env ? side->envAttack : side->envRelease;
         side->env += (x - side->env) * coefficient + 1e-19f;
         side->envOut = side->env;
     }
+}
+
+// The largest square of the gained samples, as maximum = max(maximum, max(l * l, r * r)) from 0:
+// a NaN square never wins, and a NaN on the left also hides the right. Four samples at a time.
+float CZonfra::peakSquare(float gain, int n) const {
+    const __m128 g = _mm_set1_ps(gain);
+    __m128 peak = _mm_setzero_ps();
+    int i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128 l = _mm_mul_ps(_mm_loadu_ps(workBuffer.left + i), g);
+        const __m128 r = _mm_mul_ps(_mm_loadu_ps(workBuffer.right + i), g);
+        const __m128 louder = _mm_max_ps(_mm_mul_ps(r, r), _mm_mul_ps(l, l));  // l² < r² ? r² : l²
+        peak = _mm_max_ps(louder, peak);
+    }
+    float lanes[4];
+    _mm_storeu_ps(lanes, peak);
+    float maximum = 0;
+    for (float lane : lanes) maximum = std::max(maximum, lane);
+    for (; i < n; ++i) {
+        const float l = workBuffer.left[i] * gain;
+        const float r = workBuffer.right[i] * gain;
+        maximum = std::max(maximum, std::max(l * l, r * r));
+    }
+    return maximum;
+}
+
+// The same through the measure band, both channels in the lanes of one section.
+float CZonfra::bandPeakSquare(float gain, int n) {
+    DSP::StereoStage band;
+    band.load(measureBand);
+    __m128 maximum = _mm_setzero_ps();
+    for (int i = 0; i < n; ++i) {
+        const __m128d in = DSP::Lanes::fromFloats(workBuffer.left[i] * gain, workBuffer.right[i] * gain);
+        const __m128 out = DSP::Lanes::toFloats(band.peak(in, static_cast<unsigned>(i)));
+        const __m128 square = _mm_mul_ps(out, out);
+        const __m128 louder = _mm_max_ss(_mm_shuffle_ps(square, square, 1), square);
+        maximum = _mm_max_ss(louder, maximum);
+    }
+    band.save(measureBand, n - 1);
+    return _mm_cvtss_f32(maximum);
 }
 
 void CZonfra::stepLfo(const Ondra::OndraAudioBlock& audio, int n) {
@@ -274,15 +308,19 @@ void CZonfra::stepLfo(const Ondra::OndraAudioBlock& audio, int n) {
         lfoTempo = tempo;
         lfo.setTempo(tempo);
     }
+    // The counter restarts the LFO at the sample where it reads 0, then rests at -1.
     double sum = 0;
-    for (int i = 0; i < n; ++i) {
-        if (lfoCounter == 0) {
-            lfo.restart();
-            lastLfoRestart = audio.samplePos + i;
-        }
-        if (lfoCounter >= 0) --lfoCounter;
-        sum += lfo.tick();
+    int start = 0;
+    if (lfoCounter >= 0 && lfoCounter < n) {
+        sum = lfo.accumulate(sum, lfoCounter);
+        lfo.restart();
+        lastLfoRestart = audio.samplePos + lfoCounter;
+        start = lfoCounter;
+        lfoCounter = -1;
+    } else if (lfoCounter >= n) {
+        lfoCounter -= n;
     }
+    sum = lfo.accumulate(sum, n - start);
     lfoMean = n > 0 ? static_cast<float>(sum / n) : 0.0f;
 }
 

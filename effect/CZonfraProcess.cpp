@@ -1,19 +1,30 @@
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
+#include "dsp/memory/BlockScan.h"
 #include "effect/CZonfra.h"
 #include "effect/FusedFilterStage.h"
 #include "effect/LatencyDelay.h"
 #include "framework/plugin/FloatingPointGuard.h"
 
 namespace {
-// Crossfades `wet` toward `other` with a per-sample smoothed amount `k`.
+bool sameBits(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
+
+// Crossfades `wet` toward `other` with a per-sample smoothed amount `k`. Once the smoothing
+// stands still (the next value is the present one, to the bit) the rest is a plain crossfade.
 void mixToward(float* wetL, float* wetR, const float* otherL, const float* otherR, float& k, float target, int n) {
-    for (int i = 0; i < n; ++i) {
-        k = static_cast<float>(static_cast<double>(k) + 1e-24 + (static_cast<double>(target) - k) * 0.005);
+    int i = 0;
+    for (; i < n; ++i) {
+        const float next = static_cast<float>(static_cast<double>(k) + 1e-24 + (static_cast<double>(target) - k) * 0.005);
+        if (sameBits(next, k)) break;
+        k = next;
         wetL[i] += (otherL[i] - wetL[i]) * k;
         wetR[i] += (otherR[i] - wetR[i]) * k;
     }
+    DSP::Block::crossfade(wetL + i, otherL + i, n - i, k);
+    DSP::Block::crossfade(wetR + i, otherR + i, n - i, k);
 }
 
 void raisePeak(const float* samples, int n, float& peak) {
@@ -68,12 +79,7 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     ringMod.processInPlace(io, static_cast<unsigned>(n));
     // At rest the modulator is a one-sample delay that would put the wet path behind the reported
     // latency; it keeps listening so that its history is current when it starts to sweep.
-    if (freqMod.isActive()) {
-        for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &out.left[i], &out.right[i]);
-    } else {
-        float discardL, discardR;
-        for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &discardL, &discardR);
-    }
+    freqMod.processBlock(out.left, out.right, n, freqMod.isActive());
     if (distortionPost) distortion.process(out, static_cast<unsigned>(n));
     if (rateReductionPost) rateReducer.process(out, static_cast<unsigned>(n));
 

@@ -4,6 +4,9 @@
 #include "dsp/filters/CBiquadCascade.h"
 #include "dsp/filters/CPeakBiquad.h"
 
+// The per-sample steps must inline into the loops of the block kernels, also the rarely run ones.
+#define ZONFRA_LANE_INLINE inline __attribute__((always_inline))
+
 namespace DSP {
 
 // Left and right channel in the two lanes of one SSE2 register. Every lane operation is the
@@ -82,7 +85,7 @@ struct alignas(16) StereoStage {
     }
 
     // CBiquadCascade::tick for one stage: x b0 - a1 y1 - a2 y2 + b1 x1 + b2 x2.
-    __m128d cascade(__m128d in, unsigned m) {
+    ZONFRA_LANE_INLINE __m128d cascade(__m128d in, unsigned m) {
         const unsigned q = m & 1, p = q ^ 1;
         __m128d v = _mm_mul_pd(in, b0);
         v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
@@ -94,7 +97,7 @@ struct alignas(16) StereoStage {
         return v;
     }
     // CBiquadCascade::tickRounded for one stage: the same sum, rounded to float.
-    __m128d rounded(__m128d in, unsigned m) {
+    ZONFRA_LANE_INLINE __m128d rounded(__m128d in, unsigned m) {
         const unsigned q = m & 1, p = q ^ 1;
         __m128d v = _mm_mul_pd(in, b0);
         v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
@@ -107,7 +110,7 @@ struct alignas(16) StereoStage {
         return v;
     }
     // CPeakBiquad: b0 x + 1e-18 + b1 x1 + b2 x2 - a1 y1 - a2 y2.
-    __m128d peak(__m128d in, unsigned m) {
+    ZONFRA_LANE_INLINE __m128d peak(__m128d in, unsigned m) {
         const unsigned q = m & 1, p = q ^ 1;
         __m128d v = _mm_mul_pd(b0, in);
         v = _mm_add_pd(v, _mm_set1_pd(1e-18));
@@ -120,7 +123,7 @@ struct alignas(16) StereoStage {
         return v;
     }
     // Output for sample m, once processed.
-    __m128d out(unsigned m) const { return y[m & 1]; }
+    ZONFRA_LANE_INLINE __m128d out(unsigned m) const { return y[m & 1]; }
 };
 
 }  // namespace DSP

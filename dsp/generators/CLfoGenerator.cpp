@@ -273,4 +273,43 @@ double CLfoGenerator::tickSquare(CLfoGenerator& g) {
 
 double CLfoGenerator::tickSilent(CLfoGenerator&) { return 0.0; }
 
+template <CLfoGenerator::TickFunction Tick>
+double CLfoGenerator::accumulateWith(CLfoGenerator& g, double sum, int count) {
+    for (int i = 0; i < count; ++i) sum += Tick(g);
+    return sum;
+}
+
+template <CLfoGenerator::TickFunction Tick>
+void CLfoGenerator::fillWith(CLfoGenerator& g, double* __restrict out, int count) {
+    for (int i = 0; i < count; ++i) out[i] = Tick(g);
+}
+
+// The same ticks as tick(), with the waveform's step inlined into the loop.
+double CLfoGenerator::accumulate(double sum, int count) {
+    const TickFunction f = tickFunction;
+    if (f == &tickSine) return accumulateWith<&tickSine>(*this, sum, count);
+    if (f == &tickTriangle) return accumulateWith<&tickTriangle>(*this, sum, count);
+    if (f == &tickSaw) return accumulateWith<&tickSaw>(*this, sum, count);
+    if (f == &tickSineOctave) return accumulateWith<&tickSineOctave>(*this, sum, count);
+    if (f == &tickHalfDampedSine) return accumulateWith<&tickHalfDampedSine>(*this, sum, count);
+    if (f == &tickRandomSteps) return accumulateWith<&tickRandomSteps>(*this, sum, count);
+    if (f == &tickRandomRamps) return accumulateWith<&tickRandomRamps>(*this, sum, count);
+    if (f == &tickSquare) return accumulateWith<&tickSquare>(*this, sum, count);
+    for (int i = 0; i < count; ++i) sum += f(*this);
+    return sum;
+}
+
+void CLfoGenerator::fill(double* out, int count) {
+    const TickFunction f = tickFunction;
+    if (f == &tickSine) return fillWith<&tickSine>(*this, out, count);
+    if (f == &tickTriangle) return fillWith<&tickTriangle>(*this, out, count);
+    if (f == &tickSaw) return fillWith<&tickSaw>(*this, out, count);
+    if (f == &tickSineOctave) return fillWith<&tickSineOctave>(*this, out, count);
+    if (f == &tickHalfDampedSine) return fillWith<&tickHalfDampedSine>(*this, out, count);
+    if (f == &tickRandomSteps) return fillWith<&tickRandomSteps>(*this, out, count);
+    if (f == &tickRandomRamps) return fillWith<&tickRandomRamps>(*this, out, count);
+    if (f == &tickSquare) return fillWith<&tickSquare>(*this, out, count);
+    for (int i = 0; i < count; ++i) out[i] = f(*this);
+}
+
 }  // namespace DSP

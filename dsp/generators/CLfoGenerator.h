@@ -29,6 +29,10 @@ public:
     void restart();
     void restartIfSynced();
     double tick() { return tickFunction(*this); }
+    // sum plus the next `count` ticks, added one by one in order; the waveform is chosen once.
+    double accumulate(double sum, int count);
+    // The next `count` ticks.
+    void fill(double* out, int count);
 
     // Frequency of a note value (index 1..24: straight, triplet, dotted) at a tempo.
     static double tempoToHertz(int index, double bpm);
@@ -54,6 +58,10 @@ private:
     static double tickRandomRamps(CLfoGenerator& g);
     static double tickSquare(CLfoGenerator& g);
     static double tickSilent(CLfoGenerator& g);
+    template <TickFunction Tick>
+    static double accumulateWith(CLfoGenerator& g, double sum, int count);
+    template <TickFunction Tick>
+    static void fillWith(CLfoGenerator& g, double* __restrict out, int count);
 
     void updateStep();
     void updateReset();
