@@ -12,6 +12,7 @@
 #include "dsp/filters/CSlopeFilter.h"
 #include "dsp/generators/CLfoGenerator.h"
 #include "effect/CGainRamp.h"
+#include "effect/MixSmoother.h"
 #include "framework/plugin/OndraPluginInfo.h"
 #include "effect/ISamplerEffect.h"
 #include "effect/ZonfraParameters.h"
@@ -158,6 +159,7 @@ private:
     Ondra::Relaxed<bool> limiterOn{true}, globalLimiterOn{true};
     Ondra::Relaxed<float> mixTarget{1.0f};
     float mixCurrent = 1.0f;
+    MixSmoother mixSmoother;
     float bypassFade = 1.0f, bypassFadeStep = 0.0f;
     Ondra::Relaxed<bool> bypassSettled{true};
     float peakHoldL = 0, peakHoldR = 0;

@@ -272,19 +272,42 @@ float CZonfra::peakSquare(float gain, int n) const {
     return maximum;
 }
 
-// The same through the measure band, both channels in the lanes of one section.
+// The same through the measure band, both channels in the lanes of one section whose state
+// stays in registers.
 float CZonfra::bandPeakSquare(float gain, int n) {
-    DSP::StereoStage band;
-    band.load(measureBand);
+    const __m128d b0 = _mm_set1_pd(measureBand.b0), b1 = _mm_set1_pd(measureBand.b1);
+    const __m128d b2 = _mm_set1_pd(measureBand.b2), a1 = _mm_set1_pd(measureBand.a1);
+    const __m128d a2 = _mm_set1_pd(measureBand.a2), offset = _mm_set1_pd(1e-18);
+    __m128d x1 = DSP::Lanes::pair(measureBand.x1L, measureBand.x1R);
+    __m128d x2 = DSP::Lanes::pair(measureBand.x2L, measureBand.x2R);
+    __m128d y1 = DSP::Lanes::pair(measureBand.y1L, measureBand.y1R);
+    __m128d y2 = DSP::Lanes::pair(measureBand.y2L, measureBand.y2R);
     __m128 maximum = _mm_setzero_ps();
     for (int i = 0; i < n; ++i) {
         const __m128d in = DSP::Lanes::fromFloats(workBuffer.left[i] * gain, workBuffer.right[i] * gain);
-        const __m128 out = DSP::Lanes::toFloats(band.peak(in, static_cast<unsigned>(i)));
+        // As CPeakBiquad::tick: b0 x + 1e-18 + b1 x1 + b2 x2 - a1 y1 - a2 y2.
+        __m128d y = _mm_add_pd(_mm_mul_pd(b0, in), offset);
+        y = _mm_add_pd(y, _mm_mul_pd(b1, x1));
+        y = _mm_add_pd(y, _mm_mul_pd(b2, x2));
+        y = _mm_sub_pd(y, _mm_mul_pd(a1, y1));
+        y = _mm_sub_pd(y, _mm_mul_pd(a2, y2));
+        x2 = x1;
+        x1 = in;
+        y2 = y1;
+        y1 = y;
+        const __m128 out = DSP::Lanes::toFloats(y);
         const __m128 square = _mm_mul_ps(out, out);
-        const __m128 louder = _mm_max_ss(_mm_shuffle_ps(square, square, 1), square);
+        const __m128 louder = _mm_max_ss(_mm_shuffle_ps(square, square, 1), square);  // l² < r² ? r² : l²
         maximum = _mm_max_ss(louder, maximum);
     }
-    band.save(measureBand, n - 1);
+    measureBand.x1L = DSP::Lanes::left(x1);
+    measureBand.x1R = DSP::Lanes::right(x1);
+    measureBand.x2L = DSP::Lanes::left(x2);
+    measureBand.x2R = DSP::Lanes::right(x2);
+    measureBand.y1L = DSP::Lanes::left(y1);
+    measureBand.y1R = DSP::Lanes::right(y1);
+    measureBand.y2L = DSP::Lanes::left(y2);
+    measureBand.y2R = DSP::Lanes::right(y2);
     return _mm_cvtss_f32(maximum);
 }
 

@@ -1,32 +1,12 @@
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdint>
 
-#include "dsp/memory/BlockScan.h"
 #include "effect/CZonfra.h"
 #include "effect/FusedFilterStage.h"
 #include "effect/LatencyDelay.h"
 #include "framework/plugin/FloatingPointGuard.h"
 
 namespace {
-bool sameBits(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
-
-// Crossfades `wet` toward `other` with a per-sample smoothed amount `k`. Once the smoothing
-// stands still (the next value is the present one, to the bit) the rest is a plain crossfade.
-void mixToward(float* wetL, float* wetR, const float* otherL, const float* otherR, float& k, float target, int n) {
-    int i = 0;
-    for (; i < n; ++i) {
-        const float next = static_cast<float>(static_cast<double>(k) + 1e-24 + (static_cast<double>(target) - k) * 0.005);
-        if (sameBits(next, k)) break;
-        k = next;
-        wetL[i] += (otherL[i] - wetL[i]) * k;
-        wetR[i] += (otherR[i] - wetR[i]) * k;
-    }
-    DSP::Block::crossfade(wetL + i, otherL + i, n - i, k);
-    DSP::Block::crossfade(wetR + i, otherR + i, n - i, k);
-}
-
 void raisePeak(const float* samples, int n, float& peak) {
     for (int i = 0; i < n; ++i) peak = std::max(peak, std::fabs(samples[i]));
 }
@@ -68,7 +48,7 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     const float mix = mixTarget;
     if (mix != 1.0f && (distortionBefore || reductionBefore)) {
         float k = 1.0f - mixCurrent;
-        mixToward(workBuffer.left, workBuffer.right, in.left, in.right, k, 1.0f - mix, n);
+        mixSmoother.apply(workBuffer.left, workBuffer.right, in.left, in.right, k, 1.0f - mix, n);
     }
 
     // 12-13: the filters and the dry path's phase twins.
@@ -93,7 +73,7 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     // 20-21: dry/wet against the equally late dry path.
     delayInPlace(dryPathDelay, delayScratch, dryPathBuffer.left, dryPathBuffer.right, n);
     float k = 1.0f - mixCurrent;
-    mixToward(out.left, out.right, dryPathBuffer.left, dryPathBuffer.right, k, 1.0f - mix, n);
+    mixSmoother.apply(out.left, out.right, dryPathBuffer.left, dryPathBuffer.right, k, 1.0f - mix, n);
     mixCurrent = 1.0f - k;
 
     // 22: the bypass fade.

@@ -67,121 +67,138 @@ struct Pipeline {
         resonanceHigh.save(p.resonanceHigh, last);
     }
 
-    // One iteration. In the ramp-up and run-out iterations (Masked) the sections whose sample lies
+    // One iteration; P is the parity of i, so that the parity of every section's sample is known
+    // when compiling. In the ramp-up and run-out iterations (Masked) the sections whose sample lies
     // outside the chunk stand still.
-    template <bool Masked>
+    template <bool Masked, unsigned P>
     inline void iterate(int i, int n, const FilterStageBuffers& io) {
         auto active = [i, n](int depth) { return !Masked || (i >= depth && i < n + depth); };
+        auto parity = [](int depth) { return (P ^ static_cast<unsigned>(depth)) & 1u; };
 
 #pragma GCC unroll 8
         for (int k = 0; k < KL; ++k) {
             const int d = kLowBase + k;
             if (!active(d)) continue;
-            const unsigned m = static_cast<unsigned>(i - d);
-            const __m128d in = k == 0 ? withOffset(Lanes::load(io.lowInL, io.lowInR, static_cast<int>(m)))
-                                      : lowA[k - 1].out(m);
-            lowA[k].cascade(in, m);
+            const unsigned q = parity(d);
+            const __m128d in = k == 0 ? withOffset(Lanes::load(io.lowInL, io.lowInR, i - d)) : lowA[k - 1].out(q);
+            lowA[k].cascade(in, q);
         }
 #pragma GCC unroll 8
         for (int k = 0; k < KL; ++k) {
             const int d = kLowBase + KL + k;
             if (!active(d)) continue;
-            const unsigned m = static_cast<unsigned>(i - d);
-            const __m128d in = k == 0 ? withOffset(lowA[KL - 1].out(m)) : lowB[k - 1].out(m);
-            lowB[k].cascade(in, m);
+            const unsigned q = parity(d);
+            const __m128d in = k == 0 ? withOffset(lowA[KL - 1].out(q)) : lowB[k - 1].out(q);
+            lowB[k].cascade(in, q);
         }
 
         if constexpr (Parallel) {
             if (active(kHighBase)) {
-                const unsigned m = static_cast<unsigned>(i - kHighBase);
-                highA[0].cascade(withOffset(Lanes::load(io.highInL, io.highInR, static_cast<int>(m))), m);
+                const unsigned q = parity(kHighBase);
+                highA[0].cascade(withOffset(Lanes::load(io.highInL, io.highInR, i - kHighBase)), q);
             }
         } else {
             // The high-pass takes the rounded low-pass output; its all-pass branch starts KH later.
             if (active(kHighBase)) {
-                const unsigned m = static_cast<unsigned>(i - kHighBase);
-                const __m128d s = Lanes::rounded(lowB[KL - 1].out(m));
-                highA[0].cascade(withOffset(s), m);
-                delay[0][m & 1] = Lanes::rounded(withOffset(s));
+                const unsigned q = parity(kHighBase);
+                const __m128d s = Lanes::rounded(lowB[KL - 1].out(q));
+                highA[0].cascade(withOffset(s), q);
+                delay[0][q] = Lanes::rounded(withOffset(s));
             }
 #pragma GCC unroll 8
             for (int k = 1; k < KH; ++k) {
                 const int d = kHighBase + k;
                 if (!active(d)) continue;
-                const unsigned m = static_cast<unsigned>(i - d);
-                delay[k][m & 1] = delay[k - 1][m & 1];
+                const unsigned q = parity(d);
+                delay[k][q] = delay[k - 1][q];
             }
 #pragma GCC unroll 8
             for (int k = 0; k < KH; ++k) {
                 const int d = kAllPassBase + k;
                 if (!active(d)) continue;
-                const unsigned m = static_cast<unsigned>(i - d);
-                allPass[k].rounded(k == 0 ? delay[KH - 1][m & 1] : allPass[k - 1].out(m), m);
+                const unsigned q = parity(d);
+                allPass[k].rounded(k == 0 ? delay[KH - 1][q] : allPass[k - 1].out(q), q);
             }
         }
 #pragma GCC unroll 8
         for (int k = 1; k < KH; ++k) {
             const int d = kHighBase + k;
             if (!active(d)) continue;
-            const unsigned m = static_cast<unsigned>(i - d);
-            highA[k].cascade(highA[k - 1].out(m), m);
+            const unsigned q = parity(d);
+            highA[k].cascade(highA[k - 1].out(q), q);
         }
 #pragma GCC unroll 8
         for (int k = 0; k < KH; ++k) {
             const int d = kHighBase + KH + k;
             if (!active(d)) continue;
-            const unsigned m = static_cast<unsigned>(i - d);
-            highB[k].cascade(k == 0 ? withOffset(highA[KH - 1].out(m)) : highB[k - 1].out(m), m);
+            const unsigned q = parity(d);
+            highB[k].cascade(k == 0 ? withOffset(highA[KH - 1].out(q)) : highB[k - 1].out(q), q);
         }
 
         if (active(kResonance)) {
-            const unsigned m = static_cast<unsigned>(i - kResonance);
+            const unsigned q = parity(kResonance);
+            const int m = i - kResonance;
             if constexpr (Parallel) {
-                const __m128d low = resonanceLow.peak(Lanes::rounded(lowB[KL - 1].out(m)), m);
-                const __m128d high = resonanceHigh.peak(Lanes::rounded(highB[KH - 1].out(m)), m);
-                Lanes::store(_mm_add_ps(Lanes::toFloats(low), Lanes::toFloats(high)), io.outL, io.outR,
-                             static_cast<int>(m));
+                const __m128d low = resonanceLow.peak(Lanes::rounded(lowB[KL - 1].out(q)), q);
+                const __m128d high = resonanceHigh.peak(Lanes::rounded(highB[KH - 1].out(q)), q);
+                Lanes::store(_mm_add_ps(Lanes::toFloats(low), Lanes::toFloats(high)), io.outL, io.outR, m);
             } else {
                 const __m128 difference =
-                    _mm_sub_ps(Lanes::toFloats(allPass[KH - 1].out(m)), Lanes::toFloats(highB[KH - 1].out(m)));
-                resonanceLow.peak(_mm_cvtps_pd(difference), m);
+                    _mm_sub_ps(Lanes::toFloats(allPass[KH - 1].out(q)), Lanes::toFloats(highB[KH - 1].out(q)));
+                resonanceLow.peak(_mm_cvtps_pd(difference), q);
             }
         }
         if constexpr (!Parallel) {
             if (active(kResonance + 1)) {
-                const unsigned m = static_cast<unsigned>(i - (kResonance + 1));
-                const __m128d y = resonanceHigh.peak(Lanes::rounded(resonanceLow.out(m)), m);
-                Lanes::store(y, io.outL, io.outR, static_cast<int>(m));
+                const unsigned q = parity(kResonance + 1);
+                const __m128d y = resonanceHigh.peak(Lanes::rounded(resonanceLow.out(q)), q);
+                Lanes::store(y, io.outL, io.outR, i - (kResonance + 1));
             }
         }
 
 #pragma GCC unroll 8
         for (int k = 0; k < KL; ++k) {
             if (!active(k)) continue;
-            const unsigned m = static_cast<unsigned>(i - k);
+            const unsigned q = parity(k);
+            const int m = i - k;
             const __m128d in =
-                k == 0 ? withFloatOffset(_mm_setr_ps(io.lowInL[m], io.lowInR[m], 0.0f, 0.0f)) : dryLow[k - 1].out(m);
-            dryLow[k].rounded(in, m);
+                k == 0 ? withFloatOffset(_mm_setr_ps(io.lowInL[m], io.lowInR[m], 0.0f, 0.0f)) : dryLow[k - 1].out(q);
+            dryLow[k].rounded(in, q);
         }
 #pragma GCC unroll 8
         for (int k = 0; k < KH; ++k) {
             const int d = KL + k;
             if (!active(d)) continue;
-            const unsigned m = static_cast<unsigned>(i - d);
-            const __m128d in = k == 0 ? withFloatOffset(Lanes::toFloats(dryLow[KL - 1].out(m))) : dryHigh[k - 1].out(m);
-            const __m128d y = dryHigh[k].rounded(in, m);
-            if (k == KH - 1) Lanes::store(y, io.dryL, io.dryR, static_cast<int>(m));
+            const unsigned q = parity(d);
+            const __m128d in = k == 0 ? withFloatOffset(Lanes::toFloats(dryLow[KL - 1].out(q))) : dryHigh[k - 1].out(q);
+            const __m128d y = dryHigh[k].rounded(in, q);
+            if (k == KH - 1) Lanes::store(y, io.dryL, io.dryR, i - d);
+        }
+    }
+
+    void masked(int from, int to, int n, const FilterStageBuffers& io) {
+        for (int i = from; i < to; ++i) {
+            if (i & 1)
+                iterate<true, 1>(i, n, io);
+            else
+                iterate<true, 0>(i, n, io);
         }
     }
 
     void run(FilterStageParts& parts, const FilterStageBuffers& io, int n) {
         load(parts);
         if (n > kDepth) {
-            for (int i = 0; i < kDepth; ++i) iterate<true>(i, n, io);
-            for (int i = kDepth; i < n; ++i) iterate<false>(i, n, io);
-            for (int i = n; i < n + kDepth; ++i) iterate<true>(i, n, io);
+            masked(0, kDepth, n, io);
+            int i = kDepth;
+            if (i & 1) iterate<false, 1>(i++, n, io);
+            for (; i + 1 < n; i += 2) {
+                iterate<false, 0>(i, n, io);
+                iterate<false, 1>(i + 1, n, io);
+            }
+            if (i < n) iterate<false, 0>(i, n, io);
+            masked(n, n + kDepth, n, io);
         } else {
-            for (int i = 0; i < n + kDepth; ++i) iterate<true>(i, n, io);
+            masked(0, n + kDepth, n, io);
         }
         save(parts, n - 1);
     }

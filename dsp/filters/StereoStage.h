@@ -29,9 +29,9 @@ inline double right(__m128d v) { return _mm_cvtsd_f64(_mm_unpackhi_pd(v, v)); }
 
 // One second-order section for both channels, in the three arithmetic forms of the filter
 // classes. The state lives in two slots per history value that swap roles with the parity of the
-// sample: processing sample m reads slot (m + 1) & 1 as the one-sample-old value and slot m & 1 as
-// the two-sample-old one, and overwrites the latter. So a section's latest output for sample m is
-// y[m & 1], which later sections of a skewed pipeline can read while this one moves on.
+// sample: processing sample m (parity q = m & 1) reads slot q ^ 1 as the one-sample-old value and
+// slot q as the two-sample-old one, and overwrites the latter. So a section's latest output for
+// sample m is y[q], which later sections of a skewed pipeline can read while this one moves on.
 struct alignas(16) StereoStage {
     __m128d b0, b1, b2, a1, a2;
     __m128d x[2], y[2];
@@ -85,8 +85,8 @@ struct alignas(16) StereoStage {
     }
 
     // CBiquadCascade::tick for one stage: x b0 - a1 y1 - a2 y2 + b1 x1 + b2 x2.
-    ZONFRA_LANE_INLINE __m128d cascade(__m128d in, unsigned m) {
-        const unsigned q = m & 1, p = q ^ 1;
+    ZONFRA_LANE_INLINE __m128d cascade(__m128d in, unsigned q) {
+        const unsigned p = q ^ 1;
         __m128d v = _mm_mul_pd(in, b0);
         v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
         v = _mm_sub_pd(v, _mm_mul_pd(a2, y[q]));
@@ -97,8 +97,8 @@ struct alignas(16) StereoStage {
         return v;
     }
     // CBiquadCascade::tickRounded for one stage: the same sum, rounded to float.
-    ZONFRA_LANE_INLINE __m128d rounded(__m128d in, unsigned m) {
-        const unsigned q = m & 1, p = q ^ 1;
+    ZONFRA_LANE_INLINE __m128d rounded(__m128d in, unsigned q) {
+        const unsigned p = q ^ 1;
         __m128d v = _mm_mul_pd(in, b0);
         v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
         v = _mm_sub_pd(v, _mm_mul_pd(a2, y[q]));
@@ -110,8 +110,8 @@ struct alignas(16) StereoStage {
         return v;
     }
     // CPeakBiquad: b0 x + 1e-18 + b1 x1 + b2 x2 - a1 y1 - a2 y2.
-    ZONFRA_LANE_INLINE __m128d peak(__m128d in, unsigned m) {
-        const unsigned q = m & 1, p = q ^ 1;
+    ZONFRA_LANE_INLINE __m128d peak(__m128d in, unsigned q) {
+        const unsigned p = q ^ 1;
         __m128d v = _mm_mul_pd(b0, in);
         v = _mm_add_pd(v, _mm_set1_pd(1e-18));
         v = _mm_add_pd(v, _mm_mul_pd(b1, x[p]));
@@ -122,8 +122,8 @@ struct alignas(16) StereoStage {
         y[q] = v;
         return v;
     }
-    // Output for sample m, once processed.
-    ZONFRA_LANE_INLINE __m128d out(unsigned m) const { return y[m & 1]; }
+    // Output for a sample of parity q, once processed.
+    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return y[q]; }
 };
 
 }  // namespace DSP

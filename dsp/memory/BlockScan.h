@@ -62,15 +62,14 @@ inline void minMax(const float* x, int n, float& minimum, float& maximum) {
     maximum = resultHigh;
 }
 
-// wet[i] += (other[i] - wet[i]) * k.
-inline void crossfade(float* wet, const float* other, int n, float k) {
-    const __m128 amount = _mm_set1_ps(k);
+// wet[i] += (other[i] - wet[i]) * k[i].
+inline void crossfade(float* wet, const float* other, int n, const float* k) {
     int i = 0;
     for (; i + 4 <= n; i += 4) {
         const __m128 w = _mm_loadu_ps(wet + i);
-        _mm_storeu_ps(wet + i, _mm_add_ps(w, _mm_mul_ps(_mm_sub_ps(_mm_loadu_ps(other + i), w), amount)));
+        _mm_storeu_ps(wet + i, _mm_add_ps(w, _mm_mul_ps(_mm_sub_ps(_mm_loadu_ps(other + i), w), _mm_loadu_ps(k + i))));
     }
-    for (; i < n; ++i) wet[i] += (other[i] - wet[i]) * k;
+    for (; i < n; ++i) wet[i] += (other[i] - wet[i]) * k[i];
 }
 
 }  // namespace DSP::Block
