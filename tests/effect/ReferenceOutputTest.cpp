@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "EffectHarness.h"
+#include "support/HeaviestSettings.h"
 
 namespace {
 
@@ -52,34 +53,10 @@ void testSignal(float rate, size_t frames, std::vector<float>& left, std::vector
     }
 }
 
-// Everything on at once: the steepest slopes in series, both cutoffs moved by envelope and LFO,
-// both modulators, distortion and rate reduction, the limiter with automatic release.
+// The heaviest settings with a hot input, so that the limiter works on most of the signal.
 void heaviest(EffectHarness& h) {
+    TestSupport::applyHeaviestSettings(*h.effect);
     h.set(kInputGain, 1.6f);
-    h.set(kLowPassSlope, 4);
-    h.set(kHighPassSlope, 4);
-    h.set(kLowPassFreq, 2500);
-    h.set(kHighPassFreq, 300);
-    h.set(kLowPassQ, 0.6f);
-    h.set(kHighPassQ, 0.4f);
-    h.set(kLpStrength, 0.7f);
-    h.set(kHpStrength, -0.5f);
-    h.set(kLpStrengthLfo, 1.5f);
-    h.set(kHpStrengthLfo, -1.0f);
-    h.set(kLfoSync, 0);
-    h.set(kLfoRate, 2.0f);
-    h.set(kMeasurePoint, 2000);
-    h.set(kRingModStrength, 0.5f);
-    h.set(kRingModFreq, 800);
-    h.set(kFreqModStrength, 0.5f);
-    h.set(kFreqModFreq, 5);
-    h.set(kDistLevel, 0.6f);
-    h.set(kDistPrePost, 0);
-    h.set(kRateReduceLevel, 0.6f);
-    h.set(kRatePrePost, 1);
-    h.set(kLimiterBypass, 1);
-    h.set(kLimitRelease, 1);
-    h.set(kDryWetMix, 0.8f);
 }
 
 // Passages of true silence, of signals far below the float resolution of the loud parts and of
