@@ -359,7 +359,7 @@ void CZonfra::moveCutoff(FilterSide& side, Ondra::IPluginParameter* rowParameter
         side.cutoff = ModulationMath::glideStep(side.cutoff, side.modulated, side.appliedSlopeDb, inertia);
         left.setCutoff(side.cutoff);
         right.setCutoff(side.cutoff);
-        resonanceStage.setFrequency(std::min(side.cutoff, 18000.0f));
+        resonanceStage.storeFrequency(std::min(side.cutoff, 18000.0f));  // designed below
     }
     side.resonance += (side.resonanceParam - side.resonance) * 0.105f + 1e-19f;
     const ModulationMath::ResonanceShape shape =

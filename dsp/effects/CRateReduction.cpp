@@ -1,5 +1,7 @@
 #include "dsp/effects/CRateReduction.h"
 
+#include <emmintrin.h>
+
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -69,20 +71,16 @@ void CRateReduction::process(const Ondra::StereoBuffer& io, unsigned count) {
         }
         return;
     }
+    if (quantise) {
+        quantiseBlock(io.left, n);
+        quantiseBlock(io.right, n);
+    }
     float holdL = heldLeft, holdR = heldRight;
-    const float scale = levels, inverse = inverseLevels;
     for (int i = 0; i < n; ++i) {
-        float l = io.left[i];
-        float r = io.right[i];
-        if (quantise) {
-            // Truncation toward zero: no offset between positive and negative values.
-            l = (l > 0 ? floorOf(l * scale) : ceilOf(l * scale)) * inverse;
-            r = (r > 0 ? floorOf(r * scale) : ceilOf(r * scale)) * inverse;
-        }
         p += step;
         if (p >= 1.0f) {
-            holdL = l;
-            holdR = r;
+            holdL = io.left[i];
+            holdR = io.right[i];
             p -= floorOf(p);
         }
         io.left[i] = holdL;
@@ -91,6 +89,30 @@ void CRateReduction::process(const Ondra::StereoBuffer& io, unsigned count) {
     heldLeft = holdL;
     heldRight = holdR;
     phase = p;
+}
+
+// x = (x > 0 ? floor(x * levels) : ceil(x * levels)) * inverseLevels, four samples at a time:
+// truncation, a step toward the rounding direction where it cut the wrong way, the sign of zero
+// kept, and the value itself where it is whole already (or not a number).
+void CRateReduction::quantiseBlock(float* x, int n) const {
+    const __m128 scale = _mm_set1_ps(levels), inverse = _mm_set1_ps(inverseLevels);
+    const __m128 one = _mm_set1_ps(1.0f), integral = _mm_set1_ps(kIntegral), zero = _mm_setzero_ps();
+    const __m128 sign = _mm_set1_ps(-0.0f);
+    int i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128 x4 = _mm_loadu_ps(x + i);
+        const __m128 v = _mm_mul_ps(x4, scale);
+        const __m128 t = _mm_cvtepi32_ps(_mm_cvttps_epi32(v));
+        const __m128 down = _mm_sub_ps(t, _mm_and_ps(_mm_cmpgt_ps(t, v), one));  // floor
+        const __m128 up = _mm_add_ps(t, _mm_and_ps(_mm_cmplt_ps(t, v), one));    // ceil
+        const __m128 positive = _mm_cmpgt_ps(x4, zero);
+        __m128 r = _mm_or_ps(_mm_and_ps(positive, down), _mm_andnot_ps(positive, up));
+        r = _mm_or_ps(_mm_andnot_ps(sign, r), _mm_and_ps(sign, v));
+        const __m128 small = _mm_cmplt_ps(_mm_andnot_ps(sign, v), integral);
+        r = _mm_or_ps(_mm_and_ps(small, r), _mm_andnot_ps(small, v));
+        _mm_storeu_ps(x + i, _mm_mul_ps(r, inverse));
+    }
+    for (; i < n; ++i) x[i] = (x[i] > 0 ? floorOf(x[i] * levels) : ceilOf(x[i] * levels)) * inverseLevels;
 }
 
 }  // namespace DSP::FX

@@ -72,6 +72,7 @@ private:
     int maxOrder;
     int order;
     unsigned type = 0;
+    int selectedBin = -1;  // the bin whose coefficients the cascades hold, -1 after a cache clear
     std::unique_ptr<CacheEntry[]> cache;
 };
 
