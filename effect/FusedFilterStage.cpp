@@ -16,163 +16,195 @@ namespace Lanes = DSP::Lanes;
 inline __m128d withOffset(__m128d v) { return _mm_add_pd(v, _mm_set1_pd(1e-19)); }
 inline __m128d withFloatOffset(__m128 v) { return _mm_cvtps_pd(_mm_add_ps(v, _mm_set1_ps(1e-19f))); }
 
-// A skewed pipeline: a section at depth d works on sample i - d in iteration i, and reads its
-// input from the output its predecessor (depth d - 1) produced for that sample one iteration
-// before. Inside one iteration nothing depends on anything else.
+// G consecutive stages of one cascade for both channels, run through in order for one sample.
+template <int G>
+struct Part {
+    StereoStage stage[G];
+
+    void load(const DSP::CBiquadCascade& left, const DSP::CBiquadCascade& right, int first) {
+        for (int k = 0; k < G; ++k) stage[k].load(left, right, first + k);
+    }
+    void save(DSP::CBiquadCascade& left, DSP::CBiquadCascade& right, int first, int last) const {
+        for (int k = 0; k < G; ++k) stage[k].save(left, right, first + k, last);
+    }
+    // CBiquadCascade::tick over these stages.
+    ZONFRA_LANE_INLINE __m128d tick(__m128d x, unsigned q) {
+#pragma GCC unroll 8
+        for (int k = 0; k < G; ++k) x = stage[k].cascade(x, q);
+        return x;
+    }
+    // CBiquadCascade::tickRounded over these stages (before the final, exact, conversion to float).
+    ZONFRA_LANE_INLINE __m128d tickRounded(__m128d x, unsigned q) {
+#pragma GCC unroll 8
+        for (int k = 0; k < G; ++k) x = stage[k].rounded(x, q);
+        return x;
+    }
+    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return stage[G - 1].out(q); }
+};
+
+// A cascade of K stages as K / G parts, each one step of the pipeline.
+template <int K, int G>
+struct Chain {
+    static_assert(K % G == 0);
+    static constexpr int kParts = K / G;
+    Part<G> part[kParts];
+
+    void load(const DSP::CBiquadCascade& left, const DSP::CBiquadCascade& right) {
+        for (int j = 0; j < kParts; ++j) part[j].load(left, right, j * G);
+    }
+    void save(DSP::CBiquadCascade& left, DSP::CBiquadCascade& right, int last) const {
+        for (int j = 0; j < kParts; ++j) part[j].save(left, right, j * G, last);
+    }
+    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return part[kParts - 1].out(q); }
+};
+
+// Stages per pipeline step: short enough that the steps of one iteration keep the arithmetic
+// units busy, long enough that few ramp-up and run-out iterations remain.
+constexpr int partSize(int stages) { return stages >= 2 ? 2 : 1; }
+
+// A skewed pipeline: a step at depth d works on sample i - d in iteration i and takes its input
+// from the output its predecessor (depth d - 1) produced for that sample one iteration before.
+// Inside one iteration no step waits for another.
+//
+// With NL and NH the parts per low and high cascade:
+// Series:   low A (0..) -> low B (NL..) -> high A (2NL..) -> high B (2NL+NH..) -> resonances (2NL+2NH)
+//           the all-pass branch's input, taken at 2NL, waits NH steps, then all-pass (2NL+NH..)
+// Parallel: low A -> low B and high A -> high B, the shorter one starting later, both ending
+//           before the resonances and their sum
+// Both:     dry low (0..) -> dry high (NL..)
 template <bool Parallel, int KL, int KH>
 struct Pipeline {
-    static constexpr int kWide = 2 * (KL > KH ? KL : KH);
-    static constexpr int kLowBase = Parallel ? kWide - 2 * KL : 0;
-    static constexpr int kHighBase = Parallel ? kWide - 2 * KH : 2 * KL;
-    static constexpr int kAllPassBase = 2 * KL + KH;  // series only, behind KH delay steps
-    static constexpr int kResonance = Parallel ? kWide : 2 * KL + 2 * KH;
-    static constexpr int kWetDepth = Parallel ? kWide : kResonance + 1;
-    static constexpr int kDryDepth = KL + KH - 1;
-    static constexpr int kDepth = kWetDepth > kDryDepth ? kWetDepth : kDryDepth;
+    static constexpr int GL = partSize(KL), GH = partSize(KH);
+    static constexpr int NL = KL / GL, NH = KH / GH;
+    static constexpr int kWide = 2 * (NL > NH ? NL : NH);
+    static constexpr int kLowBase = Parallel ? kWide - 2 * NL : 0;
+    static constexpr int kHighBase = Parallel ? kWide - 2 * NH : 2 * NL;
+    static constexpr int kAllPassBase = 2 * NL + NH;
+    static constexpr int kResonance = Parallel ? kWide : 2 * NL + 2 * NH;
+    static constexpr int kDryDepth = NL + NH - 1;
+    static constexpr int kDepth = kResonance > kDryDepth ? kResonance : kDryDepth;
 
-    StereoStage lowA[KL], lowB[KL], highA[KH], highB[KH], allPass[KH], resonanceLow, resonanceHigh;
-    StereoStage dryLow[KL], dryHigh[KH];
-    // The all-pass branch's input, held until the twice-filtered branch has caught up.
-    __m128d delay[KH][2];
+    Chain<KL, GL> lowA, lowB, dryLow;
+    Chain<KH, GH> highA, highB, allPass, dryHigh;
+    StereoStage resonanceLow, resonanceHigh;
+    // The all-pass branch's input on its way to the all-pass, one slot pair per step.
+    __m128d allPassIn[NH][2];
 
     void load(FilterStageParts& p) {
-        for (int k = 0; k < KL; ++k) {
-            lowA[k].load(p.lowPassL.lowPathA(), p.lowPassR.lowPathA(), k);
-            lowB[k].load(p.lowPassL.lowPathB(), p.lowPassR.lowPathB(), k);
-            dryLow[k].load(p.dryLowL, p.dryLowR, k);
-        }
-        for (int k = 0; k < KH; ++k) {
-            highA[k].load(p.highPassL.lowPathA(), p.highPassR.lowPathA(), k);
-            highB[k].load(p.highPassL.lowPathB(), p.highPassR.lowPathB(), k);
-            if (!Parallel) allPass[k].load(p.highPassL.allPassStages(), p.highPassR.allPassStages(), k);
-            dryHigh[k].load(p.dryHighL, p.dryHighR, k);
-        }
+        lowA.load(p.lowPassL.lowPathA(), p.lowPassR.lowPathA());
+        lowB.load(p.lowPassL.lowPathB(), p.lowPassR.lowPathB());
+        highA.load(p.highPassL.lowPathA(), p.highPassR.lowPathA());
+        highB.load(p.highPassL.lowPathB(), p.highPassR.lowPathB());
+        if (!Parallel) allPass.load(p.highPassL.allPassStages(), p.highPassR.allPassStages());
+        dryLow.load(p.dryLowL, p.dryLowR);
+        dryHigh.load(p.dryHighL, p.dryHighR);
         resonanceLow.load(p.resonanceLow);
         resonanceHigh.load(p.resonanceHigh);
     }
 
     void save(FilterStageParts& p, int last) const {
-        for (int k = 0; k < KL; ++k) {
-            lowA[k].save(p.lowPassL.lowPathA(), p.lowPassR.lowPathA(), k, last);
-            lowB[k].save(p.lowPassL.lowPathB(), p.lowPassR.lowPathB(), k, last);
-            dryLow[k].save(p.dryLowL, p.dryLowR, k, last);
-        }
-        for (int k = 0; k < KH; ++k) {
-            highA[k].save(p.highPassL.lowPathA(), p.highPassR.lowPathA(), k, last);
-            highB[k].save(p.highPassL.lowPathB(), p.highPassR.lowPathB(), k, last);
-            if (!Parallel) allPass[k].save(p.highPassL.allPassStages(), p.highPassR.allPassStages(), k, last);
-            dryHigh[k].save(p.dryHighL, p.dryHighR, k, last);
-        }
+        lowA.save(p.lowPassL.lowPathA(), p.lowPassR.lowPathA(), last);
+        lowB.save(p.lowPassL.lowPathB(), p.lowPassR.lowPathB(), last);
+        highA.save(p.highPassL.lowPathA(), p.highPassR.lowPathA(), last);
+        highB.save(p.highPassL.lowPathB(), p.highPassR.lowPathB(), last);
+        if (!Parallel) allPass.save(p.highPassL.allPassStages(), p.highPassR.allPassStages(), last);
+        dryLow.save(p.dryLowL, p.dryLowR, last);
+        dryHigh.save(p.dryHighL, p.dryHighR, last);
         resonanceLow.save(p.resonanceLow, last);
         resonanceHigh.save(p.resonanceHigh, last);
     }
 
-    // One iteration; P is the parity of i, so that the parity of every section's sample is known
-    // when compiling. In the ramp-up and run-out iterations (Masked) the sections whose sample lies
-    // outside the chunk stand still.
+    // One iteration; P is the parity of i, so that the parity of every step's sample is known when
+    // compiling. In the ramp-up and run-out iterations (Masked) the steps whose sample lies outside
+    // the chunk stand still.
     template <bool Masked, unsigned P>
-    inline void iterate(int i, int n, const FilterStageBuffers& io) {
+    ZONFRA_LANE_INLINE void iterate(int i, int n, const FilterStageBuffers& io) {
         auto active = [i, n](int depth) { return !Masked || (i >= depth && i < n + depth); };
         auto parity = [](int depth) { return (P ^ static_cast<unsigned>(depth)) & 1u; };
 
+        // Low-pass: A then B, each behind the offset against denormals.
 #pragma GCC unroll 8
-        for (int k = 0; k < KL; ++k) {
-            const int d = kLowBase + k;
+        for (int j = 0; j < NL; ++j) {
+            constexpr int base = kLowBase;
+            const int d = base + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
-            const __m128d in = k == 0 ? withOffset(Lanes::load(io.lowInL, io.lowInR, i - d)) : lowA[k - 1].out(q);
-            lowA[k].cascade(in, q);
+            const __m128d in = j == 0 ? withOffset(Lanes::load(io.lowInL, io.lowInR, i - d)) : lowA.part[j - 1].out(q);
+            lowA.part[j].tick(in, q);
         }
 #pragma GCC unroll 8
-        for (int k = 0; k < KL; ++k) {
-            const int d = kLowBase + KL + k;
+        for (int j = 0; j < NL; ++j) {
+            const int d = kLowBase + NL + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
-            const __m128d in = k == 0 ? withOffset(lowA[KL - 1].out(q)) : lowB[k - 1].out(q);
-            lowB[k].cascade(in, q);
+            lowB.part[j].tick(j == 0 ? withOffset(lowA.out(q)) : lowB.part[j - 1].out(q), q);
         }
 
-        if constexpr (Parallel) {
-            if (active(kHighBase)) {
-                const unsigned q = parity(kHighBase);
-                highA[0].cascade(withOffset(Lanes::load(io.highInL, io.highInR, i - kHighBase)), q);
-            }
-        } else {
-            // The high-pass takes the rounded low-pass output; its all-pass branch starts KH later.
-            if (active(kHighBase)) {
-                const unsigned q = parity(kHighBase);
-                const __m128d s = Lanes::rounded(lowB[KL - 1].out(q));
-                highA[0].cascade(withOffset(s), q);
-                delay[0][q] = Lanes::rounded(withOffset(s));
-            }
-#pragma GCC unroll 8
-            for (int k = 1; k < KH; ++k) {
-                const int d = kHighBase + k;
-                if (!active(d)) continue;
-                const unsigned q = parity(d);
-                delay[k][q] = delay[k - 1][q];
-            }
-#pragma GCC unroll 8
-            for (int k = 0; k < KH; ++k) {
-                const int d = kAllPassBase + k;
-                if (!active(d)) continue;
-                const unsigned q = parity(d);
-                allPass[k].rounded(k == 0 ? delay[KH - 1][q] : allPass[k - 1].out(q), q);
+        // High-pass: in parallel mode from its own input; in series mode from the rounded low-pass
+        // output, with the all-pass branch fed that output plus the offset, rounded.
+        if (active(kHighBase)) {
+            const unsigned q = parity(kHighBase);
+            if constexpr (Parallel) {
+                highA.part[0].tick(withOffset(Lanes::load(io.highInL, io.highInR, i - kHighBase)), q);
+            } else {
+                const __m128d s = Lanes::rounded(lowB.out(q));
+                highA.part[0].tick(withOffset(s), q);
+                allPassIn[0][q] = Lanes::rounded(withOffset(s));
             }
         }
 #pragma GCC unroll 8
-        for (int k = 1; k < KH; ++k) {
-            const int d = kHighBase + k;
+        for (int j = 1; j < NH; ++j) {
+            const int d = kHighBase + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
-            highA[k].cascade(highA[k - 1].out(q), q);
+            highA.part[j].tick(highA.part[j - 1].out(q), q);
+            if constexpr (!Parallel) allPassIn[j][q] = allPassIn[j - 1][q];
         }
 #pragma GCC unroll 8
-        for (int k = 0; k < KH; ++k) {
-            const int d = kHighBase + KH + k;
+        for (int j = 0; j < NH; ++j) {
+            const int d = kHighBase + NH + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
-            highB[k].cascade(k == 0 ? withOffset(highA[KH - 1].out(q)) : highB[k - 1].out(q), q);
+            highB.part[j].tick(j == 0 ? withOffset(highA.out(q)) : highB.part[j - 1].out(q), q);
+            if constexpr (!Parallel)
+                allPass.part[j].tickRounded(j == 0 ? allPassIn[NH - 1][q] : allPass.part[j - 1].out(q), q);
         }
 
+        // Resonances: in series low then high on the complementary high-pass output; in parallel
+        // one on each branch, then the sum.
         if (active(kResonance)) {
             const unsigned q = parity(kResonance);
             const int m = i - kResonance;
             if constexpr (Parallel) {
-                const __m128d low = resonanceLow.peak(Lanes::rounded(lowB[KL - 1].out(q)), q);
-                const __m128d high = resonanceHigh.peak(Lanes::rounded(highB[KH - 1].out(q)), q);
+                const __m128d low = resonanceLow.peak(Lanes::rounded(lowB.out(q)), q);
+                const __m128d high = resonanceHigh.peak(Lanes::rounded(highB.out(q)), q);
                 Lanes::store(_mm_add_ps(Lanes::toFloats(low), Lanes::toFloats(high)), io.outL, io.outR, m);
             } else {
                 const __m128 difference =
-                    _mm_sub_ps(Lanes::toFloats(allPass[KH - 1].out(q)), Lanes::toFloats(highB[KH - 1].out(q)));
-                resonanceLow.peak(_mm_cvtps_pd(difference), q);
-            }
-        }
-        if constexpr (!Parallel) {
-            if (active(kResonance + 1)) {
-                const unsigned q = parity(kResonance + 1);
-                const __m128d y = resonanceHigh.peak(Lanes::rounded(resonanceLow.out(q)), q);
-                Lanes::store(y, io.outL, io.outR, i - (kResonance + 1));
+                    _mm_sub_ps(Lanes::toFloats(allPass.out(q)), Lanes::toFloats(highB.out(q)));
+                const __m128d low = resonanceLow.peak(_mm_cvtps_pd(difference), q);
+                Lanes::store(resonanceHigh.peak(Lanes::rounded(low), q), io.outL, io.outR, m);
             }
         }
 
+        // Dry chains: low then high, each behind the float offset.
 #pragma GCC unroll 8
-        for (int k = 0; k < KL; ++k) {
-            if (!active(k)) continue;
-            const unsigned q = parity(k);
-            const int m = i - k;
-            const __m128d in =
-                k == 0 ? withFloatOffset(_mm_setr_ps(io.lowInL[m], io.lowInR[m], 0.0f, 0.0f)) : dryLow[k - 1].out(q);
-            dryLow[k].rounded(in, q);
+        for (int j = 0; j < NL; ++j) {
+            if (!active(j)) continue;
+            const unsigned q = parity(j);
+            const int m = i - j;
+            const __m128d in = j == 0 ? withFloatOffset(_mm_setr_ps(io.lowInL[m], io.lowInR[m], 0.0f, 0.0f))
+                                      : dryLow.part[j - 1].out(q);
+            dryLow.part[j].tickRounded(in, q);
         }
 #pragma GCC unroll 8
-        for (int k = 0; k < KH; ++k) {
-            const int d = KL + k;
+        for (int j = 0; j < NH; ++j) {
+            const int d = NL + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
-            const __m128d in = k == 0 ? withFloatOffset(Lanes::toFloats(dryLow[KL - 1].out(q))) : dryHigh[k - 1].out(q);
-            const __m128d y = dryHigh[k].rounded(in, q);
-            if (k == KH - 1) Lanes::store(y, io.dryL, io.dryR, i - d);
+            const __m128d in = j == 0 ? withFloatOffset(Lanes::toFloats(dryLow.out(q))) : dryHigh.part[j - 1].out(q);
+            const __m128d y = dryHigh.part[j].tickRounded(in, q);
+            if (j == NH - 1) Lanes::store(y, io.dryL, io.dryR, i - d);
         }
     }
 
