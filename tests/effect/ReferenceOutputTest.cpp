@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "EffectHarness.h"
+#include "framework/plugin/ChunkedProcess.h"
 #include "support/HeaviestSettings.h"
 
 namespace {
@@ -84,7 +85,21 @@ struct Case {
     std::function<void(EffectHarness&, int)> automate;
     uint64_t expected;
     bool quiet = false;
+    bool playing = false;  // the host's transport runs, so that a synced LFO locks to it
 };
+
+void runPlaying(EffectHarness& h, float rate, float* left, float* right, int n) {
+    Ondra::OndraAudioBlock block;
+    block.in[0].refer(left, right, n);
+    block.out[0].refer(left, right, n);
+    block.inputCount = block.outputCount = 1;
+    block.tempo = 120;
+    block.transportPlaying = true;
+    block.samplePos = h.position;
+    block.ppqPos = h.position / rate * 2.0;
+    Ondra::processInChunks(*h.effect, block, n, Ondra::ChunkingRules{});
+    h.position += n;
+}
 
 uint64_t render(const Case& c) {
     EffectHarness harness(c.rate, 512);
@@ -96,7 +111,10 @@ uint64_t render(const Case& c) {
     for (size_t at = 0; at < left.size(); at += static_cast<size_t>(c.block), ++index) {
         if (c.automate) c.automate(harness, index);
         const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(c.block), left.size() - at));
-        harness.runBlock(left.data() + at, right.data() + at, n);
+        if (c.playing)
+            runPlaying(harness, c.rate, left.data() + at, right.data() + at, n);
+        else
+            harness.runBlock(left.data() + at, right.data() + at, n);
     }
     double energy = 0;
     for (size_t i = 0; i < left.size(); ++i) energy += static_cast<double>(left[i]) * left[i] + right[i] * right[i];
@@ -151,6 +169,24 @@ void automateSweep(EffectHarness& h, int block) {
     if (block == 230) h.set(kLimiterBypass, 1);
 }
 
+void limiterWithManualRelease(EffectHarness& h) {
+    heaviest(h);
+    h.set(kInputGain, 2.0f);
+    h.set(kLimitRelease, 200);
+    h.set(kLimiterOutGain, -0.5f);
+}
+
+void syncedLfo(EffectHarness& h) {
+    TestSupport::applyHeaviestSettings(*h.effect);
+    h.set(kLfoSync, 1);
+    h.set(kLfoRate, 2.5f);
+    h.set(kLfoShape, 1);
+    h.set(kLfoShift, 0.3f);
+    h.set(kLowPassSlope, 3);
+    h.set(kHighPassSlope, 2);
+    h.set(kFilterMode, 1);
+}
+
 void bypassToggles(EffectHarness& h, int block) {
     if (block == 30) h.set(kBypass, 1);
     if (block == 70) h.set(kBypass, 0);
@@ -192,4 +228,12 @@ TEST(EffectReferenceOutput, SilenceAndSubnormalPassages) {
     expectReference({"quiet heaviest", kRate, 512, heaviest, nullptr, 0x0a21cdb081a5b125ull, true});
     expectReference({"quiet parallel", kRate, 333, parallelHeavy, nullptr, 0xb7624e55de29bbb3ull, true});
     expectReference({"quiet pre stages", kRate, 256, preStagesWithMix, nullptr, 0xf405af9703859795ull, true});
+}
+
+TEST(EffectReferenceOutput, LimiterWithManualRelease) {
+    expectReference({"manual release", kRate, 512, limiterWithManualRelease, nullptr, 0x56eedf7de056850cull});
+}
+
+TEST(EffectReferenceOutput, SyncedLfoWithTheTransportRunning) {
+    expectReference({"synced", 44100.0f, 441, syncedLfo, nullptr, 0xed0f7631a3e3d13eull, false, true});
 }
