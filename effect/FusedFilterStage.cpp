@@ -1,7 +1,5 @@
 #include "effect/FusedFilterStage.h"
 
-#include <algorithm>
-
 #include "dsp/filters/CBiquadCascade.h"
 #include "dsp/filters/CPeakBiquad.h"
 #include "dsp/filters/CSlopeFilter.h"
@@ -125,8 +123,7 @@ struct Pipeline {
         // Low-pass: A then B, each behind the offset against denormals.
 #pragma GCC unroll 8
         for (int j = 0; j < NL; ++j) {
-            constexpr int base = kLowBase;
-            const int d = base + j;
+            const int d = kLowBase + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             const __m128d in = j == 0 ? withOffset(Lanes::load(io.lowInL, io.lowInR, i - d)) : lowA.part[j - 1].out(q);

@@ -33,9 +33,9 @@ struct FilterStageBuffers {
 };
 
 // Runs the whole filter stage of one chunk in a single loop, both channels in the lanes of one
-// register and every section one sample behind the one before it, so that all sections of an
-// iteration are independent of each other. Each sample of each channel sees exactly the
-// arithmetic of the filter classes' own loops. Series: low-pass, high-pass, low then high
+// register and each group of up to two stages one sample behind the group before it, so that the
+// groups of an iteration are independent of each other. Each sample of each channel sees exactly
+// the arithmetic of the filter classes' own loops. Series: low-pass, high-pass, low then high
 // resonance; parallel: low-pass with its resonance plus high-pass with its resonance. The dry
 // chains run low then high on the low-pass input.
 //
