@@ -41,7 +41,8 @@ void CDistortion::process(const Ondra::StereoBuffer& io, unsigned count) const {
         for (; i + 2 <= n; i += 2) {
             const __m128d x = _mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(channel + i))));
             const __m128d square = _mm_mul_pd(x, x);
-            const __m128d magnitude = _mm_sqrt_pd(square);
+            // The square of a float is exact in double, so its root is exactly |x|.
+            const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), x);
             const __m128d numerator = _mm_mul_pd(_mm_mul_pd(wetFactor, x), _mm_add_pd(shapeA, magnitude));
             const __m128d denominator = _mm_add_pd(_mm_add_pd(square, one), _mm_mul_pd(magnitude, shapeLess));
             const __m128d y = _mm_add_pd(_mm_mul_pd(dryGain, x), _mm_div_pd(numerator, denominator));
