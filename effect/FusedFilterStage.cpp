@@ -65,8 +65,9 @@ constexpr int partSize(int stages) { return stages >= 2 ? 2 : 1; }
 // Inside one iteration no step waits for another.
 //
 // With NL and NH the parts per low and high cascade:
-// Series:   low A (0..) -> low B (NL..) -> high A (2NL..) -> high B (2NL+NH..) -> resonances (2NL+2NH)
-//           the all-pass branch's input, taken at 2NL, waits NH steps, then all-pass (2NL+NH..)
+// Series:   low A (0..) -> low B (NL..) -> high A (2NL..) -> high B (2NL+NH..) -> low resonance
+//           (2NL+2NH) -> high resonance (2NL+2NH+1); the all-pass branch's input, taken at 2NL,
+//           waits NH steps, then all-pass (2NL+NH..) meets high B at the low resonance
 // Parallel: low A -> low B and high A -> high B, the shorter one starting later, both ending
 //           before the resonances and their sum
 // Both:     dry low (0..) -> dry high (NL..)
@@ -80,7 +81,8 @@ struct Pipeline {
     static constexpr int kAllPassBase = 2 * NL + NH;
     static constexpr int kResonance = Parallel ? kWide : 2 * NL + 2 * NH;
     static constexpr int kDryDepth = NL + NH - 1;
-    static constexpr int kDepth = kResonance > kDryDepth ? kResonance : kDryDepth;
+    static constexpr int kWetDepth = Parallel ? kResonance : kResonance + 1;
+    static constexpr int kDepth = kWetDepth > kDryDepth ? kWetDepth : kDryDepth;
 
     Chain<KL, GL> lowA, lowB, dryLow;
     Chain<KH, GH> highA, highB, allPass, dryHigh;
@@ -179,8 +181,14 @@ struct Pipeline {
             } else {
                 const __m128 difference =
                     _mm_sub_ps(Lanes::toFloats(allPass.out(q)), Lanes::toFloats(highB.out(q)));
-                const __m128d low = resonanceLow.peak(_mm_cvtps_pd(difference), q);
-                Lanes::store(resonanceHigh.peak(Lanes::rounded(low), q), io.outL, io.outR, m);
+                resonanceLow.peak(_mm_cvtps_pd(difference), q);
+            }
+        }
+        if constexpr (!Parallel) {
+            if (active(kResonance + 1)) {
+                const unsigned q = parity(kResonance + 1);
+                const __m128d high = resonanceHigh.peak(Lanes::rounded(resonanceLow.out(q)), q);
+                Lanes::store(high, io.outL, io.outR, i - (kResonance + 1));
             }
         }
 
