@@ -71,23 +71,20 @@ void CVibrato::process(float left, float right, float* outLeft, float* outRight)
     }
 }
 
-void CVibrato::processBlock(float* left, float* right, int count, bool replace) {
-    for (int at = 0; at < count; at += kSlice) processSlice(left + at, right + at, std::min(kSlice, count - at), replace);
-}
-
 namespace {
 bool sameBits(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
 }  // namespace
 
-void CVibrato::processSlice(float* left, float* right, int count, bool replace) {
-    lfo.fill(lfoValues, count);
+void CVibrato::processBlock(float* left, float* right, int count, bool replace) {
     // Depth and gate glide toward their targets; once a step leaves both where they are, they
     // stay there for good and need no more steps.
     float depth = depthCurrent, gate = gateCurrent, wait = delay;
     const float depthGoal = depthTarget, gateGoal = gateTarget;
     bool resting = false;
     int write = writeIndex;
-    for (int i = 0; i < count; ++i) {
+    int i = 0;
+    // The LFO's step runs in the same loop, beside the delay's.
+    lfo.forEachTick(count, [&](double tick) {
         if (!resting) {
             const float nextDepth = depth + ((depthGoal - depth) * 0.01f + 1e-19f);
             float nextGate = gate + ((gateGoal - gate) * 0.00011f + 1e-19f);
@@ -96,7 +93,7 @@ void CVibrato::processSlice(float* left, float* right, int count, bool replace) 
             depth = nextDepth;
             gate = nextGate;
         }
-        const float l = static_cast<float>(lfoValues[i]);
+        const float l = static_cast<float>(tick);
         const float wanted = depth * (1.0f + l) * gate;
         wait = std::clamp(wait + 1e-19f + 0.01f * (wanted - wait), 0.0f, 65536.0f);
         const float inL = left[i], inR = right[i];
@@ -116,7 +113,8 @@ void CVibrato::processSlice(float* left, float* right, int count, bool replace) 
             bufferR[0] = inR;
             write = 1;
         }
-    }
+        ++i;
+    });
     depthCurrent = depth;
     gateCurrent = gate;
     delay = wait;

@@ -25,11 +25,7 @@ public:
     bool isActive() const { return depthTarget != 0.0f || depthCurrent > 1e-6f || delay > 1e-6f; }
 
 private:
-    static constexpr int kSlice = 128;
-    void processSlice(float* left, float* right, int count, bool replace);
-
     CLfoGenerator lfo;
-    double lfoValues[kSlice] = {};
     float bufferL[kBufferSize] = {};
     float bufferR[kBufferSize] = {};
     int writeIndex = 1;

@@ -62,6 +62,45 @@ inline void minMax(const float* x, int n, float& minimum, float& maximum) {
     maximum = resultHigh;
 }
 
+// x[i] *= gain, then minimum = std::min(minimum, x[i]) and maximum = std::max(maximum, x[i]) in
+// sample order, in one pass.
+inline void scaleMinMax(float* x, int n, float gain, float& minimum, float& maximum) {
+    const __m128 g = _mm_set1_ps(gain);
+    __m128 low = _mm_set1_ps(minimum), high = _mm_set1_ps(maximum);
+    int i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128 v = _mm_mul_ps(_mm_loadu_ps(x + i), g);
+        _mm_storeu_ps(x + i, v);
+        low = _mm_min_ps(v, low);
+        high = _mm_max_ps(v, high);
+    }
+    for (; i < n; ++i) x[i] *= gain;
+    float lanesLow[4], lanesHigh[4];
+    _mm_storeu_ps(lanesLow, low);
+    _mm_storeu_ps(lanesHigh, high);
+    float resultLow = minimum, resultHigh = maximum;
+    for (int k = 0; k < 4; ++k) {
+        resultLow = std::min(resultLow, lanesLow[k]);
+        resultHigh = std::max(resultHigh, lanesHigh[k]);
+    }
+    for (int k = n - n % 4; k < n; ++k) {
+        resultLow = std::min(resultLow, x[k]);
+        resultHigh = std::max(resultHigh, x[k]);
+    }
+    // The order only shows in which of two equal zeros survives: a zero result is found again in order.
+    if (resultLow == 0.0f || resultHigh == 0.0f) {
+        float orderedLow = minimum, orderedHigh = maximum;
+        for (int k = 0; k < n; ++k) {
+            orderedLow = std::min(orderedLow, x[k]);
+            orderedHigh = std::max(orderedHigh, x[k]);
+        }
+        if (resultLow == 0.0f) resultLow = orderedLow;
+        if (resultHigh == 0.0f) resultHigh = orderedHigh;
+    }
+    minimum = resultLow;
+    maximum = resultHigh;
+}
+
 // wet[i] += (other[i] - wet[i]) * k[i].
 inline void crossfade(float* wet, const float* other, int n, const float* k) {
     int i = 0;

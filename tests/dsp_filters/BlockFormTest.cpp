@@ -125,6 +125,22 @@ TEST(FilterBlockForms, MinMaxKeepsTheFirstOfEqualZerosAndSkipsNaN) {
             Block::minMax(x.data(), static_cast<int>(x.size()), low, high);
             EXPECT_TRUE(same(low, expectLow));
             EXPECT_TRUE(same(high, expectHigh));
+
+            for (float gain : {1.0f, -0.5f, 0.0f}) {
+                std::vector<float> scaled = x, expected = x;
+                float scaledLow = startLow, scaledHigh = -startLow;
+                expectLow = startLow;
+                expectHigh = -startLow;
+                for (float& v : expected) {
+                    v *= gain;
+                    expectLow = std::min(expectLow, v);
+                    expectHigh = std::max(expectHigh, v);
+                }
+                Block::scaleMinMax(scaled.data(), static_cast<int>(scaled.size()), gain, scaledLow, scaledHigh);
+                for (size_t i = 0; i < x.size(); ++i) EXPECT_TRUE(same(scaled[i], expected[i]));
+                EXPECT_TRUE(same(scaledLow, expectLow));
+                EXPECT_TRUE(same(scaledHigh, expectHigh));
+            }
         }
     }
 }
