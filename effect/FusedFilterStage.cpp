@@ -4,6 +4,7 @@
 #include "dsp/filters/CPeakBiquad.h"
 #include "dsp/filters/CSlopeFilter.h"
 #include "dsp/filters/StereoStage.h"
+#include "effect/FusedFilterStageWide.h"
 
 namespace {
 
@@ -278,11 +279,15 @@ int sideStages(const DSP::CSlopeFilter& left, const DSP::CSlopeFilter& right, co
 
 }  // namespace
 
-bool runFusedFilterStage(FilterStageParts& parts, bool parallel, const FilterStageBuffers& buffers, int samples) {
+bool runFusedFilterStage(FilterStageParts& parts, bool parallel, const FilterStageBuffers& buffers, int samples,
+                         FusedLanes lanes) {
     if (samples <= 0) return true;
     const int low = sideStages(parts.lowPassL, parts.lowPassR, parts.dryLowL, parts.dryLowR, false);
     const int high = sideStages(parts.highPassL, parts.highPassR, parts.dryHighL, parts.dryHighR, !parallel);
     if (low < 0 || high < 0) return false;
+    if (!parallel && low == high && lanes == FusedLanes::widest &&
+        runWideSeriesFilterStage(parts, buffers, samples, parts.lowPassL.lowPathA().stageCount()))
+        return true;
     const Runner run = parallel ? runnerFor<true>(low, high) : runnerFor<false>(low, high);
     run(parts, buffers, samples);
     return true;

@@ -42,4 +42,9 @@ struct FilterStageBuffers {
 // Returns false, having touched nothing, for a shape it has no fused form of (the stage counts
 // of the two channels differ, or a slope outside 12 to 96 dB per octave); the caller then runs
 // the filters one by one.
-bool runFusedFilterStage(FilterStageParts& parts, bool parallel, const FilterStageBuffers& buffers, int samples);
+//
+// With `lanes` at widest, a processor with AVX runs the series form with two cascades to a
+// register; sse2 keeps to the form every x86-64 processor runs (the results are the same).
+enum class FusedLanes { widest, sse2 };
+bool runFusedFilterStage(FilterStageParts& parts, bool parallel, const FilterStageBuffers& buffers, int samples,
+                         FusedLanes lanes = FusedLanes::widest);

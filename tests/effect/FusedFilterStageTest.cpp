@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "dsp/filters/CBiquadCascade.h"
@@ -130,7 +131,9 @@ std::vector<float> signal(size_t n, uint32_t seed) {
 TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
     const int slopes[] = {12, 24, 48, 96};
     const int chunks[] = {96, 1, 7, 2, 300, 17, 96, 5, 64, 3};
-    for (bool parallel : {false, true}) {
+    // The widest form this processor has (AVX where present) and the SSE2 form every x86-64 has.
+    for (const auto& [lanes, parallel] : {std::pair{FusedLanes::widest, false}, std::pair{FusedLanes::widest, true},
+                                          std::pair{FusedLanes::sse2, false}, std::pair{FusedLanes::sse2, true}}) {
         for (int lowSlope : slopes) {
             for (int highSlope : slopes) {
                 auto fused = std::make_unique<Stage>(lowSlope, highSlope, parallel);
@@ -149,7 +152,7 @@ TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
                     const FilterStageBuffers io{inL.data() + at, inR.data() + at, rawL.data() + at, rawR.data() + at,
                                                 outA.data() + at, outA.data() + total + at,
                                                 dryA.data() + at, dryA.data() + total + at};
-                    ASSERT_TRUE(runFusedFilterStage(parts, parallel, io, n));
+                    ASSERT_TRUE(runFusedFilterStage(parts, parallel, io, n, lanes));
                     plain->runOneByOne(inL.data() + at, inR.data() + at, rawL.data() + at, rawR.data() + at,
                                        outB.data() + at, outB.data() + total + at, dryB.data() + at,
                                        dryB.data() + total + at, n);
