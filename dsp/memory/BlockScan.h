@@ -5,6 +5,16 @@
 
 namespace DSP::Block {
 
+// The smallest and the largest of four lanes that hold no NaN unless all four do.
+inline float lowestLane(__m128 v) {
+    v = _mm_min_ps(v, _mm_movehl_ps(v, v));
+    return _mm_cvtss_f32(_mm_min_ss(v, _mm_shuffle_ps(v, v, 1)));
+}
+inline float highestLane(__m128 v) {
+    v = _mm_max_ps(v, _mm_movehl_ps(v, v));
+    return _mm_cvtss_f32(_mm_max_ss(v, _mm_shuffle_ps(v, v, 1)));
+}
+
 // Scans and simple arithmetic over float blocks, four samples at a time. Each gives exactly
 // the result of the plain sample loop named in its comment.
 
@@ -38,14 +48,8 @@ inline void minMax(const float* x, int n, float& minimum, float& maximum) {
         low = _mm_min_ps(v, low);    // v < low ? v : low
         high = _mm_max_ps(v, high);  // v > high ? v : high
     }
-    float lanesLow[4], lanesHigh[4];
-    _mm_storeu_ps(lanesLow, low);
-    _mm_storeu_ps(lanesHigh, high);
-    float resultLow = minimum, resultHigh = maximum;
-    for (int k = 0; k < 4; ++k) {
-        resultLow = std::min(resultLow, lanesLow[k]);
-        resultHigh = std::max(resultHigh, lanesHigh[k]);
-    }
+    // The lanes started from the present values, so they already include them.
+    float resultLow = lowestLane(low), resultHigh = highestLane(high);
     for (int k = i; k < n; ++k) {
         resultLow = std::min(resultLow, x[k]);
         resultHigh = std::max(resultHigh, x[k]);
@@ -75,14 +79,8 @@ inline void scaleMinMax(float* x, int n, float gain, float& minimum, float& maxi
         high = _mm_max_ps(v, high);
     }
     for (; i < n; ++i) x[i] *= gain;
-    float lanesLow[4], lanesHigh[4];
-    _mm_storeu_ps(lanesLow, low);
-    _mm_storeu_ps(lanesHigh, high);
-    float resultLow = minimum, resultHigh = maximum;
-    for (int k = 0; k < 4; ++k) {
-        resultLow = std::min(resultLow, lanesLow[k]);
-        resultHigh = std::max(resultHigh, lanesHigh[k]);
-    }
+    // The lanes started from the present values, so they already include them.
+    float resultLow = lowestLane(low), resultHigh = highestLane(high);
     for (int k = n - n % 4; k < n; ++k) {
         resultLow = std::min(resultLow, x[k]);
         resultHigh = std::max(resultHigh, x[k]);
