@@ -13,6 +13,12 @@ function(zonfra_warnings target)
                                            -Wno-missing-field-initializers -Werror)
 endfunction()
 
+# The audio path is checked bit for bit against recorded output: no fused multiply-adds or other
+# contractions, whatever instruction set a build targets, so that every build type sounds the same.
+function(zonfra_exact_float target)
+  target_compile_options(${target} PRIVATE -ffp-contract=off -fno-fast-math)
+endfunction()
+
 # A static library made of every source below the given folder, so that adding a file needs no
 # build-script change.
 function(zonfra_folder_library target)

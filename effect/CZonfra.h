@@ -12,6 +12,7 @@
 #include "dsp/filters/CSlopeFilter.h"
 #include "dsp/generators/CLfoGenerator.h"
 #include "effect/CGainRamp.h"
+#include "effect/MixSmoother.h"
 #include "framework/plugin/OndraPluginInfo.h"
 #include "effect/ISamplerEffect.h"
 #include "effect/ZonfraParameters.h"
@@ -119,6 +120,8 @@ private:
     void clearAfterBypass();
     void clearFilterStates();
     void measureEnvelope(int n);
+    float peakSquare(float gain, int n) const;
+    float bandPeakSquare(float gain, int n);
     void stepLfo(const Ondra::OndraAudioBlock& audio, int n);
     void controlStep();
     void moveCutoff(FilterSide& side, Ondra::IPluginParameter* row, DSP::CSlopeFilter& left,
@@ -132,7 +135,8 @@ private:
     Ondra::ParameterProperty* row(int id) const { return parameters.getParameter(id); }
     void resizeDelayLines();
     void applyFilterSettings();
-    void runFilters(Ondra::OndraAudioBlock& audio, int n);
+    void runFilterStage(Ondra::OndraAudioBlock& audio, int n);
+    void runFilters(Ondra::OndraAudioBlock& audio, int n, bool parallel);
     void runDryPhaseChains(int n);
     void setPresetNameText(const char* text);
 
@@ -157,6 +161,7 @@ private:
     Ondra::Relaxed<bool> limiterOn{true}, globalLimiterOn{true};
     Ondra::Relaxed<float> mixTarget{1.0f};
     float mixCurrent = 1.0f;
+    MixSmoother mixSmoother;
     float bypassFade = 1.0f, bypassFadeStep = 0.0f;
     Ondra::Relaxed<bool> bypassSettled{true};
     float peakHoldL = 0, peakHoldR = 0;

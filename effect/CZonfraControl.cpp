@@ -2,6 +2,7 @@
 #include <cmath>
 #include <utility>
 
+#include "dsp/filters/StereoStage.h"
 #include "effect/CZonfra.h"
 #include "effect/ModulationMath.h"
 #include "framework/parameters/ParameterCurve.h"
@@ -238,20 +239,76 @@ void CZonfra::applyFilterSettings() {
 
 void CZonfra::measureEnvelope(int n) {
     const float gain = envBoost * (measureBandOn ? 3.548134f : 0.39810717f);
-    const bool band = measureBandOn;
-    float maximum = 0;
-    for (int i = 0; i < n; ++i) {
-        float l = workBuffer.left[i] * gain;
-        float r = workBuffer.right[i] * gain;
-        if (band) measureBand.tick(l, r);
-        maximum = std::max(maximum, std::max(l * l, r * r));
-    }
+    const float maximum = measureBandOn ? bandPeakSquare(gain, n) : peakSquare(gain, n);
     const float x = ModulationMath::envelopeLevel(maximum);
     for (FilterSide* side : {&low, &high}) {
         const float coefficient = x > side->env ? side->envAttack : side->envRelease;
         side->env += (x - side->env) * coefficient + 1e-19f;
         side->envOut = side->env;
     }
+}
+
+// The largest square of the gained samples, as maximum = max(maximum, max(l * l, r * r)) from 0:
+// a NaN square never wins, and a NaN on the left also hides the right. Four samples at a time.
+float CZonfra::peakSquare(float gain, int n) const {
+    const __m128 g = _mm_set1_ps(gain);
+    __m128 peak = _mm_setzero_ps();
+    int i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128 l = _mm_mul_ps(_mm_loadu_ps(workBuffer.left + i), g);
+        const __m128 r = _mm_mul_ps(_mm_loadu_ps(workBuffer.right + i), g);
+        const __m128 louder = _mm_max_ps(_mm_mul_ps(r, r), _mm_mul_ps(l, l));  // l² < r² ? r² : l²
+        peak = _mm_max_ps(louder, peak);
+    }
+    float lanes[4];
+    _mm_storeu_ps(lanes, peak);
+    float maximum = 0;
+    for (float lane : lanes) maximum = std::max(maximum, lane);
+    for (; i < n; ++i) {
+        const float l = workBuffer.left[i] * gain;
+        const float r = workBuffer.right[i] * gain;
+        maximum = std::max(maximum, std::max(l * l, r * r));
+    }
+    return maximum;
+}
+
+// The same through the measure band, both channels in the lanes of one section whose state
+// stays in registers.
+float CZonfra::bandPeakSquare(float gain, int n) {
+    const __m128d b0 = _mm_set1_pd(measureBand.b0), b1 = _mm_set1_pd(measureBand.b1);
+    const __m128d b2 = _mm_set1_pd(measureBand.b2), a1 = _mm_set1_pd(measureBand.a1);
+    const __m128d a2 = _mm_set1_pd(measureBand.a2), offset = _mm_set1_pd(1e-18);
+    __m128d x1 = DSP::Lanes::pair(measureBand.x1L, measureBand.x1R);
+    __m128d x2 = DSP::Lanes::pair(measureBand.x2L, measureBand.x2R);
+    __m128d y1 = DSP::Lanes::pair(measureBand.y1L, measureBand.y1R);
+    __m128d y2 = DSP::Lanes::pair(measureBand.y2L, measureBand.y2R);
+    __m128 maximum = _mm_setzero_ps();
+    for (int i = 0; i < n; ++i) {
+        const __m128d in = DSP::Lanes::fromFloats(workBuffer.left[i] * gain, workBuffer.right[i] * gain);
+        // As CPeakBiquad::tick: b0 x + 1e-18 + b1 x1 + b2 x2 - a1 y1 - a2 y2.
+        __m128d y = _mm_add_pd(_mm_mul_pd(b0, in), offset);
+        y = _mm_add_pd(y, _mm_mul_pd(b1, x1));
+        y = _mm_add_pd(y, _mm_mul_pd(b2, x2));
+        y = _mm_sub_pd(y, _mm_mul_pd(a1, y1));
+        y = _mm_sub_pd(y, _mm_mul_pd(a2, y2));
+        x2 = x1;
+        x1 = in;
+        y2 = y1;
+        y1 = y;
+        const __m128 out = DSP::Lanes::toFloats(y);
+        const __m128 square = _mm_mul_ps(out, out);
+        const __m128 louder = _mm_max_ss(_mm_shuffle_ps(square, square, 1), square);  // l² < r² ? r² : l²
+        maximum = _mm_max_ss(louder, maximum);
+    }
+    measureBand.x1L = DSP::Lanes::left(x1);
+    measureBand.x1R = DSP::Lanes::right(x1);
+    measureBand.x2L = DSP::Lanes::left(x2);
+    measureBand.x2R = DSP::Lanes::right(x2);
+    measureBand.y1L = DSP::Lanes::left(y1);
+    measureBand.y1R = DSP::Lanes::right(y1);
+    measureBand.y2L = DSP::Lanes::left(y2);
+    measureBand.y2R = DSP::Lanes::right(y2);
+    return _mm_cvtss_f32(maximum);
 }
 
 void CZonfra::stepLfo(const Ondra::OndraAudioBlock& audio, int n) {
@@ -274,15 +331,19 @@ void CZonfra::stepLfo(const Ondra::OndraAudioBlock& audio, int n) {
         lfoTempo = tempo;
         lfo.setTempo(tempo);
     }
+    // The counter restarts the LFO at the sample where it reads 0, then rests at -1.
     double sum = 0;
-    for (int i = 0; i < n; ++i) {
-        if (lfoCounter == 0) {
-            lfo.restart();
-            lastLfoRestart = audio.samplePos + i;
-        }
-        if (lfoCounter >= 0) --lfoCounter;
-        sum += lfo.tick();
+    int start = 0;
+    if (lfoCounter >= 0 && lfoCounter < n) {
+        sum = lfo.accumulate(sum, lfoCounter);
+        lfo.restart();
+        lastLfoRestart = audio.samplePos + lfoCounter;
+        start = lfoCounter;
+        lfoCounter = -1;
+    } else if (lfoCounter >= n) {
+        lfoCounter -= n;
     }
+    sum = lfo.accumulate(sum, n - start);
     lfoMean = n > 0 ? static_cast<float>(sum / n) : 0.0f;
 }
 
@@ -298,7 +359,7 @@ void CZonfra::moveCutoff(FilterSide& side, Ondra::IPluginParameter* rowParameter
         side.cutoff = ModulationMath::glideStep(side.cutoff, side.modulated, side.appliedSlopeDb, inertia);
         left.setCutoff(side.cutoff);
         right.setCutoff(side.cutoff);
-        resonanceStage.setFrequency(std::min(side.cutoff, 18000.0f));
+        resonanceStage.storeFrequency(std::min(side.cutoff, 18000.0f));  // designed below
     }
     side.resonance += (side.resonanceParam - side.resonance) * 0.105f + 1e-19f;
     const ModulationMath::ResonanceShape shape =

@@ -2,19 +2,11 @@
 #include <cmath>
 
 #include "effect/CZonfra.h"
+#include "effect/FusedFilterStage.h"
 #include "effect/LatencyDelay.h"
 #include "framework/plugin/FloatingPointGuard.h"
 
 namespace {
-// Crossfades `wet` toward `other` with a per-sample smoothed amount `k`.
-void mixToward(float* wetL, float* wetR, const float* otherL, const float* otherR, float& k, float target, int n) {
-    for (int i = 0; i < n; ++i) {
-        k = static_cast<float>(static_cast<double>(k) + 1e-24 + (static_cast<double>(target) - k) * 0.005);
-        wetL[i] += (otherL[i] - wetL[i]) * k;
-        wetR[i] += (otherR[i] - wetR[i]) * k;
-    }
-}
-
 void raisePeak(const float* samples, int n, float& peak) {
     for (int i = 0; i < n; ++i) peak = std::max(peak, std::fabs(samples[i]));
 }
@@ -56,24 +48,18 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     const float mix = mixTarget;
     if (mix != 1.0f && (distortionBefore || reductionBefore)) {
         float k = 1.0f - mixCurrent;
-        mixToward(workBuffer.left, workBuffer.right, in.left, in.right, k, 1.0f - mix, n);
+        mixSmoother.apply(workBuffer.left, workBuffer.right, in.left, in.right, k, 1.0f - mix, n);
     }
 
     // 12-13: the filters and the dry path's phase twins.
-    runFilters(audio, n);
-    runDryPhaseChains(n);
+    runFilterStage(audio, n);
 
     // 14-17: modulators and the stages after the filters.
     float* io[2] = {out.left, out.right};
     ringMod.processInPlace(io, static_cast<unsigned>(n));
     // At rest the modulator is a one-sample delay that would put the wet path behind the reported
     // latency; it keeps listening so that its history is current when it starts to sweep.
-    if (freqMod.isActive()) {
-        for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &out.left[i], &out.right[i]);
-    } else {
-        float discardL, discardR;
-        for (int i = 0; i < n; ++i) freqMod.process(out.left[i], out.right[i], &discardL, &discardR);
-    }
+    freqMod.processBlock(out.left, out.right, n, freqMod.isActive());
     if (distortionPost) distortion.process(out, static_cast<unsigned>(n));
     if (rateReductionPost) rateReducer.process(out, static_cast<unsigned>(n));
 
@@ -87,7 +73,7 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     // 20-21: dry/wet against the equally late dry path.
     delayInPlace(dryPathDelay, delayScratch, dryPathBuffer.left, dryPathBuffer.right, n);
     float k = 1.0f - mixCurrent;
-    mixToward(out.left, out.right, dryPathBuffer.left, dryPathBuffer.right, k, 1.0f - mix, n);
+    mixSmoother.apply(out.left, out.right, dryPathBuffer.left, dryPathBuffer.right, k, 1.0f - mix, n);
     mixCurrent = 1.0f - k;
 
     // 22: the bypass fade.
@@ -108,10 +94,30 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     }
 }
 
-void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
+void CZonfra::runFilterStage(Ondra::OndraAudioBlock& audio, int n) {
+    // The dry chains follow the all-pass twins of the left filters on both channels.
+    dryPhaseHighL.copyCoefficients(highPassL.allPassStages());
+    dryPhaseHighR.copyCoefficients(highPassL.allPassStages());
+    dryPhaseLowL.copyCoefficients(lowPassL.allPassStages());
+    dryPhaseLowR.copyCoefficients(lowPassL.allPassStages());
+    const bool parallel = filterMode != 0;
+    Ondra::StereoBuffer& out = audio.out[0];
+    // Parallel: the high-pass branch takes the raw input, without input gain or pre stages.
+    if (parallel) secondBuffer.copyFrom(audio.in[0], n);
+    FilterStageParts parts{lowPassL,     lowPassR,      highPassL,    highPassR,     resonanceLow,
+                           resonanceHigh, dryPhaseLowL, dryPhaseLowR, dryPhaseHighL, dryPhaseHighR};
+    const FilterStageBuffers buffers{workBuffer.left,   workBuffer.right, secondBuffer.left,  secondBuffer.right,
+                                     out.left,          out.right,        dryPathBuffer.left, dryPathBuffer.right};
+    if (runFusedFilterStage(parts, parallel, buffers, n)) return;
+    runFilters(audio, n, parallel);
+    runDryPhaseChains(n);
+}
+
+// The filters one by one, for shapes the fused stage does not cover.
+void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n, bool parallel) {
     const auto count = static_cast<unsigned>(n);
     Ondra::StereoBuffer& out = audio.out[0];
-    if (filterMode == 0) {
+    if (!parallel) {
         dryPathBuffer.copyFrom(workBuffer, n);
         lowPassL.process(workBuffer.left, workBuffer.left, count);
         lowPassR.process(workBuffer.right, workBuffer.right, count);
@@ -123,8 +129,6 @@ void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
         workBuffer.copyTo(out.left, out.right, n);
         return;
     }
-    // Parallel: the high-pass branch takes the raw input, without input gain or pre stages.
-    secondBuffer.copyFrom(audio.in[0], n);
     dryPathBuffer.copyFrom(workBuffer, n);
     lowPassL.process(workBuffer.left, workBuffer.left, count);
     lowPassR.process(workBuffer.right, workBuffer.right, count);
@@ -141,10 +145,6 @@ void CZonfra::runFilters(Ondra::OndraAudioBlock& audio, int n) {
 }
 
 void CZonfra::runDryPhaseChains(int n) {
-    dryPhaseHighL.copyCoefficients(highPassL.allPassStages());
-    dryPhaseHighR.copyCoefficients(highPassL.allPassStages());
-    dryPhaseLowL.copyCoefficients(lowPassL.allPassStages());
-    dryPhaseLowR.copyCoefficients(lowPassL.allPassStages());
     for (int i = 0; i < n; ++i) {
         float left = dryPathBuffer.left[i] + 1e-19f;
         left = dryPhaseLowL.tickRounded(left) + 1e-19f;

@@ -46,8 +46,25 @@ float CSimpleMonoDelay::tick(float x) {
     return y;
 }
 
+// As tick on every sample, in pieces no longer than the delay: within a piece no sample is read
+// that the piece itself writes, so all of its outputs can be read before its inputs go in.
 void CSimpleMonoDelay::exchange(float* io, unsigned count) {
-    for (unsigned i = 0; i < count; ++i) io[i] = tick(io[i]);
+    if (!buffer || delaySamples == 0) return;
+    float* ring = buffer.get();
+    int remaining = static_cast<int>(count);
+    float incoming[kPiece];
+    while (remaining > 0) {
+        int read = position - delaySamples;
+        if (read < 0) read += bufferLength;
+        const int piece = std::min({remaining, delaySamples, kPiece, bufferLength - position, bufferLength - read});
+        std::copy(io, io + piece, incoming);
+        std::copy(ring + read, ring + read + piece, io);
+        for (int k = 0; k < piece; ++k) ring[position + k] = incoming[k] + feedback * ring[position + k];
+        position += piece;
+        if (position == bufferLength) position = 0;
+        io += piece;
+        remaining -= piece;
+    }
 }
 
 void CSimpleMonoDelay::writeOnly(const float* in, unsigned count) {

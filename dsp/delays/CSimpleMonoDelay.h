@@ -23,6 +23,8 @@ public:
     int getCapacity() const { return capacity; }
 
 private:
+    static constexpr int kPiece = 64;
+
     std::unique_ptr<float[]> buffer;
     int position = 0;
     int bufferLength = 0;

@@ -12,6 +12,11 @@ public:
             out.right[i] = right.tick(in.right[i]);
         }
     }
+    // tick on every sample pair of a block, in place.
+    void exchange(float* l, float* r, unsigned count) {
+        left.exchange(l, count);
+        right.exchange(r, count);
+    }
     void tick(float& l, float& r) {
         l = left.tick(l);
         r = right.tick(r);

@@ -1,7 +1,11 @@
 #include "dsp/effects/CFXLimiter.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace DSP::FX {
 
@@ -67,44 +71,84 @@ void CFXLimiter::reset() {
     meterGain.store(1.0f, std::memory_order_relaxed);
 }
 
+// The largest ring value as m = max(m, value) from 0: values are squares, so no NaN ever wins and
+// zero has one sign; the order does not matter.
 float CFXLimiter::ringMaximum() const {
+    const float* ring = peakRing.data();
+    __m128 high = _mm_setzero_ps();
+    int i = 0;
+    for (; i + 4 <= peakRingLength; i += 4) high = _mm_max_ps(_mm_loadu_ps(ring + i), high);
+    float lanes[4];
+    _mm_storeu_ps(lanes, high);
     float m = 0;
-    for (int i = 0; i < peakRingLength; ++i) m = std::max(m, peakRing[static_cast<size_t>(i)]);
+    for (float lane : lanes) m = std::max(m, lane);
+    for (; i < peakRingLength; ++i) m = std::max(m, ring[i]);
     return m;
 }
 
-void CFXLimiter::setRingPeakFromSquare(float square) {
+namespace {
+float peakFromSquare(float square) {
     float peak = std::sqrt(square);
     if (peak > 100000.0f) peak = 100000.0f;
     if (peak < 1e-19f) peak = 0.0f;
-    ringPeak = peak;
+    return peak;
 }
 
+bool sameBits(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
+
+// Whether the block holds a sample pair whose louder magnitude, as max(|l|, |r|) reads it (a NaN
+// on the left hides the right), reaches 1e-18.
+bool anyAudible(const float* left, const float* right, unsigned count) {
+    const __m128 magnitude = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+    __m128 loudest = _mm_setzero_ps();
+    const int n = static_cast<int>(count);
+    int i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128 l = _mm_and_ps(_mm_loadu_ps(left + i), magnitude);
+        const __m128 r = _mm_and_ps(_mm_loadu_ps(right + i), magnitude);
+        loudest = _mm_max_ps(_mm_max_ps(r, l), loudest);
+    }
+    float lanes[4];
+    _mm_storeu_ps(lanes, loudest);
+    float m = 0;
+    for (float lane : lanes) m = std::max(m, lane);
+    for (; i < n; ++i) m = std::max(m, std::max(std::fabs(left[i]), std::fabs(right[i])));
+    return !(m < 1e-18f);
+}
+}  // namespace
+
+void CFXLimiter::setRingPeakFromSquare(float square) { ringPeak = peakFromSquare(square); }
+
 void CFXLimiter::detect(const float* left, const float* right, unsigned count) {
-    float loudest = 0;
-    for (unsigned i = 0; i < count; ++i) loudest = std::max(loudest, std::max(std::fabs(left[i]), std::fabs(right[i])));
     // A silent block skips the ring only once the ring has gone silent too; while a peak is still
     // in it, the look-ahead must keep running or a transient before silence would pass unlimited.
-    if (!(loudest < 1e-18f) || !(ringMaximum() < 1e-18f)) {  // NaN input counts as loud
-        float m = ringPeak * ringPeak;
+    if (anyAudible(left, right, count) || !(ringMaximum() < 1e-18f)) {
+        float* ring = peakRing.data();
+        float* peaks = peakBuffer.data();
+        const int length = peakRingLength;
+        int pos = peakRingPos;
+        float peak = ringPeak;
+        float m = peak * peak;
         for (unsigned i = 0; i < count; ++i) {
             const float l = left[i] + 1e-19f;
             const float r = right[i] + 1e-19f;
             const float s = std::max(l * l, r * r);
-            const float leaving = peakRing[static_cast<size_t>(peakRingPos)];
-            peakRing[static_cast<size_t>(peakRingPos)] = s;
-            if (++peakRingPos >= peakRingLength) peakRingPos = 0;
+            const float leaving = ring[pos];
+            ring[pos] = s;
+            if (++pos >= length) pos = 0;
             // Rescan only when the maximum leaves the ring.
-            if (ringPeak == 0 || leaving == m) {
+            if (peak == 0 || leaving == m) {
                 m = ringMaximum();
-                setRingPeakFromSquare(m);
+                peak = peakFromSquare(m);
             }
-            peakBuffer[i] = ringPeak;
+            peaks[i] = peak;
             if (s > m) {
                 m = s;
-                setRingPeakFromSquare(s);
+                peak = peakFromSquare(s);
             }
         }
+        peakRingPos = pos;
+        ringPeak = peak;
         return;
     }
     std::fill(peakBuffer.begin(), peakBuffer.begin() + count, 0.0f);
@@ -113,36 +157,76 @@ void CFXLimiter::detect(const float* left, const float* right, unsigned count) {
 void CFXLimiter::process(float* left, float* right, unsigned count) {
     if (count > peakBuffer.size()) count = static_cast<unsigned>(peakBuffer.size());  // the caller sizes blocks
     if (bypassed) {
+        float* ring = peakRing.data();
+        int pos = peakRingPos;
         for (unsigned i = 0; i < count; ++i) {
-            peakRing[static_cast<size_t>(peakRingPos)] = std::max(std::fabs(left[i]), std::fabs(right[i]));
-            if (++peakRingPos >= peakRingLength) peakRingPos = 0;
-            delay.tick(left[i], right[i]);
+            ring[pos] = std::max(std::fabs(left[i]), std::fabs(right[i]));
+            if (++pos >= peakRingLength) pos = 0;
         }
+        peakRingPos = pos;
+        delay.exchange(left, right, count);
         ringPeak = 0;
         return;
     }
     const float o = outputGain * makeup;
     detect(left, right, count);
     const double fs = sampleRate;
+    const bool automatic = releaseMs <= 1.0f;
+    const float exponent = ratio - 1.0f;
+    float env = envelope, release = releaseCoefficient, autoMs = autoReleaseMs;
+    // The library functions run again only for a new argument; the same argument gives the same
+    // result, and while nothing is limited the arguments stand still.
+    bool havePower = false, haveTarget = false, haveRelease = false;
+    float powerOf = 0, power = 0, targetOf = 0, target = 0, releaseOf = 0;
+    float* gains = peakBuffer.data();
+    float g = gainBelowThreshold;
     for (unsigned i = 0; i < count; ++i) {
-        const float p = peakBuffer[i];
-        if (p > envelope)
-            envelope += (p - envelope) * attackCoefficient + 1e-19f;
+        const float p = gains[i];
+        if (p > env)
+            env += (p - env) * attackCoefficient + 1e-19f;
         else
-            envelope = p + (envelope - p) * releaseCoefficient + 1e-19f;
-        float g = gainBelowThreshold;
-        if (envelope > threshold) g = std::pow(envelope, ratio - 1.0f) * gainScale;
-        delay.tick(left[i], right[i]);
-        if (releaseMs <= 1.0f && g != 0) {
-            const float x = std::clamp(static_cast<float>(8.685889638065037 * std::log(g) / -24.0), 0.0f, 1.0f);
-            const float t = (1.0f - 7.0f * (1.0f - x) / (6.0f * (1.0f - x) + 1.0f)) * 650.0f + 0.1f + 1.0f;
-            const float rate = t > autoReleaseMs ? autoRise : autoFall;
-            autoReleaseMs += (t - autoReleaseMs) * rate + 1e-19f;
-            releaseCoefficient = static_cast<float>(std::exp(-kLn2 / (autoReleaseMs * 0.001 * fs)));
+            env = p + (env - p) * release + 1e-19f;
+        g = gainBelowThreshold;
+        if (env > threshold) {
+            if (!havePower || !sameBits(env, powerOf)) {
+                powerOf = env;
+                power = std::pow(env, exponent);
+                havePower = true;
+            }
+            g = power * gainScale;
         }
-        left[i] *= g;
-        right[i] *= g;
-        meterGain.store(g, std::memory_order_relaxed);
+        if (automatic && g != 0) {
+            if (!haveTarget || !sameBits(g, targetOf)) {
+                targetOf = g;
+                const float x = std::clamp(static_cast<float>(8.685889638065037 * std::log(g) / -24.0), 0.0f, 1.0f);
+                target = (1.0f - 7.0f * (1.0f - x) / (6.0f * (1.0f - x) + 1.0f)) * 650.0f + 0.1f + 1.0f;
+                haveTarget = true;
+            }
+            const float rate = target > autoMs ? autoRise : autoFall;
+            autoMs += (target - autoMs) * rate + 1e-19f;
+            if (!haveRelease || !sameBits(autoMs, releaseOf)) {
+                releaseOf = autoMs;
+                release = static_cast<float>(std::exp(-kLn2 / (autoMs * 0.001 * fs)));
+                haveRelease = true;
+            }
+        }
+        gains[i] = g;
+    }
+    envelope = env;
+    releaseCoefficient = release;
+    autoReleaseMs = autoMs;
+    if (count > 0) meterGain.store(g, std::memory_order_relaxed);
+    delay.exchange(left, right, count);
+    const __m128 outGain = _mm_set1_ps(o);
+    unsigned i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const __m128 gain = _mm_loadu_ps(gains + i);
+        _mm_storeu_ps(left + i, _mm_mul_ps(_mm_mul_ps(_mm_loadu_ps(left + i), gain), outGain));
+        _mm_storeu_ps(right + i, _mm_mul_ps(_mm_mul_ps(_mm_loadu_ps(right + i), gain), outGain));
+    }
+    for (; i < count; ++i) {
+        left[i] *= gains[i];
+        right[i] *= gains[i];
         left[i] *= o;
         right[i] *= o;
     }

@@ -31,7 +31,10 @@ private:
     float stereoGain();
     float monoGain();
 
+    static constexpr int kSlice = 128;
+
     Generators::CSineOSC osc;
+    float oscValues[kSlice] = {};
     float frequency = 2000;
     float mixTarget = 0, mixCurrent = 0;
     float gateCurrent = 1, gateTarget = 1;

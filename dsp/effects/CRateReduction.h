@@ -20,6 +20,8 @@ public:
     float getPhaseStep() const { return phaseStep; }
 
 private:
+    void quantiseBlock(float* x, int n) const;
+
     float bitAmount = 1.0f;
     float rateAmount = 1.0f;
     float levels = 16002.0f;

@@ -1,6 +1,8 @@
 #include "dsp/effects/CVibrato.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 
 namespace DSP::FX {
@@ -67,6 +69,56 @@ void CVibrato::process(float left, float right, float* outLeft, float* outRight)
         bufferR[0] = right;
         writeIndex = 1;
     }
+}
+
+namespace {
+bool sameBits(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
+}  // namespace
+
+void CVibrato::processBlock(float* left, float* right, int count, bool replace) {
+    // Depth and gate glide toward their targets; once a step leaves both where they are, they
+    // stay there for good and need no more steps.
+    float depth = depthCurrent, gate = gateCurrent, wait = delay;
+    const float depthGoal = depthTarget, gateGoal = gateTarget;
+    bool resting = false;
+    int write = writeIndex;
+    int i = 0;
+    // The LFO's step runs in the same loop, beside the delay's.
+    lfo.forEachTick(count, [&](double tick) {
+        if (!resting) {
+            const float nextDepth = depth + ((depthGoal - depth) * 0.01f + 1e-19f);
+            float nextGate = gate + ((gateGoal - gate) * 0.00011f + 1e-19f);
+            nextGate += (gateGoal - nextGate) * 0.00011f + 1e-19f;
+            resting = sameBits(nextDepth, depth) && sameBits(nextGate, gate);
+            depth = nextDepth;
+            gate = nextGate;
+        }
+        const float l = static_cast<float>(tick);
+        const float wanted = depth * (1.0f + l) * gate;
+        wait = std::clamp(wait + 1e-19f + 0.01f * (wanted - wait), 0.0f, 65536.0f);
+        const float inL = left[i], inR = right[i];
+        if (replace) {
+            float pos = static_cast<float>(write) - wait;
+            if (pos < 1.0f) pos += 65535.0f;
+            if (pos < 1.0f) pos = 1.0f;
+            const int k = static_cast<int>(pos);
+            const float f = pos - static_cast<float>(k);
+            left[i] = bufferL[k - 1] + (bufferL[k] - bufferL[k - 1]) * f;
+            right[i] = bufferR[k - 1] + (bufferR[k] - bufferR[k - 1]) * f;
+        }
+        bufferL[write] = inL;
+        bufferR[write] = inR;
+        if (++write == 65536) {
+            bufferL[0] = inL;
+            bufferR[0] = inR;
+            write = 1;
+        }
+        ++i;
+    });
+    depthCurrent = depth;
+    gateCurrent = gate;
+    delay = wait;
+    writeIndex = write;
 }
 
 }  // namespace DSP::FX

@@ -15,6 +15,9 @@ public:
     void setSampleRate(float rate);
     void reset();
     void process(float left, float right, float* outLeft, float* outRight);
+    // The same per sample pair, over a block in place. With `replace` false the block only feeds
+    // the delay line and keeps its samples, as when the outputs of process are thrown away.
+    void processBlock(float* left, float* right, int count, bool replace);
 
     float getDelay() const { return delay; }
     float getDepthTarget() const { return depthTarget; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
 namespace DSP {
@@ -53,8 +54,20 @@ void CPeakBiquad::set(int newType, float newFrequency, float newQ, float newGain
     update();
 }
 
+namespace {
+template <typename T>
+bool sameBits(T a, T b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+}  // namespace
+
 void CPeakBiquad::update() {
     if (!(sampleRate > 0.0)) return;
+    if (designed && sameBits(last.sampleRate, sampleRate) && last.type == type && sameBits(last.frequency, frequency) &&
+        sameBits(last.q, q) && sameBits(last.gainDb, gainDb) && last.bandwidthMode == bandwidthMode)
+        return;
+    designed = true;
+    last = Design{sampleRate, type, frequency, q, gainDb, bandwidthMode};
     const double f = std::clamp(static_cast<double>(frequency), 5.0, 20000.0);
     const double w = 2.0 * std::numbers::pi * (std::isnan(f) ? 1000.0 : f) / sampleRate;
     const double qValue = q > kMinimumQ ? static_cast<double>(q) : kMinimumQ;
@@ -68,8 +81,13 @@ void CPeakBiquad::update() {
 
 void CPeakBiquad::setFrequency(float hertz) {
     if (std::isnan(hertz)) return;
-    frequency = static_cast<float>(std::clamp(static_cast<double>(hertz), 1.0, sampleRate / 2.0));
+    storeFrequency(hertz);
     update();
+}
+
+void CPeakBiquad::storeFrequency(float hertz) {
+    if (std::isnan(hertz)) return;
+    frequency = static_cast<float>(std::clamp(static_cast<double>(hertz), 1.0, sampleRate / 2.0));
 }
 
 void CPeakBiquad::setSampleRate(int hertz) {

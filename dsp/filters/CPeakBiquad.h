@@ -11,10 +11,14 @@ public:
 
     // bandwidthMode: q is a bandwidth in octaves instead of a Q.
     void set(int type, float frequency, float q, float gainDb, bool bandwidthMode);
-    // Redesigns from the fields, after sampleRate, q or gainDb were written directly.
+    // Redesigns from the fields, after sampleRate, q or gainDb were written directly. The design
+    // runs only when a field differs from the last design's; the same fields give the same result.
     void update();
     // Clamped to 1 .. sampleRate / 2.
     void setFrequency(float hertz);
+    // The same clamp and store, without the redesign: for callers that change q or gainDb as well
+    // and then call update once.
+    void storeFrequency(float hertz);
     // Ignored unless above 0.
     void setSampleRate(int hertz);
     void reset();
@@ -28,6 +32,16 @@ public:
     int type = 0;
     float frequency = 0, q = 0, gainDb = 0;
     unsigned char bandwidthMode = 0;
+
+private:
+    struct Design {
+        double sampleRate;
+        int type;
+        float frequency, q, gainDb;
+        unsigned char bandwidthMode;
+    };
+    bool designed = false;
+    Design last{};
 };
 
 }  // namespace DSP

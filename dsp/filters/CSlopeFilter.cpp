@@ -33,10 +33,15 @@ int CSlopeFilter::cacheBin(double hertz) {
 
 void CSlopeFilter::clearCache() {
     for (int i = 0; i < kCacheBins; ++i) cache[i].valid = false;
+    selectedBin = -1;
 }
 
 void CSlopeFilter::selectCoefficients() {
-    CacheEntry& entry = cache[cacheBin(cutoff)];
+    const int bin = cacheBin(cutoff);
+    CacheEntry& entry = cache[bin];
+    // The cascades hold this bin's coefficients already: selecting them again would copy the same.
+    if (entry.valid && bin == selectedBin) return;
+    selectedBin = bin;
     if (entry.valid) {
         const int count = lowA.stageCount();
         std::copy(entry.a1, entry.a1 + count, lowA.a1);

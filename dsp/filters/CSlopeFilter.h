@@ -30,6 +30,8 @@ public:
     // Decibel response of the series path.
     void response(const double* frequenciesHz, double* outDb, int count) const;
     const CBiquadCascade& allPassStages() const { return allPass; }
+    // The high-pass of mode 0: all-pass minus the twice-filtered low-pass.
+    bool isComplementary() const { return type == 1 && mode == 0; }
 
     // Cache bin of a cutoff; the curve spends most bins on the low range.
     static int cacheBin(double hertz);
@@ -40,6 +42,10 @@ public:
     double getSampleRate() const { return sampleRate; }
     const CBiquadCascade& lowPathA() const { return lowA; }
     const CBiquadCascade& lowPathB() const { return lowB; }
+    // For block kernels that run several filters together; they keep the state in step.
+    CBiquadCascade& lowPathA() { return lowA; }
+    CBiquadCascade& lowPathB() { return lowB; }
+    CBiquadCascade& allPassStages() { return allPass; }
 
     // 0: high-pass as all-pass minus low-pass; otherwise a direct high-pass. Call setSlope after
     // writing it.
@@ -66,6 +72,7 @@ private:
     int maxOrder;
     int order;
     unsigned type = 0;
+    int selectedBin = -1;  // the bin whose coefficients the cascades hold, -1 after a cache clear
     std::unique_ptr<CacheEntry[]> cache;
 };
 

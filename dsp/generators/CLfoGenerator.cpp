@@ -169,108 +169,13 @@ void CLfoGenerator::updateShift() {
     }
 }
 
-void CLfoGenerator::turn(Phasor& p, double c, double s) {
-    const double y = c * p.y + p.x * s;
-    const double x = p.x * c - p.y * s;
-    p.x = x;
-    p.y = y;
+double CLfoGenerator::accumulate(double sum, int count) {
+    forEachTick(count, [&sum](double tick) { sum += tick; });
+    return sum;
 }
 
-double CLfoGenerator::tickSine(CLfoGenerator& g) {
-    if (g.pending) {
-        g.first.x = g.first.px;
-        g.first.y = g.first.py;
-        g.pending = false;
-    }
-    turn(g.first, g.c1, g.s1);
-    return g.first.x;
+void CLfoGenerator::fill(double* __restrict out, int count) {
+    forEachTick(count, [&out](double tick) { *out++ = tick; });
 }
-
-double CLfoGenerator::tickTriangle(CLfoGenerator& g) {
-    if (g.pending) {
-        g.value = g.pendingValue;
-        g.direction = g.pendingDirection;
-        g.pending = false;
-    }
-    double v = g.value + g.direction * g.step;
-    if (v > 1.0) {
-        g.direction = -g.direction;
-        v = 1.0 - v + std::floor(v);
-    } else if (v < -1.0) {
-        g.direction = -g.direction;
-        v = -1.0 - v - std::floor(-v);
-    }
-    g.value = v;
-    g.position += g.step * 0.25;
-    if (g.position >= 1.0) g.position = 0.0;
-    return v;
-}
-
-double CLfoGenerator::tickSaw(CLfoGenerator& g) {
-    double p = g.pending ? g.pendingPhase : g.phase;
-    g.pending = false;
-    p += g.step;
-    if (p > 1.0) p -= std::floor(p);
-    g.phase = p;
-    return 1.0 - 2.0 * p;
-}
-
-double CLfoGenerator::tickSineOctave(CLfoGenerator& g) {
-    if (g.pending) {
-        g.first.x = g.first.px;
-        g.first.y = g.first.py;
-        g.second.x = g.second.px;
-        g.second.y = g.second.py;
-        g.pending = false;
-    }
-    turn(g.first, g.c1, g.s1);
-    turn(g.second, g.c2, g.s2);
-    return (g.first.x + g.second.x) * 0.5;
-}
-
-double CLfoGenerator::tickHalfDampedSine(CLfoGenerator& g) {
-    if (g.pending) {
-        g.first.x = g.first.px;
-        g.first.y = g.first.py;
-        g.pending = false;
-    }
-    turn(g.first, g.c1, g.s1);
-    const double x = g.first.x;
-    return x >= 0 ? x : -x * 0.5;
-}
-
-double CLfoGenerator::randomValue() {
-    const uint32_t r = seed >> 16;
-    seed = seed * multiplier + 1u;
-    return (static_cast<double>(r % 32000u) - 16000.0) / 16000.0;
-}
-
-double CLfoGenerator::tickRandomSteps(CLfoGenerator& g) {
-    g.phase += g.step;
-    if (g.phase >= 1.0) {
-        g.phase -= std::floor(g.phase);
-        g.held = g.randomValue();
-    }
-    return g.held;
-}
-
-double CLfoGenerator::tickRandomRamps(CLfoGenerator& g) {
-    g.phase += g.step;
-    if (g.phase >= 1.0) {
-        g.phase -= std::floor(g.phase);
-        const double next = g.randomValue();
-        g.delta = next - g.held;
-        g.held = next;
-    }
-    return g.held - g.delta * (1.0 - g.phase);
-}
-
-double CLfoGenerator::tickSquare(CLfoGenerator& g) {
-    g.squarePhase += g.squareStep;
-    if (g.squarePhase >= 1.0f) g.squarePhase -= std::floor(g.squarePhase);
-    return g.squarePhase < 0.5f ? 1.0 : -1.0;
-}
-
-double CLfoGenerator::tickSilent(CLfoGenerator&) { return 0.0; }
 
 }  // namespace DSP

@@ -23,7 +23,7 @@ void CSineOSC::update() {
     sinD = sinF;
 }
 
-float CSineOSC::nextFloat() {
+inline float CSineOSC::step() {
     float x = xF, y = yF;
     if (pending) {
         x = static_cast<float>(pendingX);
@@ -33,6 +33,24 @@ float CSineOSC::nextFloat() {
     yF = cosF * y + x * sinF;
     xF = x * cosF - y * sinF;
     return xF;
+}
+
+float CSineOSC::nextFloat() { return step(); }
+
+void CSineOSC::fill(float* out, int count) {
+    if (count <= 0) return;
+    out[0] = step();  // takes a pending phase
+    // The phasor in locals: `out` may alias the members as far as the compiler knows.
+    const float c = cosF, s = sinF;
+    float x = xF, y = yF;
+    for (int i = 1; i < count; ++i) {
+        const float nextY = c * y + x * s;
+        x = x * c - y * s;
+        y = nextY;
+        out[i] = x;
+    }
+    xF = x;
+    yF = y;
 }
 
 double CSineOSC::nextDouble() {

@@ -11,11 +11,16 @@ public:
     void setFrequency(double hertz) override;
     double nextDouble() override;
     float nextFloat() override;
+    // The next `count` values of nextFloat, without a call per sample.
+    void fill(float* out, int count) override;
+    using GeneratorBase::fill;
     void reset() override;
     void setPhase(double p) override;
     void setPhaseDirect(double p) override;
 
 private:
+    float step();
+
     float cosF = 1, sinF = 0;
     double cosD = 1, sinD = 0;
     float xF = 0, yF = -1;

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "dsp/filters/CBiquadCascade.h"
+#include "dsp/filters/CPeakBiquad.h"
+#include "dsp/filters/CSlopeFilter.h"
+#include "effect/FusedFilterStage.h"
+
+namespace {
+
+// The objects of one filter stage, set up as the effect sets them up.
+struct Stage {
+    DSP::CSlopeFilter lowL{8}, lowR{8}, highL{8}, highR{8};
+    DSP::CPeakBiquad resonanceLow, resonanceHigh;
+    DSP::CBiquadCascade dryLowL{12}, dryLowR{12}, dryHighL{12}, dryHighR{12};
+    bool parallel;
+
+    Stage(int lowSlope, int highSlope, bool parallelMode) : parallel(parallelMode) {
+        for (DSP::CSlopeFilter* f : {&lowL, &lowR, &highL, &highR}) {
+            f->setSampleRate(48000);
+            f->mode = parallel ? 1 : 0;
+        }
+        highL.setType(1);
+        highR.setType(1);
+        lowL.setSlope(lowSlope);
+        lowR.setSlope(lowSlope);
+        highL.setSlope(highSlope);
+        highR.setSlope(highSlope);
+        resonanceLow.set(6, 1000, 0.9f, 9, true);
+        resonanceHigh.set(6, 300, 0.7f, 6, true);
+    }
+
+    void setCutoffs(double low, double high) {
+        lowL.setCutoff(low);
+        lowR.setCutoff(low);
+        highL.setCutoff(high);
+        highR.setCutoff(high);
+        resonanceLow.setFrequency(static_cast<float>(low));
+        resonanceHigh.setFrequency(static_cast<float>(high));
+        dryHighL.copyCoefficients(highL.allPassStages());
+        dryHighR.copyCoefficients(highL.allPassStages());
+        dryLowL.copyCoefficients(lowL.allPassStages());
+        dryLowR.copyCoefficients(lowL.allPassStages());
+    }
+
+    FilterStageParts parts() {
+        return {lowL, lowR, highL, highR, resonanceLow, resonanceHigh, dryLowL, dryLowR, dryHighL, dryHighR};
+    }
+
+    // The filters one by one, in the order of the effect's block.
+    void runOneByOne(const float* inL, const float* inR, const float* highInL, const float* highInR, float* outL,
+                     float* outR, float* dryL, float* dryR, int n) {
+        std::vector<float> workL(inL, inL + n), workR(inR, inR + n);
+        std::vector<float> secondL(highInL, highInL + n), secondR(highInR, highInR + n);
+        std::copy(inL, inL + n, dryL);
+        std::copy(inR, inR + n, dryR);
+        const auto count = static_cast<unsigned>(n);
+        lowL.process(workL.data(), workL.data(), count);
+        lowR.process(workR.data(), workR.data(), count);
+        float* const work[2] = {workL.data(), workR.data()};
+        float* const second[2] = {secondL.data(), secondR.data()};
+        if (!parallel) {
+            highL.process(workL.data(), workL.data(), count);
+            highR.process(workR.data(), workR.data(), count);
+            resonanceLow.process(work, work, count);
+            resonanceHigh.process(work, work, count);
+            std::copy(workL.begin(), workL.end(), outL);
+            std::copy(workR.begin(), workR.end(), outR);
+        } else {
+            highL.process(secondL.data(), secondL.data(), count);
+            highR.process(secondR.data(), secondR.data(), count);
+            resonanceLow.process(work, work, count);
+            resonanceHigh.process(second, second, count);
+            for (int i = 0; i < n; ++i) {
+                outL[i] = workL[static_cast<size_t>(i)] + secondL[static_cast<size_t>(i)];
+                outR[i] = workR[static_cast<size_t>(i)] + secondR[static_cast<size_t>(i)];
+            }
+        }
+        for (int i = 0; i < n; ++i) {
+            float left = dryL[i] + 1e-19f;
+            left = dryLowL.tickRounded(left) + 1e-19f;
+            dryL[i] = dryHighL.tickRounded(left);
+            float right = dryR[i] + 1e-19f;
+            right = dryLowR.tickRounded(right) + 1e-19f;
+            dryR[i] = dryHighR.tickRounded(right);
+        }
+    }
+};
+
+uint32_t bits(float v) {
+    uint32_t b;
+    std::memcpy(&b, &v, sizeof b);
+    return b;
+}
+
+bool sameState(const DSP::CBiquadCascade& a, const DSP::CBiquadCascade& b) {
+    const size_t bytes = sizeof(double) * static_cast<size_t>(a.capacity());
+    return std::memcmp(a.x1, b.x1, bytes) == 0 && std::memcmp(a.x2, b.x2, bytes) == 0 &&
+           std::memcmp(a.y1, b.y1, bytes) == 0 && std::memcmp(a.y2, b.y2, bytes) == 0;
+}
+
+bool sameState(const DSP::CPeakBiquad& a, const DSP::CPeakBiquad& b) {
+    const double x[8] = {a.x1L, a.x2L, a.y1L, a.y2L, a.x1R, a.x2R, a.y1R, a.y2R};
+    const double y[8] = {b.x1L, b.x2L, b.y1L, b.y2L, b.x1R, b.x2R, b.y1R, b.y2R};
+    return std::memcmp(x, y, sizeof x) == 0;
+}
+
+// Noise with silent, tiny, subnormal and signed-zero stretches.
+std::vector<float> signal(size_t n, uint32_t seed) {
+    std::vector<float> x(n);
+    for (size_t i = 0; i < n; ++i) {
+        seed = seed * 1664525u + 1013904223u;
+        float v = static_cast<float>(seed >> 8) / 8388608.0f - 1.0f;
+        const size_t part = (i / 300) % 6;
+        if (part == 2) v = 0.0f;
+        if (part == 3) v *= 1e-30f;
+        if (part == 4) v *= 1e-40f;
+        if (part == 5 && i % 3 == 0) v = -0.0f;
+        x[i] = v;
+    }
+    return x;
+}
+
+}  // namespace
+
+TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
+    const int slopes[] = {12, 24, 48, 96};
+    const int chunks[] = {96, 1, 7, 2, 300, 17, 96, 5, 64, 3};
+    // The widest form this processor has (AVX where present) and the SSE2 form every x86-64 has.
+    for (const auto& [lanes, parallel] : {std::pair{FusedLanes::widest, false}, std::pair{FusedLanes::widest, true},
+                                          std::pair{FusedLanes::sse2, false}, std::pair{FusedLanes::sse2, true}}) {
+        for (int lowSlope : slopes) {
+            for (int highSlope : slopes) {
+                auto fused = std::make_unique<Stage>(lowSlope, highSlope, parallel);
+                auto plain = std::make_unique<Stage>(lowSlope, highSlope, parallel);
+                const size_t total = 1800;
+                const std::vector<float> inL = signal(total, 1), inR = signal(total, 2);
+                const std::vector<float> rawL = signal(total, 3), rawR = signal(total, 4);
+                std::vector<float> outA(2 * total), outB(2 * total), dryA(2 * total), dryB(2 * total);
+                size_t at = 0;
+                for (int round = 0; at < total; ++round) {
+                    const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(chunks[round % 10]), total - at));
+                    const double low = 300.0 + 1700.0 * (round % 5), high = 40.0 + 90.0 * (round % 7);
+                    fused->setCutoffs(low, high);
+                    plain->setCutoffs(low, high);
+                    FilterStageParts parts = fused->parts();
+                    const FilterStageBuffers io{inL.data() + at, inR.data() + at, rawL.data() + at, rawR.data() + at,
+                                                outA.data() + at, outA.data() + total + at,
+                                                dryA.data() + at, dryA.data() + total + at};
+                    ASSERT_TRUE(runFusedFilterStage(parts, parallel, io, n, lanes));
+                    plain->runOneByOne(inL.data() + at, inR.data() + at, rawL.data() + at, rawR.data() + at,
+                                       outB.data() + at, outB.data() + total + at, dryB.data() + at,
+                                       dryB.data() + total + at, n);
+                    at += static_cast<size_t>(n);
+                }
+                for (size_t i = 0; i < 2 * total; ++i) {
+                    ASSERT_EQ(bits(outA[i]), bits(outB[i])) << "wet " << i << " slopes " << lowSlope << "/" << highSlope
+                                                            << (parallel ? " parallel" : " series");
+                    ASSERT_EQ(bits(dryA[i]), bits(dryB[i])) << "dry " << i << " slopes " << lowSlope << "/" << highSlope
+                                                            << (parallel ? " parallel" : " series");
+                }
+                EXPECT_TRUE(sameState(fused->lowL.lowPathA(), plain->lowL.lowPathA()));
+                EXPECT_TRUE(sameState(fused->lowR.lowPathB(), plain->lowR.lowPathB()));
+                EXPECT_TRUE(sameState(fused->highL.lowPathA(), plain->highL.lowPathA()));
+                EXPECT_TRUE(sameState(fused->highR.lowPathB(), plain->highR.lowPathB()));
+                EXPECT_TRUE(sameState(fused->highL.allPassStages(), plain->highL.allPassStages()));
+                EXPECT_TRUE(sameState(fused->dryHighR, plain->dryHighR));
+                EXPECT_TRUE(sameState(fused->dryLowL, plain->dryLowL));
+                EXPECT_TRUE(sameState(fused->resonanceLow, plain->resonanceLow));
+                EXPECT_TRUE(sameState(fused->resonanceHigh, plain->resonanceHigh));
+            }
+        }
+    }
+}
+
+TEST(FusedFilterStage, ShapesWithoutAFusedFormAreLeftToTheCaller) {
+    auto stage = std::make_unique<Stage>(96, 48, false);
+    stage->setCutoffs(1000, 100);
+    stage->lowR.setSlope(48);  // the channels of a side differ
+    std::vector<float> in(64, 0.25f), out(64, 7.0f), dry(64, 7.0f);
+    FilterStageParts parts = stage->parts();
+    const FilterStageBuffers io{in.data(), in.data(), in.data(), in.data(), out.data(), out.data(), dry.data(), dry.data()};
+    EXPECT_FALSE(runFusedFilterStage(parts, false, io, 64));
+    EXPECT_EQ(out[0], 7.0f);
+    EXPECT_EQ(dry[63], 7.0f);
+
+    auto series = std::make_unique<Stage>(48, 48, false);
+    series->setCutoffs(1000, 100);
+    FilterStageParts seriesParts = series->parts();
+    EXPECT_FALSE(runFusedFilterStage(seriesParts, true, io, 64));  // high-pass not in its parallel form
+}
