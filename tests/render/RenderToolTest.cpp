@@ -197,3 +197,22 @@ TEST_F(RenderTool, FactoryPresetsByNameAndPresetFiles) {
     EXPECT_LT(energy(bass.left), 0.05 * energy(plain.left)) << "180 Hz low-pass on white noise";
     EXPECT_GT(energy(open.left), 0.5 * energy(plain.left));
 }
+
+TEST_F(RenderTool, FlacAndAiffInAndOutEvenBeyondFullScale) {
+    const std::string in = impulseFile("in.wav", 48000, 9600, 100);
+    for (const char* extension : {"flac", "aiff"}) {
+        const std::string out = path(std::string("out.") + extension);
+        // Output gain 2 on an impulse of 0.5 and a louder one: the integer format must clip, not fail.
+        const ProcessResult run = runRender("'" + in + "' '" + out + "' --tail 0 --set OUTPUTGAIN=2 --set INPUTGAIN=2");
+        ASSERT_EQ(run.status, 0) << extension << ": " << run.output;
+        StereoAudio back;
+        ASSERT_EQ(readAudio(out, back), "") << extension;
+        EXPECT_EQ(back.sampleRate, 48000);
+        EXPECT_EQ(back.left.size(), 9600u);
+        EXPECT_EQ(peakIndex(back.left), 100u) << extension;
+        EXPECT_GE(std::fabs(back.left[100]), 0.99f) << extension;
+
+        // And the file reads back in as input.
+        ASSERT_EQ(runRender("'" + out + "' '" + path("again.wav") + "' --tail 0").status, 0) << extension;
+    }
+}

@@ -55,6 +55,8 @@ std::string writeAudio(const std::string& path, const StereoAudio& audio) {
     const std::string temporary = path + ".partial";
     SNDFILE* file = sf_open(temporary.c_str(), SFM_WRITE, &info);
     if (!file) return "cannot write " + path + ": " + sf_strerror(nullptr);
+    // Integer formats clip what lies beyond full scale instead of wrapping (or refusing) it.
+    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     std::vector<float> interleaved(audio.left.size() * 2);
     for (size_t i = 0; i < audio.left.size(); ++i) {
         interleaved[2 * i] = audio.left[i];
