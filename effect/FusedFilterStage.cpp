@@ -4,42 +4,17 @@
 #include "dsp/filters/CPeakBiquad.h"
 #include "dsp/filters/CSlopeFilter.h"
 #include "dsp/filters/StereoStage.h"
+#include "effect/FusedStagePieces.h"
 #include "effect/FusedFilterStageWide.h"
 
 namespace {
 
 using DSP::StereoStage;
 namespace Lanes = DSP::Lanes;
-
-// The offsets in front of each cascade and of the dry chains.
-inline __m128d withOffset(__m128d v) { return _mm_add_pd(v, _mm_set1_pd(1e-19)); }
-inline __m128d withFloatOffset(__m128 v) { return _mm_cvtps_pd(_mm_add_ps(v, _mm_set1_ps(1e-19f))); }
-
-// G consecutive stages of one cascade for both channels, run through in order for one sample.
-template <int G>
-struct Part {
-    StereoStage stage[G];
-
-    void load(const DSP::CBiquadCascade& left, const DSP::CBiquadCascade& right, int first) {
-        for (int k = 0; k < G; ++k) stage[k].load(left, right, first + k);
-    }
-    void save(DSP::CBiquadCascade& left, DSP::CBiquadCascade& right, int first, int last) const {
-        for (int k = 0; k < G; ++k) stage[k].save(left, right, first + k, last);
-    }
-    // CBiquadCascade::tick over these stages.
-    ZONFRA_LANE_INLINE __m128d tick(__m128d x, unsigned q) {
-#pragma GCC unroll 8
-        for (int k = 0; k < G; ++k) x = stage[k].cascade(x, q);
-        return x;
-    }
-    // CBiquadCascade::tickRounded over these stages (before the final, exact, conversion to float).
-    ZONFRA_LANE_INLINE __m128d tickRounded(__m128d x, unsigned q) {
-#pragma GCC unroll 8
-        for (int k = 0; k < G; ++k) x = stage[k].rounded(x, q);
-        return x;
-    }
-    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return stage[G - 1].out(q); }
-};
+using FusedStagePieces::Part;
+using FusedStagePieces::partSize;
+using FusedStagePieces::withFloatOffset;
+using FusedStagePieces::withOffset;
 
 // A cascade of K stages as K / G parts, each one step of the pipeline.
 template <int K, int G>
@@ -57,9 +32,6 @@ struct Chain {
     ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return part[kParts - 1].out(q); }
 };
 
-// Stages per pipeline step: short enough that the steps of one iteration keep the arithmetic
-// units busy, long enough that few ramp-up and run-out iterations remain.
-constexpr int partSize(int stages) { return stages >= 2 ? 2 : 1; }
 
 // A skewed pipeline: a step at depth d works on sample i - d in iteration i and takes its input
 // from the output its predecessor (depth d - 1) produced for that sample one iteration before.

@@ -6,6 +6,7 @@
 #include "dsp/filters/CPeakBiquad.h"
 #include "dsp/filters/CSlopeFilter.h"
 #include "dsp/filters/StereoStage.h"
+#include "effect/FusedStagePieces.h"
 
 // Only what follows is built for AVX; the shared inline code above keeps the default instruction
 // set, and nothing here runs unless the processor has AVX.
@@ -17,8 +18,10 @@ namespace {
 using DSP::StereoStage;
 namespace Lanes = DSP::Lanes;
 
-inline __m128d withOffset(__m128d v) { return _mm_add_pd(v, _mm_set1_pd(1e-19)); }
-inline __m128d withFloatOffset(__m128 v) { return _mm_cvtps_pd(_mm_add_ps(v, _mm_set1_ps(1e-19f))); }
+using FusedStagePieces::Part;
+using FusedStagePieces::partSize;
+using FusedStagePieces::withFloatOffset;
+using FusedStagePieces::withOffset;
 inline __m256d join(__m128d low, __m128d high) { return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1); }
 inline __m128d lowHalf(__m256d v) { return _mm256_castpd256_pd128(v); }
 inline __m128d highHalf(__m256d v) { return _mm256_extractf128_pd(v, 1); }
@@ -84,19 +87,6 @@ struct PairPart {
     }
     ZONFRA_LANE_INLINE __m256d out(unsigned q) const { return stage[G - 1].out(q); }
 };
-
-template <int G>
-struct Part {
-    StereoStage stage[G];
-    ZONFRA_LANE_INLINE __m128d tick(__m128d v, unsigned q) {
-#pragma GCC unroll 8
-        for (int k = 0; k < G; ++k) v = stage[k].cascade(v, q);
-        return v;
-    }
-    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return stage[G - 1].out(q); }
-};
-
-constexpr int partSize(int stages) { return stages >= 2 ? 2 : 1; }
 
 // The series pipeline of FusedFilterStage.cpp with K stages on both sides, the same steps at the
 // same depths, three of its cascade pairs sharing a register:

@@ -85,29 +85,10 @@ struct alignas(16) StereoStage {
     }
 
     // CBiquadCascade::tick for one stage: x b0 - a1 y1 - a2 y2 + b1 x1 + b2 x2.
-    ZONFRA_LANE_INLINE __m128d cascade(__m128d in, unsigned q) {
-        const unsigned p = q ^ 1;
-        __m128d v = _mm_mul_pd(in, b0);
-        v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
-        v = _mm_sub_pd(v, _mm_mul_pd(a2, y[q]));
-        v = _mm_add_pd(v, _mm_mul_pd(b1, x[p]));
-        v = _mm_add_pd(v, _mm_mul_pd(b2, x[q]));
-        x[q] = in;
-        y[q] = v;
-        return v;
-    }
+    ZONFRA_LANE_INLINE __m128d cascade(__m128d in, unsigned q) { return remember(in, cascadeSum(in, q), q); }
     // CBiquadCascade::tickRounded for one stage: the same sum, rounded to float.
     ZONFRA_LANE_INLINE __m128d rounded(__m128d in, unsigned q) {
-        const unsigned p = q ^ 1;
-        __m128d v = _mm_mul_pd(in, b0);
-        v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
-        v = _mm_sub_pd(v, _mm_mul_pd(a2, y[q]));
-        v = _mm_add_pd(v, _mm_mul_pd(b1, x[p]));
-        v = _mm_add_pd(v, _mm_mul_pd(b2, x[q]));
-        v = Lanes::rounded(v);
-        x[q] = in;
-        y[q] = v;
-        return v;
+        return remember(in, Lanes::rounded(cascadeSum(in, q)), q);
     }
     // CPeakBiquad: b0 x + 1e-18 + b1 x1 + b2 x2 - a1 y1 - a2 y2.
     ZONFRA_LANE_INLINE __m128d peak(__m128d in, unsigned q) {
@@ -118,12 +99,27 @@ struct alignas(16) StereoStage {
         v = _mm_add_pd(v, _mm_mul_pd(b2, x[q]));
         v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
         v = _mm_sub_pd(v, _mm_mul_pd(a2, y[q]));
+        return remember(in, v, q);
+    }
+    // Output for a sample of parity q, once processed.
+    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return y[q]; }
+
+private:
+    // The cascade's sum in its own order of operations, which the results depend on to the bit.
+    ZONFRA_LANE_INLINE __m128d cascadeSum(__m128d in, unsigned q) const {
+        const unsigned p = q ^ 1;
+        __m128d v = _mm_mul_pd(in, b0);
+        v = _mm_sub_pd(v, _mm_mul_pd(a1, y[p]));
+        v = _mm_sub_pd(v, _mm_mul_pd(a2, y[q]));
+        v = _mm_add_pd(v, _mm_mul_pd(b1, x[p]));
+        return _mm_add_pd(v, _mm_mul_pd(b2, x[q]));
+    }
+    // The sample of parity q becomes the stage's newest input and output.
+    ZONFRA_LANE_INLINE __m128d remember(__m128d in, __m128d v, unsigned q) {
         x[q] = in;
         y[q] = v;
         return v;
     }
-    // Output for a sample of parity q, once processed.
-    ZONFRA_LANE_INLINE __m128d out(unsigned q) const { return y[q]; }
 };
 
 }  // namespace DSP
