@@ -169,14 +169,6 @@ TEST(Vst3Helpers, BusListDescribesItsBuses) {
     EXPECT_FALSE(events.at(0)->isActive());
 }
 
-TEST(Vst3Helpers, UnitDescription) {
-    const Unit root("Root", kRootUnitId, kNoParentUnitId, 0x506C7374);
-    EXPECT_EQ(root.getId(), 0);
-    EXPECT_EQ(root.getInfo().parentUnitId, -1);
-    EXPECT_EQ(root.getInfo().programListId, 0x506C7374);
-    EXPECT_EQ(wide(root.getInfo().name), u"Root");
-}
-
 TEST(Vst3Helpers, PluginViewKeepsRectangleParentAndFrame) {
     const ViewRect size{0, 0, 640, 480};
     auto* view = new CPluginView(&size);
