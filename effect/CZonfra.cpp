@@ -204,11 +204,11 @@ int CZonfra::getChunk(void** data) {
     return chunk.finish(data);
 }
 
-void CZonfra::setChunk(void* data, int size) {
+bool CZonfra::setChunk(void* data, int size) {
     FloatingPointGuard guard;
-    if (!data || size < 10) return;
+    if (!data || size < 10) return false;
     chunk.clear();
-    if (chunk.read(data, size) != 0) return;
+    if (chunk.read(data, size) != 0) return false;
     beginParameterBatch();
     setPresetNameText("Init");
     for (int id = 0; id < kZonfraParameterCount; ++id) parameters.getParameter(id)->resetToDefault();
@@ -239,6 +239,7 @@ void CZonfra::setChunk(void* data, int size) {
     endParameterBatch();
     resetInternal(false);
     lfoResync = true;
+    return true;
 }
 
 void CZonfra::getEditorRect(EditorRect&) {}

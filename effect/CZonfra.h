@@ -42,7 +42,7 @@ public:
     void setSampleRate(float rate) override;
     void setBlockSize(int samples) override;
     int getChunk(void** data) override;
-    void setChunk(void* data, int size) override;
+    bool setChunk(void* data, int size) override;
     void reset() override;
     void beginParameterBatch() override;
     void endParameterBatch() override;

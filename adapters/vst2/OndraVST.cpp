@@ -127,10 +127,8 @@ VstInt32 OndraVST::setChunk(void* data, VstInt32 size, bool isPreset) {
     plugin->endAutomationBlock();
     // The effect reads the block in place and changes it meanwhile; the host's copy stays whole.
     std::vector<char> copy(static_cast<const char*>(data), static_cast<const char*>(data) + size);
-    if (isPreset)
-        plugin->setChunk(copy.data(), size);
-    else
-        plugin->setBankChunk(copy.data(), size);
+    const bool loaded = isPreset ? plugin->setChunk(copy.data(), size) : plugin->setBankChunk(copy.data(), size);
+    if (!loaded) return 0;
     AudioEffectX::updateDisplay();
     return size;
 }

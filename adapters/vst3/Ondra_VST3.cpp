@@ -163,13 +163,12 @@ tresult Ondra_VST3::setState(IBStream* stream) {
     if (!stream || !plugin) return kResultOk;
     int32 size = 0, program = 0, got = 0;
     if (stream->read(&size, 4, &got) != kResultOk || got != 4) return kResultFalse;
+    // The effect has one program: any other number in a state is not ours to keep.
     if (stream->read(&program, 4, &got) != kResultOk || got != 4) return kResultFalse;
-    plugin->setProgram(program);
-    if (size > 0 && size < (64 << 20)) {
-        std::vector<char> chunk(static_cast<size_t>(size));
-        if (stream->read(chunk.data(), size, &got) == kResultOk && got == size) plugin->setChunk(chunk.data(), size);
-    }
-    return kResultOk;
+    if (size <= 0 || size >= (64 << 20)) return kResultFalse;
+    std::vector<char> chunk(static_cast<size_t>(size));
+    if (stream->read(chunk.data(), size, &got) != kResultOk || got != size) return kResultFalse;
+    return plugin->setChunk(chunk.data(), size) ? kResultOk : kResultFalse;
 }
 
 tresult Ondra_VST3::getState(IBStream* stream) {

@@ -50,10 +50,11 @@ public:
         if (data) *data = nullptr;
         return 0;
     }
-    // The block is modified while it is read: callers hand in a copy they can spare.
-    virtual void setChunk(void*, int) {}
+    // The block is modified while it is read: callers hand in a copy they can spare. False: the
+    // block was refused and the state is as it was.
+    virtual bool setChunk(void*, int) { return false; }
     virtual int getBankChunk(void** data) { return getChunk(data); }
-    virtual void setBankChunk(void* data, int size) { setChunk(data, size); }
+    virtual bool setBankChunk(void* data, int size) { return setChunk(data, size); }
     virtual void setProgram(int program) { currentProgram = program; }
     virtual int getProgram() { return currentProgram; }
     virtual void setInitialDelay(int samples);

@@ -105,16 +105,21 @@ int COndraChunk::read(void* data, int size) {
 
     uint8_t* stored = bytes + headerSize;
     unshufflePayload(stored, storedSize);
-    if (plainSize > kMaxPlainSize) return 0;
+    // A body that does not unpack to exactly its stated size is damaged: refused whole, so that
+    // nothing the caller holds is replaced by defaults.
+    if (plainSize > kMaxPlainSize) return 2;
     payload.assign(plainSize, 0);
     if (compressed != 0) {
         uLongf unpacked = plainSize;
-        if (uncompress(payload.data(), &unpacked, stored, storedSize) != Z_OK) {
+        if (uncompress(payload.data(), &unpacked, stored, storedSize) != Z_OK || unpacked != plainSize) {
             payload.clear();
-            return 0;
+            return 2;
         }
-        payload.resize(unpacked);
     } else {
+        if (storedSize < plainSize) {
+            payload.clear();
+            return 2;
+        }
         payload.assign(stored, stored + std::min(storedSize, plainSize));
     }
 

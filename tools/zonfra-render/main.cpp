@@ -69,7 +69,8 @@ int main(int argc, char** argv) {
         const std::string presetError = loadPresetChunk(options.preset, chunk);
         if (!presetError.empty()) return fail(presetError);
         // The effect reads the block in place.
-        effect.setChunk(chunk.data(), static_cast<int>(chunk.size()));
+        if (!effect.setChunk(chunk.data(), static_cast<int>(chunk.size())))
+            return fail("preset '" + options.preset + "' could not be loaded: its state block is damaged");
     }
     for (const auto& [key, value] : options.settings) {
         Ondra::IPluginParameter* p = effect.findParameter(key.c_str());
