@@ -1,5 +1,5 @@
 #pragma once
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 
 namespace DSP {
 
@@ -17,13 +17,13 @@ public:
     virtual void process(const float* in, float* out, unsigned count) {
         for (unsigned i = 0; i < count; ++i) tick(in + i, out + i);
     }
-    virtual void process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) {
+    virtual void process(const DSP::StereoBuffer& in, const DSP::StereoBuffer& out, unsigned count) {
         for (unsigned i = 0; i < count; ++i) tick(in.left + i, in.right + i, out.left + i, out.right + i);
     }
     virtual void tickInPlace(float* left, float* right) { tick(left, right, left, right); }
     virtual void tickInPlace(float* sample) { tick(sample, sample); }
     virtual void processInPlace(float* io, unsigned count) { process(io, io, count); }
-    virtual void processInPlace(const Ondra::StereoBuffer& io, unsigned count) { process(io, io, count); }
+    virtual void processInPlace(const DSP::StereoBuffer& io, unsigned count) { process(io, io, count); }
     virtual int reserved() { return 0; }
 
 protected:

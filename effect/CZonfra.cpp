@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "framework/plugin/FloatingPointGuard.h"
+#include "framework/plugin/OndraPluginInfo.h"
 
 using Ondra::FloatingPointGuard;
 using Ondra::IPluginParameter;
@@ -17,43 +18,27 @@ constexpr float kStartSampleRate = 44100.0f;
 
 CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     FloatingPointGuard guard;
-    stateLoading = true;
+    control.setStateLoading(true);
     presetName.assign("Init Preset");
     chunk.setTag("MMK-zonfra-Preset");
     chunk.setCompress(true);
 
-    // The filters start steep and wide open; the high-pass is a high-pass for good.
-    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->setSlope(96);
-    highPassL.setType(1);
-    highPassR.setType(1);
-    lowPassL.setCutoff(22050);
-    lowPassR.setCutoff(22050);
-    highPassL.setCutoff(20);
-    highPassR.setCutoff(20);
-    resonanceLow.set(6, 1000, 0.2f, 0, true);
-    resonanceHigh.set(6, 1000, 0.2f, 0, true);
-    measureBand.set(3, 500, 0.1f, 0, false);
-
     buildParameters();
     setBlockSize(kStartBlockSize);
     // The LFO's start settings hold until the init preset reports its own.
-    lfo.setSampleRate(kStartSampleRate);
-    lfo.setShape(0);
-    lfo.setRate(1.0);
-    lfo.setSyncIndex(0);
-    resetInternal(false);
+    control.startLfo(kStartSampleRate);
+    resetInternal();
     setPresetNameText("Init Preset");
-    loadInitPreset();
+    loadInitPreset(*this);
 
     globalLimiter.initFromRecord(ParameterRecord{"GLOBAL.LIMITER", "Global", "Global", 0, 1, 1, 1, false, 0, 8,
                                                  kGlobalLimiterId});
     globalLimiter.setFormatValue(formatGlobalLimiter);
     globalLimiter.addListener(this, true);
 
-    limiter.setLookahead(kLookaheadMs);
-    latencySamples = limiter.getDelaySamples();
-    resizeDelayLines();
-    stateLoading = false;
+    chain.limiter.setLookahead(kLookaheadMs);
+    chain.updateLatency();
+    control.setStateLoading(false);
     setSampleRate(kStartSampleRate);
 }
 
@@ -101,95 +86,68 @@ void CZonfra::setSampleRate(float rate) {
     FloatingPointGuard guard;
     if (!(rate > 0)) return;
     OndraOS::setSampleRate(rate);
-    lfo.setSampleRate(rate);
-    distortion.setSampleRate(rate);
-    limiter.setSampleRate(rate);
-    const double integerRate = static_cast<int>(rate);
-    for (DSP::CPeakBiquad* peak : {&measureBand, &resonanceLow, &resonanceHigh}) {
-        peak->sampleRate = integerRate;
-        peak->update();
-    }
-    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->setSampleRate(rate);
-    ringMod.setSampleRate(rate);
-    freqMod.setSampleRate(rate);
-    latencySamples = limiter.getDelaySamples();
-    resizeDelayLines();
-    setInitialDelay(latencySamples);
-}
-
-void CZonfra::resizeDelayLines() {
-    for (Ondra::CNChannelBuffer* line : {&limiterDelay, &bypassDelay, &dryPathDelay}) line->resize(latencySamples, 2);
+    control.setSampleRate(rate);
+    chain.setSampleRate(rate);
+    // The limiter's delay keeps its length in time, so the latency follows the rate.
+    chain.updateLatency();
+    setInitialDelay(chain.latency());
 }
 
 void CZonfra::setBlockSize(int samples) {
     if (samples <= 0) return;
     OndraOS::setBlockSize(samples);
-    workBuffer.allocate(samples);
-    secondBuffer.allocate(samples);
-    dryPathBuffer.allocate(samples);
-    // Sized here too so that the first block after a size change allocates nothing.
-    if (bypassDryBuffer.capacity < samples) bypassDryBuffer.allocate(samples);
-    delayScratch.resize(samples, 1);
-    limiter.setBlockSize(samples);
+    chain.setBlockSize(samples);
 }
 
 void CZonfra::reset() {
     FloatingPointGuard guard;
-    resetInternal(true);
+    resetInternal();
 }
 
-void CZonfra::resetInternal(bool tellEditor) {
-    resetRequested = false;
-    workBuffer.clear();
-    secondBuffer.clear();
-    dryPathBuffer.clear();
-    lfoMean = 0;
-    distortion.reset();
-    rateReducer.reset();
-    inputGain.snap();
-    outputGain.snap();
-    low.env = low.envOut = high.env = high.envOut = 0;
-    for (FilterSide* side : {&low, &high}) {
-        side->cutoff = side->modulated = side->target = side->cutoffParam;
-        side->resonance = side->resonanceParam;
-    }
-    applyFilterSettings();
-    lowPassL.setCutoff(low.cutoff);
-    lowPassR.setCutoff(low.cutoff);
-    highPassL.setCutoff(high.cutoff);
-    highPassR.setCutoff(high.cutoff);
-    resonanceLow.setFrequency(std::min(low.cutoff, 18000.0f));
-    resonanceHigh.setFrequency(std::min(high.cutoff, 18000.0f));
-    controlStep();
-    clearFilterStates();
-    limiter.reset();
-    ringMod.reset();
-    limiterDelay.clear();
-    bypassDelay.clear();
-    dryPathDelay.clear();
-    mixCurrent = mixTarget;
-    (void)tellEditor;  // the editor hears of resets once it exists
-    freqMod.reset();
+// The stages clear, the control values take their parameters, and one control step sets the stages.
+void CZonfra::resetInternal() {
+    chain.resetBeforeControl();
+    control.resetToParameters();
+    chain.applyFilterSettings();
+    control.setCutoffsInForce();
+    control.step();
+    chain.resetAfterControl();
+    control.clearMeasureBand();
 }
 
 void CZonfra::setBypass(bool on) {
-    if (on != bypassed) {
-        const float step = 1.0f / (15.0f * sampleRate * 0.001f);
-        bypassFadeStep = on ? -step : step;
-        bypassFade = on ? 1.0f : 0.0f;
-        bypassSettled = false;
-    }
+    if (on != bypassed) chain.startBypassFade(on, sampleRate);
     OndraOS::setBypass(on);
 }
 
+void CZonfra::parameterChanged(IPluginParameter* parameter) {
+    FloatingPointGuard guard;
+    if (!parameter) return;
+    if (static_cast<Ondra::ParameterProperty*>(parameter)->getId() == kBypass)
+        setBypass(parameter->getBool());
+    else
+        control.parameterChanged(*parameter);
+}
+
+void CZonfra::process(Ondra::OndraAudioBlock& audio) {
+    FloatingPointGuard guard;
+    const int n = audio.numSamples;
+    if (n <= 0 || audio.inputCount < 1 || audio.outputCount < 1) return;
+    // Grows before anything else so that the delays' scratch is large enough.
+    if (n > maxBlockSize) setBlockSize(n);
+    if (chain.passBypassed(audio, n, bypassed)) return;
+    if (control.isResetRequested()) resetInternal();
+    if (chain.process(audio, n, bypassed, control)) control.clearAfterBypass();
+}
+
 void CZonfra::beginParameterBatch() {
-    stateLoading = true;
+    control.setStateLoading(true);
     parameters.beginBatch();
 }
 
 void CZonfra::endParameterBatch() {
     parameters.endBatch();
-    stateLoading = false;
+    control.setStateLoading(false);
 }
 
 int CZonfra::getChunk(void** data) {
@@ -199,7 +157,7 @@ int CZonfra::getChunk(void** data) {
     void* table = nullptr;
     const int tableSize = parameters.serialize(&table);
     chunk.addChunk("Parameters", table, tableSize);
-    if (writeGlobalLimiter == 1) chunk.addChunk("GLOBAL.LIMITER.ON", globalLimiterOn ? "TRUE" : "FALSE");
+    if (writeGlobalLimiter == 1) chunk.addChunk("GLOBAL.LIMITER.ON", chain.isGlobalLimiterOn() ? "TRUE" : "FALSE");
     chunk.addChunk("isNewFilterPreset", "TRUE");
     return chunk.finish(data);
 }
@@ -237,8 +195,8 @@ bool CZonfra::setChunk(void* data, int size) {
         parameters.getParameter(kFreqModLinkFreqPercent)->setValue(0.0f);
 
     endParameterBatch();
-    resetInternal(false);
-    lfoResync = true;
+    resetInternal();
+    control.requestLfoResync();
     return true;
 }
 

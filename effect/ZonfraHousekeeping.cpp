@@ -1,9 +1,11 @@
+#include "effect/ZonfraHousekeeping.h"
+
 #include <algorithm>
 
 #include "CORE/files/ModuleResources.h"
 #include "CORE/files/Paths.h"
 #include "CORE/files/Settings.h"
-#include "effect/CZonfra.h"
+#include "framework/plugin/OndraOS.h"
 #include "framework/resources/ResourceAccess.h"
 
 namespace {
@@ -11,26 +13,30 @@ const char* const kSettingVendor = "MORVANDEL";
 const char* const kSettingProduct = "zonfraQT";
 const char* const kPresetFolderName = "PresetFolder";
 const char* const kInitPresetFile = "presets/Init Preset.fxp";
-constexpr int kFxpChunkOffset = 60;
+// The kind of Core::getSpecialFolder that is the user's data home.
+constexpr int kUserDataFolder = 2;
+// An FXP file's chunk follows its header: seven 32-bit words, the 28-byte program name and the
+// chunk's size.
+constexpr int kFxpChunkOffset = 7 * 4 + 28 + 4;
 }  // namespace
 
-std::string CZonfra::getPresetFolder() {
-    if (!presetFolder.empty()) return presetFolder;
-    const std::string fallback = Core::getSpecialFolder(2, "Morvandel") + "/zonfra QT/Presets/";
+std::string PresetFolderSetting::get() {
+    if (!folder.empty()) return folder;
+    const std::string fallback = Core::getSpecialFolder(kUserDataFolder, "Morvandel") + "/zonfra QT/Presets/";
     std::string stored;
     Core::readSetting(Core::makeKeyName(kSettingVendor, kSettingProduct), kPresetFolderName, stored, fallback.c_str());
-    presetFolder = stored;  // paths keep "/" on this platform
-    return presetFolder;
+    folder = stored;  // paths keep "/" on this platform
+    return folder;
 }
 
-void CZonfra::setPresetFolder(const std::string& folder) {
-    std::string normalised = folder;
+void PresetFolderSetting::set(const std::string& path) {
+    std::string normalised = path;
     std::replace(normalised.begin(), normalised.end(), '\\', '/');
-    presetFolder = Core::addTrailingSlash(normalised);
-    Core::writeSetting(Core::makeKeyName(kSettingVendor, kSettingProduct), kPresetFolderName, folder);
+    folder = Core::addTrailingSlash(normalised);
+    Core::writeSetting(Core::makeKeyName(kSettingVendor, kSettingProduct), kPresetFolderName, path);
 }
 
-void CZonfra::loadInitPreset() {
+void loadInitPreset(Ondra::OndraOS& effect) {
     // Without the archive (tools that build the presets link no image) the table's values stand.
     const Core::ModuleResource* image = Core::findModuleResource("main");
     if (!image) return;
@@ -38,7 +44,8 @@ void CZonfra::loadInitPreset() {
     int size = 0;
     void* file = Ondra::getResource(kInitPresetFile, &size);
     // The file is a whole FXP; its chunk starts after the header, which needs no checking here.
-    if (file && size > kFxpChunkOffset) setChunk(static_cast<char*>(file) + kFxpChunkOffset, size - kFxpChunkOffset);
+    if (file && size > kFxpChunkOffset)
+        effect.setChunk(static_cast<char*>(file) + kFxpChunkOffset, size - kFxpChunkOffset);
     Ondra::freeResource(file);
     Ondra::closeResources();
 }

@@ -4,7 +4,7 @@
 #include "adapters/vst3/OndraVST3Parameter.h"
 #include "adapters/vst3/sdk-helpers/SingleComponentEffect.h"
 #include "adapters/vst3/sdk-helpers/Unit.h"
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 #include "framework/plugin/OndraCallback.h"
 #include "framework/plugin/OndraMidiEvent.h"
 #include "framework/plugin/OndraOS.h"
@@ -124,7 +124,7 @@ private:
     Steinberg::int32 bypassParameterId = kMasterBypassId;
     int latencySamples = 0;
     Steinberg::int32 midiParameterIds[2080] = {};
-    Ondra::StereoBuffer inputScratch, outputScratch;
+    DSP::StereoBuffer inputScratch, outputScratch;
     float lastTempo = 10.0f;
     std::vector<Steinberg::Vst::Unit> units;
     Steinberg::Vst::UnitID selectedUnit = 0;

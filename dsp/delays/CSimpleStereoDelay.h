@@ -1,12 +1,12 @@
 #pragma once
 #include "dsp/delays/CStereoDelayBase.h"
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 
 namespace DSP::DELAY {
 
 class CSimpleStereoDelay : public CStereoDelayBase {
 public:
-    void process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) {
+    void process(const DSP::StereoBuffer& in, const DSP::StereoBuffer& out, unsigned count) {
         for (unsigned i = 0; i < count; ++i) {
             out.left[i] = left.tick(in.left[i]);
             out.right[i] = right.tick(in.right[i]);

@@ -18,7 +18,7 @@ void CDistortion::setDrive(float amount) {
     makeup = static_cast<float>(1.0 - 0.57 * static_cast<double>(v));
 }
 
-void CDistortion::process(const Ondra::StereoBuffer& io, unsigned count) const {
+void CDistortion::process(const DSP::StereoBuffer& io, unsigned count) const {
     // Double precision keeps x^2 finite for any finite float input.
     const double a = shape;
     const double wetGain = static_cast<double>(wet) * makeup;

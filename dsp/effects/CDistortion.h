@@ -1,6 +1,6 @@
 #pragma once
 #include "dsp/effects/CFXProcessorBase.h"
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 
 namespace DSP::FX {
 
@@ -8,7 +8,7 @@ namespace DSP::FX {
 class CDistortion : public CFXProcessorBase {
 public:
     void setDrive(float amount);
-    void process(const Ondra::StereoBuffer& io, unsigned count) const;
+    void process(const DSP::StereoBuffer& io, unsigned count) const;
 
     float getWet() const { return wet; }
     float getDry() const { return dry; }

@@ -15,7 +15,12 @@ public:
     // Allocates: call from the main thread, as construction and rate changes do.
     void setLookahead(float ms);
     void setBlockSize(int samples) override;
+    // Settings by number: 3 release in ms (automatic at 1 and below), 4 output gain, linear,
+    // 5 bypass from 0.5 up. The named calls below are the same settings.
     void setParam(int index, float value);
+    void setReleaseMs(float ms) { setParam(3, ms); }
+    void setOutputGain(float linear) { setParam(4, linear); }
+    void setBypassed(bool on) { setParam(5, on ? 1.0f : 0.0f); }
     void setSampleRate(float rate) override;
     void process(float* left, float* right, unsigned count);
     void reset() override;

@@ -54,13 +54,13 @@ void CFXRingMod::tick(const float* inL, const float* inR, float* outL, float* ou
     *outR = *inR * g;
 }
 
-void CFXRingMod::process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) {
+void CFXRingMod::process(const DSP::StereoBuffer& in, const DSP::StereoBuffer& out, unsigned count) {
     for (unsigned i = 0; i < count; ++i) tick(in.left + i, in.right + i, out.left + i, out.right + i);
 }
 
 void CFXRingMod::tickInPlace(float* left, float* right) { tick(left, right, left, right); }
 
-void CFXRingMod::processInPlace(const Ondra::StereoBuffer& io, unsigned count) { process(io, io, count); }
+void CFXRingMod::processInPlace(const DSP::StereoBuffer& io, unsigned count) { process(io, io, count); }
 
 namespace {
 bool sameBits(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }

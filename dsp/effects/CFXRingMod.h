@@ -8,15 +8,18 @@ namespace DSP::FX {
 class CFXRingMod : public CFXBase {
 public:
     CFXRingMod();
+    // Settings by number: 0 frequency in Hz, 1 mix; the named calls below are the same settings.
     void setParam(int index, float value) override;
+    void setFrequency(float hertz) { setParam(0, hertz); }
+    void setMix(float mix) { setParam(1, mix); }
     void setSampleRate(float rate) override;
     void reset() override;
 
     // Stereo: both channels share one oscillator and one gain.
     void tick(const float* inL, const float* inR, float* outL, float* outR) override;
-    void process(const Ondra::StereoBuffer& in, const Ondra::StereoBuffer& out, unsigned count) override;
+    void process(const DSP::StereoBuffer& in, const DSP::StereoBuffer& out, unsigned count) override;
     void tickInPlace(float* left, float* right) override;
-    void processInPlace(const Ondra::StereoBuffer& io, unsigned count) override;
+    void processInPlace(const DSP::StereoBuffer& io, unsigned count) override;
     void processInPlace(float* const* io, unsigned count);
     // Mono: no gate, a bipolar mix.
     void tick(const float* in, float* out) override;

@@ -49,7 +49,7 @@ void CRateReduction::reset() {
     heldLeft = heldRight = phase = 0.0f;
 }
 
-void CRateReduction::process(const Ondra::StereoBuffer& io, unsigned count) {
+void CRateReduction::process(const DSP::StereoBuffer& io, unsigned count) {
     if (!io.left || !io.right) return;
     const int n = static_cast<int>(count);
     const bool quantise = bitAmount < 1.0f;

@@ -1,6 +1,6 @@
 #pragma once
 #include "dsp/effects/CFXProcessorBase.h"
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 
 namespace DSP::FX {
 
@@ -14,7 +14,7 @@ public:
     void setBits(float amount);
     void setRate(float amount);
     void reset() override;
-    void process(const Ondra::StereoBuffer& io, unsigned count);
+    void process(const DSP::StereoBuffer& io, unsigned count);
 
     float getLevels() const { return levels; }
     float getPhaseStep() const { return phaseStep; }

@@ -11,7 +11,11 @@ public:
 
     CVibrato();
     virtual ~CVibrato() = default;
+    // Settings by number: 0 LFO phase shift, 2 frequency in Hz, 3 depth 0 to 1; the named calls
+    // below are the same settings.
     void setParam(int index, float value);
+    void setFrequency(float hertz) { setParam(2, hertz); }
+    void setDepth(float depth) { setParam(3, depth); }
     void setSampleRate(float rate);
     void reset();
     void process(float left, float right, float* outLeft, float* outRight);

@@ -1,7 +1,7 @@
 #pragma once
 #include <cstdint>
 
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 
 namespace Ondra {
 
@@ -9,8 +9,8 @@ namespace Ondra {
 struct OndraAudioBlock {
     static constexpr int kMaxPairs = 24;
 
-    StereoBuffer in[kMaxPairs];
-    StereoBuffer out[kMaxPairs];
+    DSP::StereoBuffer in[kMaxPairs];
+    DSP::StereoBuffer out[kMaxPairs];
     int32_t inputCount = 0;
     int32_t outputCount = 0;
     int32_t numSamples = 0;

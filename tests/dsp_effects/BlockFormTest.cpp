@@ -37,7 +37,7 @@ std::vector<float> awkward(size_t n, uint32_t seed) {
 
 struct Block {
     std::vector<float> left, right;
-    Ondra::StereoBuffer io;
+    DSP::StereoBuffer io;
     Block(std::vector<float> l, std::vector<float> r) : left(std::move(l)), right(std::move(r)) {
         io.refer(left.data(), right.data(), static_cast<int>(left.size()));
     }
@@ -86,7 +86,7 @@ TEST(RateReductionBlockForm, MatchesItsSampleLoop) {
             size_t at = 0;
             for (unsigned count : {96u, 1u, 7u, 500u, 3u, 1000u, 393u, 1000u}) {
                 count = std::min<unsigned>(count, static_cast<unsigned>(left.size() - at));
-                Ondra::StereoBuffer part;
+                DSP::StereoBuffer part;
                 part.refer(b.left.data() + at, b.right.data() + at, static_cast<int>(count));
                 rr.process(part, count);
                 for (unsigned i = 0; i < count; ++i, ++at) {

@@ -10,7 +10,7 @@ using DSP::FX::CDistortion;
 namespace {
 std::vector<float> through(const CDistortion& d, std::vector<float> left) {
     std::vector<float> right = left;
-    Ondra::StereoBuffer io;
+    DSP::StereoBuffer io;
     io.refer(left.data(), right.data(), static_cast<int>(left.size()));
     d.process(io, static_cast<unsigned>(left.size()));
     return left;
@@ -56,7 +56,7 @@ TEST(Distortion, CountZeroWritesNothing) {
     CDistortion d;
     d.setDrive(1);
     float l = 0.5f, r = 0.5f;
-    Ondra::StereoBuffer io;
+    DSP::StereoBuffer io;
     io.refer(&l, &r, 1);
     d.process(io, 0);
     EXPECT_EQ(l, 0.5f);

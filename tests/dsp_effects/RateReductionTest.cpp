@@ -14,7 +14,7 @@ struct Stereo {
 };
 
 Stereo through(CRateReduction& rr, Stereo s) {
-    Ondra::StereoBuffer io;
+    DSP::StereoBuffer io;
     io.refer(s.left.data(), s.right.data(), static_cast<int>(s.left.size()));
     rr.process(io, static_cast<unsigned>(s.left.size()));
     return s;
@@ -76,7 +76,7 @@ TEST(RateReduction, ResetAndEmptyBlocks) {
     CRateReduction rr;
     rr.setRate(0);
     Stereo s = through(rr, {std::vector<float>(100, 0.5f), std::vector<float>(100, 0.5f)});
-    Ondra::StereoBuffer io;
+    DSP::StereoBuffer io;
     float l = 9, r = 9;
     io.refer(&l, &r, 1);
     rr.process(io, 0);

@@ -8,6 +8,7 @@ class ControlLayer : public ::testing::Test {
 protected:
     Ondra::IPluginParameter* row(int id) { return harness.effect->getParameter(id); }
     CZonfra& effect() { return *harness.effect; }
+    const ModulationControl& control() { return harness.effect->modulation(); }
     void runChunks(int chunks, float level) {
         std::vector<float> l(static_cast<size_t>(88 * chunks), level), r = l;
         harness.run(l, r, 88);
@@ -19,7 +20,6 @@ TEST_F(ControlLayer, FilterLinkMovesTheOtherCutoffOneWay) {
     row(kLowPassFreq)->setValue(4000);
     row(kHighPassFreq)->setValue(1000);
     row(kLinkFilters)->setValue(1);
-    EXPECT_FLOAT_EQ(effect().getLinkRatio(), 4);
     row(kLowPassFreq)->setValue(8000);
     EXPECT_FLOAT_EQ(row(kHighPassFreq)->getValue(), 2000);
     EXPECT_FLOAT_EQ(row(kLowPassFreq)->getValue(), 8000);
@@ -52,11 +52,16 @@ TEST_F(ControlLayer, FilterModeExchangesAndRestoresTheFilters) {
 }
 
 TEST_F(ControlLayer, RateLinkAmountSignIsTheFlip) {
+    row(kRateLpLink)->setValue(1);
+    row(kLowPassFreq)->setValue(2000);
+    const DSP::FX::CRateReduction& reducer = effect().signalChain().rateReducer;
+    auto setting = [&] { return std::pair{reducer.getLevels(), reducer.getPhaseStep()}; };
     row(kRateLinkAmount)->setValue(-0.5f);
-    EXPECT_FLOAT_EQ(effect().getRateAmount(), 0.5f);
-    EXPECT_TRUE(effect().isRateFlipped());
-    row(kRateLinkAmount)->setValue(0.25f);
-    EXPECT_FALSE(effect().isRateFlipped());
+    const auto negative = setting();
+    row(kRateLinkAmount)->setValue(0.5f);
+    EXPECT_NE(setting(), negative);
+    row(kRateFlip)->setValue(1);
+    EXPECT_EQ(setting(), negative);
 }
 
 TEST_F(ControlLayer, EnvelopeOfAFullScaleChunk) {
@@ -64,13 +69,13 @@ TEST_F(ControlLayer, EnvelopeOfAFullScaleChunk) {
     row(kEnvBoost)->setValue(0);
     row(kLpAttack)->setValue(1);  // coefficient 1: the follower jumps to the level
     runChunks(1, 1.0f);
-    EXPECT_NEAR(effect().getLowEnvOut(), 0.6667f, 1e-4);
-    const float release = effect().getEnvReleaseCoefficient(true);
-    float expected = effect().getLowEnvOut();
+    EXPECT_NEAR(control().low().envOut, 0.6667f, 1e-4);
+    const float release = control().low().envRelease;
+    float expected = control().low().envOut;
     for (int i = 0; i < 5; ++i) {
         runChunks(1, 0.0f);
         expected += (0.0f - expected) * release + 1e-19f;
-        EXPECT_NEAR(effect().getLowEnvOut(), expected, 1e-6);
+        EXPECT_NEAR(control().low().envOut, expected, 1e-6);
     }
 }
 
@@ -79,24 +84,24 @@ TEST_F(ControlLayer, CutoffGlidesAndStopsWithinOneHertz) {
     row(kFilterInertia)->setValue(1);
     runChunks(2, 0.0f);
     row(kLowPassFreq)->setValue(1000);
-    float previous = effect().getLowCutoff();
+    float previous = control().low().cutoff;
     runChunks(1, 0.0f);
-    EXPECT_LE(effect().getLowCutoff(), previous);
-    EXPECT_GE(effect().getLowCutoff(), previous / 1.0405f * 0.9999f);
+    EXPECT_LE(control().low().cutoff, previous);
+    EXPECT_GE(control().low().cutoff, previous / 1.0405f * 0.9999f);
     runChunks(400, 0.0f);
-    EXPECT_NEAR(effect().getLowCutoff(), 1000, 1.0f);
-    const float settled = effect().getLowCutoff();
+    EXPECT_NEAR(control().low().cutoff, 1000, 1.0f);
+    const float settled = control().low().cutoff;
     row(kLowPassFreq)->setValue(settled + 0.5f);
     runChunks(3, 0.0f);
-    EXPECT_EQ(effect().getLowCutoff(), settled);
+    EXPECT_EQ(control().low().cutoff, settled);
 }
 
 TEST_F(ControlLayer, LfoSyncIndexFollowsRateAndSwitch) {
     row(kLfoSync)->setValue(1);
     row(kLfoRate)->setNormalized(5.0f / 23.0f);
-    EXPECT_EQ(effect().getLfoSyncIndex(), 6);
+    EXPECT_EQ(control().lfoSyncIndex(), 6);
     row(kLfoSync)->setValue(0);
-    EXPECT_EQ(effect().getLfoSyncIndex(), 0);
+    EXPECT_EQ(control().lfoSyncIndex(), 0);
 }
 
 TEST_F(ControlLayer, TempoZeroWhilePlayingKeepsRunning) {
@@ -111,14 +116,7 @@ TEST_F(ControlLayer, TempoZeroWhilePlayingKeepsRunning) {
     block.transportPlaying = true;
     Ondra::processInChunks(effect(), block, 4096, Ondra::ChunkingRules{});
     for (float v : l) ASSERT_TRUE(std::isfinite(v));
-    EXPECT_TRUE(std::isfinite(effect().getLfoMean()));
-}
-
-TEST_F(ControlLayer, InertiaRow) {
-    row(kFilterInertia)->setValue(0);
-    EXPECT_FLOAT_EQ(effect().getInertia(), 0.001f);
-    row(kFilterInertia)->setValue(0.5f);
-    EXPECT_FLOAT_EQ(effect().getInertia(), 0.875f);
+    EXPECT_TRUE(std::isfinite(control().lfoMean()));
 }
 
 namespace {
@@ -137,9 +135,9 @@ std::vector<double> restartsOver(CZonfra& effect, double start, const std::vecto
         block.transportPlaying = true;
         block.samplePos = position;
         block.ppqPos = position / (60.0 / tempo * 44100.0);
-        const double before = effect.getLastLfoRestart();
+        const double before = effect.modulation().lastLfoRestart();
         Ondra::processInChunks(effect, block, n, Ondra::ChunkingRules{});
-        if (effect.getLastLfoRestart() != before) restarts.push_back(effect.getLastLfoRestart());
+        if (effect.modulation().lastLfoRestart() != before) restarts.push_back(effect.modulation().lastLfoRestart());
         position += n;
     }
     return restarts;
@@ -170,8 +168,8 @@ TEST_F(ControlLayer, SyncedLfoMovesTheCutoff) {
     float lowest = 1e9f, highest = 0;
     for (int i = 0; i < 1100; ++i) {  // one bar of the 1/1 sync at 120 BPM
         restartsOver(effect(), i * 88.0, {88}, 120);
-        lowest = std::min(lowest, effect().getLowModulated());
-        highest = std::max(highest, effect().getLowModulated());
+        lowest = std::min(lowest, control().low().modulated);
+        highest = std::max(highest, control().low().modulated);
     }
     EXPECT_LT(lowest, 400.0f);    // down to a quarter
     EXPECT_GT(highest, 2500.0f);  // up to three times

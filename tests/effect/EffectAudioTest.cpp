@@ -23,7 +23,7 @@ TEST(EffectAudio, ControlChunkSizeIsFiveHundredPerSecond) {
 
 TEST(EffectAudio, LatencyFollowsTheSampleRateAndIsReported) {
     EffectHarness harness;
-    EXPECT_EQ(harness.effect->getLatencySamples(), 221);
+    EXPECT_EQ(harness.effect->signalChain().latency(), 221);
     EXPECT_EQ(harness.effect->getInitialDelay(), 221);
     EXPECT_EQ(harness.callback.reportedLatency, 221);
     harness.effect->setSampleRate(48000);
@@ -43,7 +43,7 @@ TEST(EffectAudio, SettledBypassIsTheInputDelayedBitForBit) {
         harness.set(kBypass, 1);
         std::vector<float> warmL(4000, 0.25f), warmR(4000, -0.25f);
         harness.run(warmL, warmR, hostBlock);
-        ASSERT_TRUE(harness.effect->isBypassSettled());
+        ASSERT_TRUE(harness.effect->signalChain().isBypassSettled());
         std::vector<float> left = sine(5000, 441, 44100), right = sine(5000, 1000, 44100);
         const std::vector<float> inL = left, inR = right;
         harness.run(left, right, hostBlock);
@@ -65,9 +65,9 @@ TEST(EffectAudio, BypassFadeLastsFifteenMillisecondsAtAnyBlockSize) {
             std::vector<float> left(8192, 0.5f), right(8192, 0.5f);
             harness.run(left, right, 256);
             harness.set(kBypass, 1);
-            EXPECT_FALSE(harness.effect->isBypassSettled());
+            EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
             int processed = 0;
-            while (!harness.effect->isBypassSettled() && processed < 20000) {
+            while (!harness.effect->signalChain().isBypassSettled() && processed < 20000) {
                 std::vector<float> l(1, 0.5f), r(1, 0.5f);
                 harness.run(l, r, 1);
                 ++processed;
@@ -88,7 +88,7 @@ TEST(EffectAudio, BypassFadeIsIndependentOfTheHostBlock) {
             std::vector<float> l(left.begin() + at, left.begin() + std::min(at + hostBlock, 4096));
             std::vector<float> r = l;
             harness.run(l, r, hostBlock);
-            if (settledAt < 0 && harness.effect->isBypassSettled()) settledAt = at;
+            if (settledAt < 0 && harness.effect->signalChain().isBypassSettled()) settledAt = at;
         }
         ASSERT_GE(settledAt, 0);
         EXPECT_LE(settledAt, fadeLength(44100));
@@ -99,28 +99,28 @@ TEST(EffectAudio, BypassFadeIsIndependentOfTheHostBlock) {
 TEST(EffectAudio, SetBypassWithTheSameStateStartsNoFade) {
     EffectHarness harness;
     harness.effect->setBypass(false);
-    EXPECT_TRUE(harness.effect->isBypassSettled());
+    EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
     harness.effect->setBypass(true);
-    EXPECT_FALSE(harness.effect->isBypassSettled());
-    EXPECT_FLOAT_EQ(harness.effect->getBypassFade(), 1.0f);
+    EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
+    EXPECT_FLOAT_EQ(harness.effect->signalChain().bypassFadeGain(), 1.0f);
     std::vector<float> left(2000, 0.1f), right(2000, 0.1f);
     harness.run(left, right, 512);
-    ASSERT_TRUE(harness.effect->isBypassSettled());
+    ASSERT_TRUE(harness.effect->signalChain().isBypassSettled());
     harness.effect->setBypass(true);
-    EXPECT_TRUE(harness.effect->isBypassSettled());
+    EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
 }
 
 TEST(EffectAudio, ZeroSampleBlockLeavesStateAlone) {
     EffectHarness harness;
     harness.set(kDryWetMix, 0.3f);
     harness.set(kBypass, 1);
-    const float fade = harness.effect->getBypassFade();
-    const float mix = harness.effect->getMixCurrent();
+    const float fade = harness.effect->signalChain().bypassFadeGain();
+    const float mix = harness.effect->signalChain().mixInForce();
     float left = 0, right = 0;
     harness.runBlock(&left, &right, 0);
-    EXPECT_EQ(harness.effect->getBypassFade(), fade);
-    EXPECT_EQ(harness.effect->getMixCurrent(), mix);
-    EXPECT_FALSE(harness.effect->isBypassSettled());
+    EXPECT_EQ(harness.effect->signalChain().bypassFadeGain(), fade);
+    EXPECT_EQ(harness.effect->signalChain().mixInForce(), mix);
+    EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
 }
 
 TEST(EffectAudio, GainRampSmoothsPerSampleAndSnapsWhenClose) {
@@ -149,10 +149,10 @@ TEST(EffectAudio, DryWetMovesSmoothlyToItsTarget) {
     harness.set(kDryWetMix, 0.0f);
     std::vector<float> l = sine(2, 1000, 44100), r = l;
     harness.run(l, r, 2);
-    EXPECT_NEAR(harness.effect->getMixCurrent(), 1.0f - 2 * 0.005f, 1e-4);
+    EXPECT_NEAR(harness.effect->signalChain().mixInForce(), 1.0f - 2 * 0.005f, 1e-4);
     std::vector<float> more = sine(44100, 1000, 44100), moreR = more;
     harness.run(more, moreR, 512);
-    EXPECT_NEAR(harness.effect->getMixCurrent(), 0.0f, 1e-5);
+    EXPECT_NEAR(harness.effect->signalChain().mixInForce(), 0.0f, 1e-5);
 }
 
 TEST(EffectAudio, EntryOperationsRestoreTheHostsFloatingPointMode) {

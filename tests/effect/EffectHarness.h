@@ -1,15 +1,19 @@
 #pragma once
 #include <cmath>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "effect/CZonfra.h"
 #include "framework/plugin/ChunkedProcess.h"
 
 // Drives an effect the way an adapter does: host blocks cut into control chunks.
+// The plug-in type an embedding program reports.
+constexpr int kEmbeddingHostType = 6;
+
 struct RecordingCallback : Ondra::OndraCallback {
     void setInitialDelay(int samples) override { reportedLatency = samples; }
-    int getPluginType() override { return 6; }
+    int getPluginType() override { return kEmbeddingHostType; }
     int reportedLatency = -1;
 };
 
@@ -39,6 +43,11 @@ struct EffectHarness {
     }
 
     void set(int id, float value) { effect->getParameter(id)->setValue(value); }
+    std::string presetName() const {
+        char text[256] = {};
+        effect->getProgramName(text);
+        return text;
+    }
 
     RecordingCallback callback;
     std::unique_ptr<CZonfra> effect;

@@ -95,9 +95,9 @@ TEST(FactoryPresets, EveryPresetLoadsPlaysAndIsDistinct) {
 
         EffectHarness harness(48000.0f, 512);
         loadPreset(*harness.effect, preset.file);
-        EXPECT_EQ(harness.effect->getPresetName(), titleOf(preset.name));
+        EXPECT_EQ(harness.presetName(), titleOf(preset.name));
         EXPECT_TRUE(seen.insert(parameterValues(*harness.effect)).second) << "same settings as another preset";
-        EXPECT_TRUE(harness.effect->isGlobalLimiterOn()) << "presets carry no global limiter record";
+        EXPECT_TRUE(harness.effect->signalChain().isGlobalLimiterOn()) << "presets carry no global limiter record";
 
         std::vector<float> left = sine(24000, 220, 48000, 0.5f), right = sine(24000, 331, 48000, 0.5f);
         for (size_t i = 0; i < left.size(); i += 97) left[i] += 0.3f;  // clicks wake the envelopes
@@ -124,7 +124,7 @@ TEST(FactoryPresets, ANewInstanceIsTheInitPreset) {
     loaded.set(kRingModStrength, 0.7f);
     loadPreset(*loaded.effect, init->file);
     EXPECT_EQ(parameterValues(*fresh.effect), parameterValues(*loaded.effect));
-    EXPECT_STREQ(fresh.effect->getPresetName(), "Init Preset");
+    EXPECT_EQ(fresh.presetName(), "Init Preset");
 
     // Both sound the same too.
     std::vector<float> a = sine(8192, 440, 44100), b = a, c = a, d = a;
@@ -159,7 +159,7 @@ TEST(FactoryPresets, PresetFilesLeaveTheGlobalLimiterToTheProject) {
     Ondra::presetFormatFXP().freeData(data);
     other.effect->getGlobalLimiterParameter().textFromNormalized(other.effect->getGlobalLimiterParameter().getNormalized(), text);
     EXPECT_STREQ(text, "Preset");
-    EXPECT_STREQ(other.effect->getPresetName(), "Init Preset");
+    EXPECT_EQ(other.presetName(), "Init Preset");
 
     // A host's chunk carries the switch.
     const int projectSize = saver.effect->getChunk(&chunk);

@@ -1,9 +1,9 @@
-#include "framework/StereoBuffer.h"
+#include "dsp/StereoBuffer.h"
 
 #include <cstdlib>
 #include <cstring>
 
-namespace Ondra {
+namespace DSP {
 namespace {
 constexpr size_t kAlignment = 32;
 
@@ -86,4 +86,4 @@ void StereoBuffer::advance(int samples) {
     capacityBytes = capacity * static_cast<int32_t>(sizeof(float));
 }
 
-}  // namespace Ondra
+}  // namespace DSP

@@ -1,7 +1,7 @@
 #pragma once
 #include <cstdint>
 
-namespace Ondra {
+namespace DSP {
 
 // Two float channels with a capacity. Either owns aligned heap memory (ownership 1), refers to
 // somebody else's memory (0), or is empty (-1).
@@ -35,4 +35,4 @@ struct StereoBuffer {
     bool owns() const { return ownership == 1; }
 };
 
-}  // namespace Ondra
+}  // namespace DSP
