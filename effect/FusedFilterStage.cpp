@@ -11,6 +11,7 @@ namespace {
 
 using DSP::StereoStage;
 namespace Lanes = DSP::Lanes;
+using FusedStagePieces::Layout;
 using FusedStagePieces::Part;
 using FusedStagePieces::partSize;
 using FusedStagePieces::withFloatOffset;
@@ -33,29 +34,13 @@ struct Chain {
 };
 
 
-// A skewed pipeline: a step at depth d works on sample i - d in iteration i and takes its input
-// from the output its predecessor (depth d - 1) produced for that sample one iteration before.
-// Inside one iteration no step waits for another.
-//
-// With NL and NH the parts per low and high cascade:
-// Series:   low A (0..) -> low B (NL..) -> high A (2NL..) -> high B (2NL+NH..) -> low resonance
-//           (2NL+2NH) -> high resonance (2NL+2NH+1); the all-pass branch's input, taken at 2NL,
-//           waits NH steps, then all-pass (2NL+NH..) meets high B at the low resonance
-// Parallel: low A -> low B and high A -> high B, the shorter one starting later, both ending
-//           before the resonances and their sum
-// Both:     dry low (0..) -> dry high (NL..)
+// The pipeline of FusedStagePieces.h, one cascade pair per register.
 template <bool Parallel, int KL, int KH>
 struct Pipeline {
     static constexpr int GL = partSize(KL), GH = partSize(KH);
     static constexpr int NL = KL / GL, NH = KH / GH;
-    static constexpr int kWide = 2 * (NL > NH ? NL : NH);
-    static constexpr int kLowBase = Parallel ? kWide - 2 * NL : 0;
-    static constexpr int kHighBase = Parallel ? kWide - 2 * NH : 2 * NL;
-    static constexpr int kAllPassBase = 2 * NL + NH;
-    static constexpr int kResonance = Parallel ? kWide : 2 * NL + 2 * NH;
-    static constexpr int kDryDepth = NL + NH - 1;
-    static constexpr int kWetDepth = Parallel ? kResonance : kResonance + 1;
-    static constexpr int kDepth = kWetDepth > kDryDepth ? kWetDepth : kDryDepth;
+    using At = Layout<Parallel, NL, NH>;
+    static constexpr int kDepth = At::kDepth;
 
     Chain<KL, GL> lowA, lowB, dryLow;
     Chain<KH, GH> highA, highB, allPass, dryHigh;
@@ -98,7 +83,7 @@ struct Pipeline {
         // Low-pass: A then B, each behind the offset against denormals.
 #pragma GCC unroll 8
         for (int j = 0; j < NL; ++j) {
-            const int d = kLowBase + j;
+            const int d = At::kLowA + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             const __m128d in = j == 0 ? withOffset(Lanes::load(io.lowInL, io.lowInR, i - d)) : lowA.part[j - 1].out(q);
@@ -106,7 +91,7 @@ struct Pipeline {
         }
 #pragma GCC unroll 8
         for (int j = 0; j < NL; ++j) {
-            const int d = kLowBase + NL + j;
+            const int d = At::kLowB + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             lowB.part[j].tick(j == 0 ? withOffset(lowA.out(q)) : lowB.part[j - 1].out(q), q);
@@ -114,10 +99,10 @@ struct Pipeline {
 
         // High-pass: in parallel mode from its own input; in series mode from the rounded low-pass
         // output, with the all-pass branch fed that output plus the offset, rounded.
-        if (active(kHighBase)) {
-            const unsigned q = parity(kHighBase);
+        if (active(At::kHighA)) {
+            const unsigned q = parity(At::kHighA);
             if constexpr (Parallel) {
-                highA.part[0].tick(withOffset(Lanes::load(io.highInL, io.highInR, i - kHighBase)), q);
+                highA.part[0].tick(withOffset(Lanes::load(io.highInL, io.highInR, i - At::kHighA)), q);
             } else {
                 const __m128d s = Lanes::rounded(lowB.out(q));
                 highA.part[0].tick(withOffset(s), q);
@@ -126,7 +111,7 @@ struct Pipeline {
         }
 #pragma GCC unroll 8
         for (int j = 1; j < NH; ++j) {
-            const int d = kHighBase + j;
+            const int d = At::kHighA + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             highA.part[j].tick(highA.part[j - 1].out(q), q);
@@ -134,7 +119,7 @@ struct Pipeline {
         }
 #pragma GCC unroll 8
         for (int j = 0; j < NH; ++j) {
-            const int d = kHighBase + NH + j;
+            const int d = At::kHighB + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             highB.part[j].tick(j == 0 ? withOffset(highA.out(q)) : highB.part[j - 1].out(q), q);
@@ -144,9 +129,9 @@ struct Pipeline {
 
         // Resonances: in series low then high on the complementary high-pass output; in parallel
         // one on each branch, then the sum.
-        if (active(kResonance)) {
-            const unsigned q = parity(kResonance);
-            const int m = i - kResonance;
+        if (active(At::kResonance)) {
+            const unsigned q = parity(At::kResonance);
+            const int m = i - At::kResonance;
             if constexpr (Parallel) {
                 const __m128d low = resonanceLow.peak(Lanes::rounded(lowB.out(q)), q);
                 const __m128d high = resonanceHigh.peak(Lanes::rounded(highB.out(q)), q);
@@ -158,26 +143,27 @@ struct Pipeline {
             }
         }
         if constexpr (!Parallel) {
-            if (active(kResonance + 1)) {
-                const unsigned q = parity(kResonance + 1);
+            if (active(At::kHighResonance)) {
+                const unsigned q = parity(At::kHighResonance);
                 const __m128d high = resonanceHigh.peak(Lanes::rounded(resonanceLow.out(q)), q);
-                Lanes::store(high, io.outL, io.outR, i - (kResonance + 1));
+                Lanes::store(high, io.outL, io.outR, i - At::kHighResonance);
             }
         }
 
         // Dry chains: low then high, each behind the float offset.
 #pragma GCC unroll 8
         for (int j = 0; j < NL; ++j) {
-            if (!active(j)) continue;
-            const unsigned q = parity(j);
-            const int m = i - j;
+            const int d = At::kDryLow + j;
+            if (!active(d)) continue;
+            const unsigned q = parity(d);
+            const int m = i - d;
             const __m128d in = j == 0 ? withFloatOffset(_mm_setr_ps(io.lowInL[m], io.lowInR[m], 0.0f, 0.0f))
                                       : dryLow.part[j - 1].out(q);
             dryLow.part[j].tickRounded(in, q);
         }
 #pragma GCC unroll 8
         for (int j = 0; j < NH; ++j) {
-            const int d = NL + j;
+            const int d = At::kDryHigh + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             const __m128d in = j == 0 ? withFloatOffset(Lanes::toFloats(dryLow.out(q))) : dryHigh.part[j - 1].out(q);

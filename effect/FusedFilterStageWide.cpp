@@ -18,6 +18,7 @@ namespace {
 using DSP::StereoStage;
 namespace Lanes = DSP::Lanes;
 
+using FusedStagePieces::Layout;
 using FusedStagePieces::Part;
 using FusedStagePieces::partSize;
 using FusedStagePieces::withFloatOffset;
@@ -88,14 +89,15 @@ struct PairPart {
     ZONFRA_LANE_INLINE __m256d out(unsigned q) const { return stage[G - 1].out(q); }
 };
 
-// The series pipeline of FusedFilterStage.cpp with K stages on both sides, the same steps at the
-// same depths, three of its cascade pairs sharing a register:
-//   low A + dry low (0..), low B + dry high (N..), high A (2N..), high B + all-pass (3N..),
-//   low resonance (4N), high resonance (4N+1); the all-pass input waits from 2N to 3N.
+// The series pipeline of FusedStagePieces.h with K stages on both sides. Three cascade pairs that
+// stand at the same depth share a register: low A with dry low, low B with dry high, high B with
+// the all-pass.
 template <int K>
 struct WideSeries {
     static constexpr int G = partSize(K), N = K / G;
-    static constexpr int kDepth = 4 * N + 1;
+    using At = Layout<false, N, N>;
+    static_assert(At::kDryLow == At::kLowA && At::kDryHigh == At::kLowB && At::kAllPass == At::kHighB);
+    static constexpr int kDepth = At::kDepth;
 
     PairPart<G> low[N], middle[N], high[N];
     Part<G> highA[N];
@@ -139,9 +141,10 @@ struct WideSeries {
 
 #pragma GCC unroll 8
         for (int j = 0; j < N; ++j) {
-            if (!active(j)) continue;
-            const unsigned q = parity(j);
-            const int m = i - j;
+            const int d = At::kLowA + j;
+            if (!active(d)) continue;
+            const unsigned q = parity(d);
+            const int m = i - d;
             const __m256d in =
                 j == 0 ? join(withOffset(Lanes::load(io.lowInL, io.lowInR, m)),
                               withFloatOffset(_mm_setr_ps(io.lowInL[m], io.lowInR[m], 0.0f, 0.0f)))
@@ -150,7 +153,7 @@ struct WideSeries {
         }
 #pragma GCC unroll 8
         for (int j = 0; j < N; ++j) {
-            const int d = N + j;
+            const int d = At::kLowB + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             __m256d in;
@@ -163,15 +166,15 @@ struct WideSeries {
             const __m256d y = middle[j].step(in, q);
             if (j == N - 1) Lanes::store(highHalf(y), io.dryL, io.dryR, i - d);
         }
-        if (active(2 * N)) {
-            const unsigned q = parity(2 * N);
+        if (active(At::kHighA)) {
+            const unsigned q = parity(At::kHighA);
             const __m128d s = Lanes::rounded(lowHalf(middle[N - 1].out(q)));
             highA[0].tick(withOffset(s), q);
             allPassIn[0][q] = Lanes::rounded(withOffset(s));
         }
 #pragma GCC unroll 8
         for (int j = 1; j < N; ++j) {
-            const int d = 2 * N + j;
+            const int d = At::kHighA + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             highA[j].tick(highA[j - 1].out(q), q);
@@ -179,26 +182,28 @@ struct WideSeries {
         }
 #pragma GCC unroll 8
         for (int j = 0; j < N; ++j) {
-            const int d = 3 * N + j;
+            const int d = At::kHighB + j;
             if (!active(d)) continue;
             const unsigned q = parity(d);
             const __m256d in =
                 j == 0 ? join(withOffset(highA[N - 1].out(q)), allPassIn[N - 1][q]) : high[j - 1].out(q);
             high[j].step(in, q);
         }
-        if (active(4 * N)) {
-            const unsigned q = parity(4 * N);
+        if (active(At::kResonance)) {
+            const unsigned q = parity(At::kResonance);
             const __m256d pair = high[N - 1].out(q);
             const __m128 difference = _mm_sub_ps(Lanes::toFloats(highHalf(pair)), Lanes::toFloats(lowHalf(pair)));
             resonanceLow.peak(_mm_cvtps_pd(difference), q);
         }
-        if (active(4 * N + 1)) {
-            const unsigned q = parity(4 * N + 1);
+        if (active(At::kHighResonance)) {
+            const unsigned q = parity(At::kHighResonance);
             const __m128d y = resonanceHigh.peak(Lanes::rounded(resonanceLow.out(q)), q);
-            Lanes::store(y, io.outL, io.outR, i - (4 * N + 1));
+            Lanes::store(y, io.outL, io.outR, i - At::kHighResonance);
         }
     }
 
+    // The iteration order of the other form's run; written out again because iterations built for
+    // AVX cannot be inlined into a loop built without it.
     void masked(int from, int to, int n, const FilterStageBuffers& io) {
         for (int i = from; i < to; ++i) {
             if (i & 1)

@@ -44,4 +44,32 @@ struct Part {
 // units busy, long enough that few ramp-up and run-out iterations remain.
 constexpr int partSize(int stages) { return stages >= 2 ? 2 : 1; }
 
+// The skewed pipeline that both forms run. A step at depth d works on sample i - d in iteration i
+// and takes its input from the output its predecessor (depth d - 1) produced for that sample one
+// iteration before, so inside one iteration no step waits for another. Each cascade is split into
+// steps of partSize stages: NL steps per low-pass cascade, NH per high-pass cascade.
+//   Series:   low A -> low B -> high A -> high B -> low resonance -> high resonance. The all-pass
+//             branch's input is taken where high A starts, waits NH steps, then runs beside high B
+//             and meets it at the low resonance.
+//   Parallel: low A -> low B beside high A -> high B, the shorter side starting later so that both
+//             end just before the two resonances and their sum.
+//   Both:     the dry chains, dry low -> dry high, from depth 0 on.
+// Every step stands still in the ramp-up and run-out iterations whose sample lies outside the chunk.
+template <bool Parallel, int NL, int NH>
+struct Layout {
+    static constexpr int kWide = 2 * (NL > NH ? NL : NH);
+    static constexpr int kLowA = Parallel ? kWide - 2 * NL : 0;
+    static constexpr int kLowB = kLowA + NL;
+    static constexpr int kHighA = Parallel ? kWide - 2 * NH : 2 * NL;
+    static constexpr int kHighB = kHighA + NH;
+    static constexpr int kAllPass = kHighB;
+    static constexpr int kResonance = kHighB + NH;  // the low one in series, both in parallel
+    static constexpr int kHighResonance = Parallel ? kResonance : kResonance + 1;
+    static constexpr int kDryLow = 0;
+    static constexpr int kDryHigh = NL;
+    static constexpr int kDryDepth = kDryHigh + NH - 1;
+    // The last step's depth: iterations run from 0 to samples + kDepth - 1.
+    static constexpr int kDepth = kHighResonance > kDryDepth ? kHighResonance : kDryDepth;
+};
+
 }  // namespace FusedStagePieces

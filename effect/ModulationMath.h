@@ -20,7 +20,7 @@ float applyLfo(float cutoff, float mean, float strength);
 // One chunk of cutoff glide toward `modulated`; steep slopes move slower by `inertia`.
 float glideStep(float cutoff, float modulated, int slopeDb, float inertia);
 
-// Row 48's value as inertia.
+// The inertia parameter's value (0..1) as the glide's inertia: 0.001 to 1, rising fast from 0.
 float inertiaFromRow(float value);
 
 struct ResonanceShape {
