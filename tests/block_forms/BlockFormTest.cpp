@@ -1,0 +1,387 @@
+// Every stage that works on blocks gives, to the bit, what its per-sample form gives, through
+// setting changes and whatever the block sizes.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dsp/delays/CSimpleMonoDelay.h"
+#include "dsp/effects/CDistortion.h"
+#include "dsp/effects/CFXLimiter.h"
+#include "dsp/effects/CFXRingMod.h"
+#include "dsp/effects/CRateReduction.h"
+#include "dsp/effects/CVibrato.h"
+#include "dsp/filters/CBiquadCascade.h"
+#include "dsp/filters/CPeakBiquad.h"
+#include "dsp/filters/CSlopeFilter.h"
+#include "dsp/filters/StereoStage.h"
+#include "dsp/generators/CLfoGenerator.h"
+#include "dsp/generators/CSineOSC.h"
+#include "dsp/memory/BlockScan.h"
+#include "effect/CGainRamp.h"
+#include "effect/MixSmoother.h"
+#include "support/BlockForm.h"
+
+using namespace DSP;
+using BlockForm::same;
+using BlockForm::Step;
+
+namespace {
+
+struct Case {
+    std::string name;
+    Step step;
+    std::vector<float> left, right;
+    // Compares what the two objects hold besides the audio.
+    std::function<bool()> sameState = [] { return true; };
+};
+
+// Two objects of one kind, the first run as blocks, the second sample by sample.
+template <typename T>
+std::shared_ptr<std::array<T, 2>> pair() {
+    return std::make_shared<std::array<T, 2>>();
+}
+
+Case sineOscillator() {
+    auto o = pair<Generators::CSineOSC>();
+    for (int i : {0, 1}) {
+        (*o)[i].setSampleRate(48000);
+        (*o)[i].setFrequency(800);
+    }
+    return {"sine oscillator", [o](int round, bool asBlock, float* l, float*, int n) {
+                Generators::CSineOSC& osc = (*o)[asBlock ? 0 : 1];
+                if (round == 3) osc.setPhase(0.3);
+                if (asBlock) osc.fill(l, n);
+                else for (int i = 0; i < n; ++i) l[i] = osc.nextFloat();
+            }, BlockForm::noise(3000, 1), BlockForm::noise(3000, 2)};
+}
+
+Case ringModulator() {
+    auto m = pair<FX::CFXRingMod>();
+    for (int i : {0, 1}) {
+        (*m)[i].setSampleRate(48000);
+        (*m)[i].setFrequency(500);
+        (*m)[i].setMix(0.6f);
+    }
+    return {"ring modulator", [m](int round, bool asBlock, float* l, float* r, int n) {
+                FX::CFXRingMod& ring = (*m)[asBlock ? 0 : 1];
+                if (round == 40) ring.setMix(0.0f);
+                if (round == 80) ring.setFrequency(0.0f);  // the gate closes
+                float* io[2] = {l, r};
+                if (asBlock) ring.processInPlace(io, static_cast<unsigned>(n));
+                else for (int i = 0; i < n; ++i) ring.tickInPlace(l + i, r + i);
+            }, BlockForm::noise(30000, 1), BlockForm::noise(30000, 2),
+            [m] { return same((*m)[0].getMixCurrent(), (*m)[1].getMixCurrent()); }};
+}
+
+Case vibrato() {
+    auto v = pair<FX::CVibrato>();
+    for (int i : {0, 1}) {
+        (*v)[i].setSampleRate(48000);
+        (*v)[i].setFrequency(5);
+        (*v)[i].setDepth(0.5f);
+    }
+    return {"vibrato", [v](int round, bool asBlock, float* l, float* r, int n) {
+                FX::CVibrato& vib = (*v)[asBlock ? 0 : 1];
+                if (round == 300) vib.setDepth(0.0f);
+                if (round == 1200) vib.setFrequency(0.0f);  // the gate closes
+                const bool replace = round % 3 != 0;  // else the block only feeds the delay line
+                if (asBlock) return vib.processBlock(l, r, n, replace);
+                for (int i = 0; i < n; ++i) {
+                    float outL, outR;
+                    vib.process(l[i], r[i], &outL, &outR);
+                    if (replace) l[i] = outL, r[i] = outR;
+                }
+            }, BlockForm::noise(200000, 3), BlockForm::noise(200000, 4),
+            [v] { return same((*v)[0].getDelay(), (*v)[1].getDelay()); }};
+}
+
+Case monoDelay(int length) {
+    auto d = pair<DELAY::CSimpleMonoDelay>();
+    for (int i : {0, 1}) (*d)[i].setDelaySamples(length);
+    std::vector<float> in = BlockForm::noise(5000, static_cast<uint32_t>(length));
+    in[10] = -0.0f;
+    return {"delay of " + std::to_string(length), [d, length](int round, bool asBlock, float* l, float*, int n) {
+                DELAY::CSimpleMonoDelay& delay = (*d)[asBlock ? 0 : 1];
+                if (round == 30) delay.setDelaySamples(length / 2);  // shrinking keeps the longer buffer
+                if (asBlock) delay.exchange(l, static_cast<unsigned>(n));
+                else for (int i = 0; i < n; ++i) l[i] = delay.tick(l[i]);
+            }, in, in};
+}
+
+// One sample per call runs every library function afresh; longer blocks reuse their results.
+Case limiter(float releaseMs) {
+    auto f = pair<FX::CFXLimiter>();
+    for (int i : {0, 1}) {
+        (*f)[i].setSampleRate(48000);
+        (*f)[i].setBlockSize(512);
+        (*f)[i].setReleaseMs(releaseMs);
+        (*f)[i].setOutputGain(0.9f);
+    }
+    std::vector<float> l = BlockForm::noise(20000, 5, 3.0f), r = BlockForm::noise(20000, 6, 2.0f);
+    for (size_t i = 8000; i < 9000; ++i) l[i] = r[i] = 0.1f * l[i];  // release between the loud parts
+    return {"limiter releasing in " + std::to_string(releaseMs) + " ms",
+            [f](int, bool asBlock, float* left, float* right, int n) {
+                if (asBlock) return (*f)[0].process(left, right, static_cast<unsigned>(n));
+                for (int i = 0; i < n; ++i) (*f)[1].process(left + i, right + i, 1);
+            }, l, r,
+            [f] {
+                return same((*f)[0].getReleaseCoefficient(), (*f)[1].getReleaseCoefficient()) &&
+                       same((*f)[0].getMeterGain(), (*f)[1].getMeterGain());
+            }};
+}
+
+// Block by block the right channel may start with infinity, which sends the block down the plain loop.
+Case distortion(float drive) {
+    auto d = std::make_shared<FX::CDistortion>();
+    d->setDrive(drive);
+    return {"distortion at drive " + std::to_string(drive), [d](int round, bool asBlock, float* l, float* r, int n) {
+                if (round % 2) r[0] = std::numeric_limits<float>::infinity();
+                if (asBlock) {
+                    StereoBuffer io;
+                    io.refer(l, r, n);
+                    return d->process(io, static_cast<unsigned>(n));
+                }
+                const double wetGain = static_cast<double>(d->getWet()) * d->getMakeup();
+                for (float* x : {l, r}) {
+                    for (int i = 0; i < n; ++i) {
+                        const double s = x[i], magnitude = std::sqrt(s * s);
+                        x[i] = static_cast<float>(d->getDry() * s +
+                                                  wetGain * s * (10.0 + magnitude) / (s * s + 1.0 + magnitude * 9.0));
+                    }
+                }
+            }, BlockForm::awkward(3000, 7), BlockForm::awkward(3000, 8)};
+}
+
+// The sample form is the rate reducer's definition: quantise, then hold at each phase wrap.
+Case rateReduction(float bits, float rate) {
+    auto rr = std::make_shared<FX::CRateReduction>();
+    rr->setBits(bits);
+    rr->setRate(rate);
+    auto held = std::make_shared<std::array<float, 3>>();  // phase, left, right
+    return {"rate reduction " + std::to_string(bits) + " / " + std::to_string(rate),
+            [rr, held, bits](int, bool asBlock, float* l, float* r, int n) {
+                if (asBlock) {
+                    StereoBuffer io;
+                    io.refer(l, r, n);
+                    return rr->process(io, static_cast<unsigned>(n));
+                }
+                const float levels = rr->getLevels(), inverse = 1.0f / levels;
+                auto& [phase, heldL, heldR] = *held;
+                for (int i = 0; i < n; ++i) {
+                    if (bits < 1.0f) {
+                        for (float* x : {l + i, r + i})
+                            *x = (*x > 0 ? std::floor(*x * levels) : std::ceil(*x * levels)) * inverse;
+                    }
+                    phase += rr->getPhaseStep();
+                    if (phase >= 1.0f) {
+                        heldL = l[i], heldR = r[i];
+                        phase -= std::floor(phase);
+                    }
+                    l[i] = heldL, r[i] = heldR;
+                }
+            }, BlockForm::awkward(3000, 1), BlockForm::awkward(3000, 2)};
+}
+
+// Gains that glide, that are close enough to jump, and zeros of both signs, with the peaks.
+Case gainRamp() {
+    auto ramp = std::make_shared<CGainRamp>();
+    auto bySample = std::make_shared<std::array<float, 5>>(std::array<float, 5>{1, 0, 0, 0, 0});
+    return {"gain ramp", [ramp, bySample](int round, bool asBlock, float* l, float* r, int n) {
+                const float gains[] = {1.0f, 0.5f, 0.50004f, 1.7f, 0.0f, -0.0f};
+                const float gain = gains[std::min(round / 12, 5)];
+                auto& [current, minL, maxL, minR, maxR] = *bySample;
+                if (round % 12 == 5) std::fill(l, l + n, -0.0f);
+                if (asBlock) {
+                    if (round == 60) ramp->clearPeaks();
+                    ramp->setGain(gain);
+                    return ramp->apply(l, r, n);
+                }
+                if (round == 60) minL = maxL = minR = maxR = 0;
+                const bool constant = std::fabs((gain - 1e-19f) - current) < 0.0001f;
+                for (int i = 0; i < n; ++i) {
+                    if (!constant) current += (gain - current) * 0.005f;
+                    l[i] *= constant ? gain : current;
+                    r[i] *= constant ? gain : current;
+                    minL = std::min(minL, l[i]), maxL = std::max(maxL, l[i]);
+                    minR = std::min(minR, r[i]), maxR = std::max(maxR, r[i]);
+                }
+            }, BlockForm::noise(7000, 9), BlockForm::noise(7000, 10, 0.5f),
+            [ramp, bySample] {
+                const auto& [current, minL, maxL, minR, maxR] = *bySample;
+                return same(ramp->getCurrent(), current) && same(ramp->minL, minL) && same(ramp->maxL, maxL) &&
+                       same(ramp->minR, minR) && same(ramp->maxR, maxR);
+            }};
+}
+
+// The dry/wet crossfade from any start: either restarted at each block, as a settled mix is, or
+// carried on. The smoother reuses the amounts of its last block while start and target repeat.
+Case mixSmoother() {
+    auto smoother = std::make_shared<MixSmoother>();
+    auto amounts = std::make_shared<std::array<float, 2>>();
+    auto other = std::make_shared<std::vector<float>>(BlockForm::noise(9000, 11));
+    auto position = std::make_shared<std::array<size_t, 2>>();
+    return {"mix smoother", [=](int round, bool asBlock, float* l, float* r, int n) {
+                struct Run {
+                    float start, target;
+                    bool restart;
+                };
+                const Run runs[] = {{0.0f, 0.0f, true},   {0.3f, 0.8f, false}, {1.0f, 0.2f, false},
+                                    {0.5f, 0.5f, true},   {0.0f, 1.0f, false},
+                                    {0.2f, std::numeric_limits<float>::quiet_NaN(), false}};
+                const Run& run = runs[std::min(round / 15, 5)];
+                float& k = (*amounts)[asBlock ? 0 : 1];
+                size_t& at = (*position)[asBlock ? 0 : 1];
+                if (run.restart || round % 15 == 0) k = run.start;
+                const float* o = other->data() + at;
+                at += static_cast<size_t>(n);
+                if (asBlock) return smoother->apply(l, r, o, o, k, run.target, n);
+                for (int i = 0; i < n; ++i) {
+                    k = static_cast<float>(static_cast<double>(k) + 1e-24 + (static_cast<double>(run.target) - k) * 0.005);
+                    l[i] += (o[i] - l[i]) * k;
+                    r[i] += (o[i] - r[i]) * k;
+                }
+            }, BlockForm::noise(9000, 12), BlockForm::noise(9000, 13)};
+}
+
+std::vector<Case> cases() {
+    std::vector<Case> all = {sineOscillator(), ringModulator(), vibrato(), limiter(1), limiter(80), gainRamp(),
+                             mixSmoother()};
+    for (int length : {1, 2, 5, 64, 65, 221, 240}) all.push_back(monoDelay(length));
+    for (float drive : {0.0f, 0.3f, 0.6f, 1.0f}) all.push_back(distortion(drive));
+    for (float bits : {1.0f, 0.95f, 0.5f, 0.0f})
+        for (float rate : {1.0f, 0.99f, 0.6f, 0.05f}) all.push_back(rateReduction(bits, rate));
+    return all;
+}
+
+float input(int i) { return static_cast<float>(std::sin(0.37 * i) * (i % 50 < 25 ? 0.8 : 1e-41)); }
+
+}  // namespace
+
+TEST(BlockForms, EveryStageGivesItsSampleForm) {
+    for (Case& c : cases()) {
+        EXPECT_TRUE(BlockForm::sameAsSampleForm(c.step, c.left, c.right, c.sameState)) << c.name;
+    }
+}
+
+TEST(BlockForms, LfoAccumulateAndFillAreTicksInOrder) {
+    auto make = [](int shape) {
+        CLfoGenerator lfo;
+        lfo.setSampleRate(48000);
+        lfo.setShape(shape);
+        lfo.setRate(7.3);
+        lfo.setShift(0.25);
+        lfo.restart();
+        return lfo;
+    };
+    for (int shape = -1; shape <= 7; ++shape) {
+        CLfoGenerator summed = make(shape), filled = make(shape), single = make(shape), reference = make(shape);
+        std::vector<double> block(300);
+        for (int count : {96, 1, 0, 7, 300, 33}) {
+            double expected = 0.25;
+            for (int i = 0; i < count; ++i) expected += single.tick();
+            ASSERT_TRUE(same(summed.accumulate(0.25, count), expected)) << "shape " << shape << " count " << count;
+            filled.fill(block.data(), count);
+            for (int i = 0; i < count; ++i)
+                ASSERT_TRUE(same(block[static_cast<size_t>(i)], reference.tick())) << "shape " << shape << " at " << i;
+            if (count == 7) {  // a restart and a new shift between blocks
+                for (CLfoGenerator* lfo : {&summed, &single, &filled, &reference}) {
+                    lfo->setShift(0.6);
+                    lfo->restart();
+                }
+            }
+        }
+    }
+}
+
+// The two-lane stage runs both channels of a cascade stage or a peak section in one register.
+TEST(BlockForms, StereoStageIsTheScalarSectionInBothLanes) {
+    for (bool rounded : {false, true}) {
+        CBiquadCascade left(4), right(4), scalarL(4), scalarR(4);
+        for (auto [cascade, hertz] : {std::pair{&left, 900.0}, std::pair{&right, 2500.0}}) {
+            CSlopeFilter f(8);
+            f.setSlope(96);
+            f.setCutoff(hertz);
+            cascade->copyCoefficients(f.lowPathA());
+        }
+        scalarL.copyCoefficients(left);
+        scalarR.copyCoefficients(right);
+        std::vector<StereoStage> lanes(4);
+        for (int k = 0; k < 4; ++k) lanes[static_cast<size_t>(k)].load(left, right, k);
+        for (int m = 0; m < 300; ++m) {
+            __m128d x = Lanes::fromFloats(input(m), -input(m + 7));
+            for (StereoStage& s : lanes) x = rounded ? s.rounded(x, m & 1) : s.cascade(x, m & 1);
+            const double l = rounded ? scalarL.tickRounded(input(m)) : scalarL.tick(input(m));
+            const double r = rounded ? scalarR.tickRounded(-input(m + 7)) : scalarR.tick(-input(m + 7));
+            ASSERT_TRUE(same(Lanes::left(x), l) && same(Lanes::right(x), r)) << m;
+        }
+        for (int k = 0; k < 4; ++k) lanes[static_cast<size_t>(k)].save(left, right, k, 299);
+        for (int k = 0; k < 4; ++k) {
+            EXPECT_TRUE(same(left.x1[k], scalarL.x1[k]) && same(left.x2[k], scalarL.x2[k]));
+            EXPECT_TRUE(same(right.y1[k], scalarR.y1[k]) && same(right.y2[k], scalarR.y2[k]));
+        }
+    }
+    CPeakBiquad peak, scalar;
+    peak.set(6, 1200, 0.8f, 9, true);
+    scalar.set(6, 1200, 0.8f, 9, true);
+    StereoStage lanes;
+    lanes.load(peak);
+    for (int m = 0; m < 200; ++m) {
+        const __m128d y = lanes.peak(Lanes::fromFloats(input(m), input(m + 3)), m & 1);
+        float l = input(m), r = input(m + 3);
+        scalar.tick(l, r);
+        ASSERT_TRUE(static_cast<float>(Lanes::left(y)) == l && static_cast<float>(Lanes::right(y)) == r) << m;
+    }
+    lanes.save(peak, 199);
+    EXPECT_TRUE(same(peak.y1L, scalar.y1L) && same(peak.y2R, scalar.y2R) && same(peak.x1R, scalar.x1R));
+}
+
+TEST(BlockForms, ScansAreTheirLoopsWithSignedZerosAndNaN) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const std::vector<std::vector<float>> cases = {{0.5f, -0.0f, 0.0f, 2.0f, -3.0f, nan, 1.0f, 0.25f, -0.0f},
+                                                   {-0.0f, 0.0f, -0.0f, 0.0f, 0.0f},
+                                                   {0.0f, -0.0f, 0.0f, -0.0f, -0.0f, 0.0f, 0.0f, 0.0f, -0.0f},
+                                                   {nan, nan, nan, nan, 3.0f},
+                                                   {}};
+    for (float start : {0.0f, -0.0f, 1.0f, nan}) {
+        for (const std::vector<float>& x : cases) {
+            for (float gain : {1.0f, -0.5f, 0.0f}) {
+                std::vector<float> scaled = x, expected = x;
+                float low = start, high = -start, expectLow = start, expectHigh = -start;
+                for (float& v : expected) {
+                    v *= gain;
+                    expectLow = std::min(expectLow, v);
+                    expectHigh = std::max(expectHigh, v);
+                }
+                Block::scaleMinMax(scaled.data(), static_cast<int>(scaled.size()), gain, low, high);
+                EXPECT_TRUE(same(low, expectLow) && same(high, expectHigh));
+                for (size_t i = 0; i < x.size(); ++i) EXPECT_TRUE(same(scaled[i], expected[i]));
+                if (gain != 1.0f) continue;
+                low = start, high = -start;
+                Block::minMax(x.data(), static_cast<int>(x.size()), low, high);
+                EXPECT_TRUE(same(low, expectLow) && same(high, expectHigh));
+            }
+        }
+    }
+    std::vector<float> x(11, 0.5f);
+    EXPECT_TRUE(Block::allFinite(x.data(), 11));
+    x[10] = std::numeric_limits<float>::infinity();
+    EXPECT_FALSE(Block::allFinite(x.data(), 11));
+    EXPECT_TRUE(Block::allFinite(x.data(), 10));
+    x[2] = nan;
+    EXPECT_FALSE(Block::allFinite(x.data(), 4));
+    std::vector<float> wet(9), other(9), k(9), expected(9);
+    for (size_t i = 0; i < 9; ++i) {
+        wet[i] = input(static_cast<int>(i) + 1);
+        other[i] = input(static_cast<int>(i) + 40);
+        k[i] = 0.1f * static_cast<float>(i);
+        expected[i] = (wet[i] + (other[i] - wet[i]) * k[i]) * 0.7f;
+    }
+    Block::crossfade(wet.data(), other.data(), 9, k.data());
+    Block::scale(wet.data(), 9, 0.7f);
+    for (size_t i = 0; i < 9; ++i) EXPECT_TRUE(same(wet[i], expected[i])) << i;
+}
