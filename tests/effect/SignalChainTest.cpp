@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "EffectHarness.h"
-#include "support/AllocationCounter.h"
 
 namespace {
 size_t peakIndex(const std::vector<float>& x) {
@@ -51,21 +50,19 @@ TEST(SignalChain, ImpulseLatencyIsTheReportedOneOnEveryPath) {
     }
 }
 
-TEST(SignalChain, NoNaNOrInfinityForAnyFiniteInputAtTheExtremes) {
+TEST(SignalChain, NoNaNOrInfinityForAnyFiniteInputAtTheStartSettingsAndTheExtremes) {
     const float inputs[] = {1e30f, -1e30f, 1e-40f, -1e-42f, 0.0f, 1.0f, -1.0f, 3e-39f};
-    for (bool high : {false, true}) {
+    for (int settings : {0, 1, 2}) {
         EffectHarness harness;
-        settingExtremes(harness, high);
+        if (settings > 0) settingExtremes(harness, settings == 2);
         std::vector<float> l(8192), r(8192);
         for (size_t i = 0; i < l.size(); ++i) {
             l[i] = inputs[i % 8];
             r[i] = inputs[(i + 3) % 8];
         }
         harness.run(l, r, 300);
-        for (size_t i = 0; i < l.size(); ++i) {
-            ASSERT_TRUE(std::isfinite(l[i])) << (high ? "high " : "low ") << i;
-            ASSERT_TRUE(std::isfinite(r[i])) << (high ? "high " : "low ") << i;
-        }
+        for (size_t i = 0; i < l.size(); ++i)
+            ASSERT_TRUE(std::isfinite(l[i]) && std::isfinite(r[i])) << "settings " << settings << " at " << i;
     }
 }
 
@@ -82,34 +79,4 @@ TEST(SignalChain, NaNInputThenResetSoundsNormalAgain) {
     harness.run(l, r, 512);
     for (size_t i = 0; i < l.size(); ++i) ASSERT_TRUE(std::isfinite(l[i])) << i;
     EXPECT_GT(std::fabs(l[6000]) + std::fabs(l[6050]) + std::fabs(l[6100]), 0.01f);
-}
-
-TEST(SignalChain, EveryStageActiveAllocatesNothingEvenAfterARateChange) {
-    EffectHarness harness(44100, 512);
-    auto set = [&](int id, float v) { harness.set(id, v); };
-    set(kLowPassSlope, 4);
-    set(kHighPassSlope, 4);
-    set(kLowPassFreq, 2000);
-    set(kHighPassFreq, 200);
-    set(kLpStrength, 0.6f);
-    set(kLpStrengthLfo, 1.5f);
-    set(kLfoSync, 0);
-    set(kDistLevel, 0.7f);
-    set(kRateReduceLevel, 0.5f);
-    set(kRateLpLink, 1);
-    set(kRingModStrength, 0.5f);
-    set(kFreqModStrength, 0.5f);
-    set(kLimiterBypass, 1);
-    set(kLimitRelease, 1);
-    set(kDryWetMix, 0.7f);
-    std::vector<float> l = sine(512, 220, 44100), r = l;
-    harness.runBlock(l.data(), r.data(), 512);
-    harness.effect->setSampleRate(96000);  // allocates the new delay lines, off the audio thread
-    harness.runBlock(l.data(), r.data(), 512);
-    TestSupport::AllocationScope scope;
-    for (int i = 0; i < 50; ++i) {
-        harness.effect->getParameter(kLowPassFreq)->setValue(500.0f + 100.0f * static_cast<float>(i));
-        harness.runBlock(l.data(), r.data(), i % 2 ? 512 : 77);
-    }
-    EXPECT_EQ(scope.allocations(), 0u);
 }
