@@ -31,8 +31,8 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     setPresetNameText("Init Preset");
     loadInitPreset(*this);
 
-    globalLimiter.initFromRecord(ParameterRecord{"GLOBAL.LIMITER", "Global", "Global", 0, 1, 1, 1, false, 0, 8,
-                                                 kGlobalLimiterId});
+    globalLimiter.initFromRecord(ParameterRecord{"GLOBAL.LIMITER", "Global", "Global", 0, 1, 1, 1, false, 0,
+                                                 Ondra::kUnitSwitch, kGlobalLimiterId});
     globalLimiter.setFormatValue(formatGlobalLimiter);
     globalLimiter.addListener(this, true);
 
@@ -57,7 +57,7 @@ void CZonfra::buildParameters() {
     }
     parameters.getParameter(kLfoRate)->setLinked(parameters.getParameter(kLfoSync));
 
-    presetNameParameter.initFromRecord(ParameterRecord{"PRESETNAME", "", "", 0, 1, 0, 0, false, 0, 11,
+    presetNameParameter.initFromRecord(ParameterRecord{"PRESETNAME", "", "", 0, 1, 0, 0, false, 0, Ondra::kUnitText,
                                                        Ondra::fourCharacterId("PNAM")});
     presetNameParameter.setLinkedText(&presetName);
 }

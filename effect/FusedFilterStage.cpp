@@ -1,5 +1,7 @@
 #include "effect/FusedFilterStage.h"
 
+#include <algorithm>
+
 #include "dsp/filters/CBiquadCascade.h"
 #include "dsp/filters/CPeakBiquad.h"
 #include "dsp/filters/CSlopeFilter.h"
@@ -249,4 +251,40 @@ bool runFusedFilterStage(FilterStageParts& parts, bool parallel, const FilterSta
     const Runner run = parallel ? runnerFor<true>(low, high) : runnerFor<false>(low, high);
     run(parts, buffers, samples);
     return true;
+}
+
+void runFilterStageOneByOne(FilterStageParts& p, bool parallel, const FilterStageBuffers& io, int n) {
+    if (n <= 0) return;
+    const auto count = static_cast<unsigned>(n);
+    std::copy(io.lowInL, io.lowInL + n, io.dryL);
+    std::copy(io.lowInR, io.lowInR + n, io.dryR);
+    float* const low[2] = {io.lowInL, io.lowInR};
+    float* const high[2] = {io.highInL, io.highInR};
+    p.lowPassL.process(io.lowInL, io.lowInL, count);
+    p.lowPassR.process(io.lowInR, io.lowInR, count);
+    if (!parallel) {
+        p.highPassL.process(io.lowInL, io.lowInL, count);
+        p.highPassR.process(io.lowInR, io.lowInR, count);
+        p.resonanceLow.process(low, low, count);
+        p.resonanceHigh.process(low, low, count);
+        std::copy(io.lowInL, io.lowInL + n, io.outL);
+        std::copy(io.lowInR, io.lowInR + n, io.outR);
+    } else {
+        p.highPassL.process(io.highInL, io.highInL, count);
+        p.highPassR.process(io.highInR, io.highInR, count);
+        p.resonanceLow.process(low, low, count);
+        p.resonanceHigh.process(high, high, count);
+        for (int i = 0; i < n; ++i) {
+            io.outL[i] = io.lowInL[i] + io.highInL[i];
+            io.outR[i] = io.lowInR[i] + io.highInR[i];
+        }
+    }
+    for (int i = 0; i < n; ++i) {
+        float left = io.dryL[i] + 1e-19f;
+        left = p.dryLowL.tickRounded(left) + 1e-19f;
+        io.dryL[i] = p.dryHighL.tickRounded(left);
+        float right = io.dryR[i] + 1e-19f;
+        right = p.dryLowR.tickRounded(right) + 1e-19f;
+        io.dryR[i] = p.dryHighR.tickRounded(right);
+    }
 }

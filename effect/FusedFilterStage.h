@@ -22,10 +22,10 @@ struct FilterStageParts {
 };
 
 struct FilterStageBuffers {
-    const float* lowInL;   // into the low-pass and the dry chains
-    const float* lowInR;
-    const float* highInL;  // into the high-pass, in parallel mode only
-    const float* highInR;
+    float* lowInL;   // into the low-pass and the dry chains
+    float* lowInR;
+    float* highInL;  // into the high-pass, in parallel mode only
+    float* highInR;
     float* outL;
     float* outR;
     float* dryL;
@@ -48,3 +48,7 @@ struct FilterStageBuffers {
 enum class FusedLanes { widest, sse2 };
 bool runFusedFilterStage(FilterStageParts& parts, bool parallel, const FilterStageBuffers& buffers, int samples,
                          FusedLanes lanes = FusedLanes::widest);
+
+// The same stage through the filter classes' own loops, each filter over the whole chunk before the
+// next and the dry chains last, for shapes the fused form does not cover. Leaves the inputs filtered.
+void runFilterStageOneByOne(FilterStageParts& parts, bool parallel, const FilterStageBuffers& buffers, int samples);

@@ -13,6 +13,13 @@ namespace {
 constexpr int kBandPassDesign = 3;
 // The resonance peaks stay below the top of the band, where their design would fold over.
 constexpr float kHighestResonanceHz = 18000.0f;
+// The detector hears the measure band 11 dB up, the whole band 8 dB down.
+constexpr float kBandDetectorGain = 3.548134f, kWideDetectorGain = 0.39810717f;
+// Below this the tempo parameter means "the host's tempo".
+constexpr int kLowestOwnTempo = 30;
+// A cutoff this close to where it heads stays, and its filters are left alone.
+constexpr float kCutoffRestHz = 1.0f;
+constexpr float kResonanceGlide = 0.105f;
 }  // namespace
 
 ModulationControl::ModulationControl(SignalChain& signalChain, Ondra::CPropertyManager& parameterList)
@@ -29,7 +36,7 @@ void ModulationControl::setSampleRate(float rate) {
 
 void ModulationControl::startLfo(float rate) {
     lfo.setSampleRate(rate);
-    lfo.setShape(0);
+    lfo.setShape(DSP::CLfoGenerator::kSine);
     lfo.setRate(1.0);
     lfo.setSyncIndex(0);
 }
@@ -127,7 +134,7 @@ void ModulationControl::applyFreqModLink(bool atChange) {
 }
 
 void ModulationControl::measureEnvelope(const DSP::StereoBuffer& gained, int n) {
-    const float gain = envBoost * (measureBandOn ? 3.548134f : 0.39810717f);
+    const float gain = envBoost * (measureBandOn ? kBandDetectorGain : kWideDetectorGain);
     const float maximum = measureBandOn ? bandPeakSquare(gained, gain, n) : peakSquare(gained, gain, n);
     const float x = ModulationMath::envelopeLevel(maximum);
     for (FilterControl* side : {&lowSide, &highSide}) {
@@ -201,7 +208,7 @@ float ModulationControl::bandPeakSquare(const DSP::StereoBuffer& gained, float g
 }
 
 void ModulationControl::stepLfo(const Ondra::OndraAudioBlock& audio, int n) {
-    const float tempo = bpmOverride >= 30 ? static_cast<float>(bpmOverride) : audio.tempo;
+    const float tempo = bpmOverride >= kLowestOwnTempo ? static_cast<float>(bpmOverride) : audio.tempo;
     if (audio.transportPlaying && lfoSyncOn) {
         if (!lfoSyncRunning || lfoResync) lfoCounter = -1;
         lfoSyncRunning = true;
@@ -244,13 +251,13 @@ void ModulationControl::moveCutoff(FilterControl& side, Ondra::IPluginParameter*
     side.target = y;
     side.modulated = std::clamp(ModulationMath::applyLfo(y, lfoMeanValue, side.lfoAmount), 0.0f, 22050.0f);
 
-    if (std::fabs(side.modulated - side.cutoff) > 1.0f) {
+    if (std::fabs(side.modulated - side.cutoff) > kCutoffRestHz) {
         side.cutoff = ModulationMath::glideStep(side.cutoff, side.modulated, slopeDb, inertia);
         left.setCutoff(side.cutoff);
         right.setCutoff(side.cutoff);
         resonanceStage.storeFrequency(std::min(side.cutoff, kHighestResonanceHz));  // designed below
     }
-    side.resonance += (side.resonanceParam - side.resonance) * 0.105f + 1e-19f;
+    side.resonance += (side.resonanceParam - side.resonance) * kResonanceGlide + 1e-19f;
     const ModulationMath::ResonanceShape shape =
         ModulationMath::resonanceShape(side.resonance, side.modulated, side.widthParam);
     resonanceStage.gainDb = shape.gainDb;

@@ -12,9 +12,8 @@ constexpr int kSlopeTable[5] = {1, 12, 24, 48, 96};
 
 int slopeFromRow(int value) { return kSlopeTable[std::clamp(value, 0, 4)]; }
 
-// The shape row holds 0..5; its last shape is the generator's square, code 7.
-constexpr int kLfoSquareShape = 7;
-int lfoShapeCode(int value) { return value == 5 ? kLfoSquareShape : std::clamp(value, 0, 4); }
+// The shape parameter holds 0..5: the generator's first five shapes, then its square.
+int lfoShapeCode(int value) { return value == 5 ? DSP::CLfoGenerator::kSquare : std::clamp(value, 0, 4); }
 
 // The measure band takes part above this frequency; below it the detector hears the whole band.
 constexpr float kMeasureBandFloorHz = 100.0f;

@@ -10,6 +10,8 @@ namespace {
 // The resonance peaks are peaking sections from the start; the design flag makes their width a
 // bandwidth in octaves.
 constexpr int kPeakingDesign = 6;
+// CSlopeFilter's type that makes it a high-pass.
+constexpr unsigned kHighPassType = 1;
 constexpr float kBypassFadeMs = 15.0f;
 
 void raisePeak(const float* samples, int n, float& peak) {
@@ -20,8 +22,8 @@ void raisePeak(const float* samples, int n, float& peak) {
 SignalChain::SignalChain() {
     // The filters start steep and wide open; the high-pass is a high-pass for good.
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->setSlope(96);
-    highPassL.setType(1);
-    highPassR.setType(1);
+    highPassL.setType(kHighPassType);
+    highPassR.setType(kHighPassType);
     lowPassL.setCutoff(22050);
     lowPassR.setCutoff(22050);
     highPassL.setCutoff(20);
@@ -160,47 +162,7 @@ void SignalChain::runFilterStage(Ondra::OndraAudioBlock& audio, int n) {
                            resonanceHigh, dryPhaseLowL, dryPhaseLowR, dryPhaseHighL, dryPhaseHighR};
     const FilterStageBuffers buffers{workBuffer.left,   workBuffer.right, secondBuffer.left,  secondBuffer.right,
                                      out.left,          out.right,        dryPathBuffer.left, dryPathBuffer.right};
-    if (runFusedFilterStage(parts, parallel, buffers, n)) return;
-    runFilters(audio, n, parallel);
-    runDryPhaseChains(n);
-}
-
-// The filters one by one, for shapes the fused stage does not cover.
-void SignalChain::runFilters(Ondra::OndraAudioBlock& audio, int n, bool parallel) {
-    const auto count = static_cast<unsigned>(n);
-    DSP::StereoBuffer& out = audio.out[0];
-    dryPathBuffer.copyFrom(workBuffer, n);
-    float* const work[2] = {workBuffer.left, workBuffer.right};
-    lowPassL.process(workBuffer.left, workBuffer.left, count);
-    lowPassR.process(workBuffer.right, workBuffer.right, count);
-    if (!parallel) {
-        highPassL.process(workBuffer.left, workBuffer.left, count);
-        highPassR.process(workBuffer.right, workBuffer.right, count);
-        resonanceLow.process(work, work, count);
-        resonanceHigh.process(work, work, count);
-        workBuffer.copyTo(out.left, out.right, n);
-        return;
-    }
-    float* const second[2] = {secondBuffer.left, secondBuffer.right};
-    highPassL.process(secondBuffer.left, secondBuffer.left, count);
-    highPassR.process(secondBuffer.right, secondBuffer.right, count);
-    resonanceLow.process(work, work, count);
-    resonanceHigh.process(second, second, count);
-    for (int i = 0; i < n; ++i) {
-        out.left[i] = workBuffer.left[i] + secondBuffer.left[i];
-        out.right[i] = workBuffer.right[i] + secondBuffer.right[i];
-    }
-}
-
-void SignalChain::runDryPhaseChains(int n) {
-    for (int i = 0; i < n; ++i) {
-        float left = dryPathBuffer.left[i] + 1e-19f;
-        left = dryPhaseLowL.tickRounded(left) + 1e-19f;
-        dryPathBuffer.left[i] = dryPhaseHighL.tickRounded(left);
-        float right = dryPathBuffer.right[i] + 1e-19f;
-        right = dryPhaseLowR.tickRounded(right) + 1e-19f;
-        dryPathBuffer.right[i] = dryPhaseHighR.tickRounded(right);
-    }
+    if (!runFusedFilterStage(parts, parallel, buffers, n)) runFilterStageOneByOne(parts, parallel, buffers, n);
 }
 
 void SignalChain::applyFilterSettings() {
@@ -208,6 +170,7 @@ void SignalChain::applyFilterSettings() {
     const bool modeChanged = mode != appliedFilterMode;
     if (modeChanged) {
         appliedFilterMode = mode;
+        // In notch mode the high-pass is designed directly rather than as all-pass minus low-pass.
         for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR})
             f->mode = static_cast<unsigned>(mode);
     }

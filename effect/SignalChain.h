@@ -67,8 +67,9 @@ public:
     // What a bypass that settled on leaves behind.
     void clearAfterBypass();
 
-    // The stages, set by the modulation control.
-    DSP::CSlopeFilter lowPassL{8}, lowPassR{8}, highPassL{8}, highPassR{8};
+    // The stages, set by the modulation control. The slope filters have room for 96 dB per octave.
+    static constexpr int kMaxOrder = 8;
+    DSP::CSlopeFilter lowPassL{kMaxOrder}, lowPassR{kMaxOrder}, highPassL{kMaxOrder}, highPassR{kMaxOrder};
     DSP::CPeakBiquad resonanceLow, resonanceHigh;
     CGainRamp inputGain, outputGain;
     DSP::FX::CDistortion distortion;
@@ -84,13 +85,13 @@ private:
     };
     void applySlope(Slope& slope, DSP::CSlopeFilter& left, DSP::CSlopeFilter& right, bool force);
     void runFilterStage(Ondra::OndraAudioBlock& audio, int samples);
-    void runFilters(Ondra::OndraAudioBlock& audio, int samples, bool parallel);
-    void runDryPhaseChains(int samples);
     bool runBypassFade(DSP::StereoBuffer& out, int samples, bool bypassed);
     void clearFilterStates();
 
     // The all-pass twins of the filters, which keep the dry path in phase with the wet one.
-    DSP::CBiquadCascade dryPhaseLowL{12}, dryPhaseLowR{12}, dryPhaseHighL{12}, dryPhaseHighR{12};
+    static constexpr int kDryStages = DSP::CSlopeFilter::kMaxStages;
+    DSP::CBiquadCascade dryPhaseLowL{kDryStages}, dryPhaseLowR{kDryStages}, dryPhaseHighL{kDryStages},
+        dryPhaseHighR{kDryStages};
 
     DSP::StereoBuffer workBuffer, secondBuffer, dryPathBuffer, bypassDryBuffer;
     Ondra::CNChannelBuffer limiterDelay, bypassDelay, dryPathDelay, delayScratch;

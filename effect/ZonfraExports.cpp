@@ -8,9 +8,18 @@
 #define ZONFRA_EXPORT extern "C" __attribute__((visibility("default")))
 
 namespace {
-const Ondra::OndraPluginInfo kZonfraInfo = {
-    Ondra::fourCharacterId("Vzon"), "MMK Zonfra QT", "Morvandel Mixing Kit", "Morvandel", 1, 1, 1, "1.3.0",
-    Ondra::kCategoryEffect, false, 0x10300, 1};
+const Ondra::OndraPluginInfo kZonfraInfo = {.uniqueId = Ondra::fourCharacterId("Vzon"),
+                                             .name = "MMK Zonfra QT",
+                                             .vendor = "Morvandel Mixing Kit",
+                                             .maker = "Morvandel",
+                                             .inputPairs = 1,
+                                             .outputPairs = 1,
+                                             .programCount = 1,
+                                             .versionText = "1.3.0",
+                                             .category = Ondra::kCategoryEffect,
+                                             .wantsExtraInputPair = false,
+                                             .versionNumber = 0x10300,
+                                             .flag = 1};
 }  // namespace
 
 ZONFRA_EXPORT Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback, int /*uniqueId*/) {

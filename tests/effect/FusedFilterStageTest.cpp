@@ -51,45 +51,6 @@ struct Stage {
     FilterStageParts parts() {
         return {lowL, lowR, highL, highR, resonanceLow, resonanceHigh, dryLowL, dryLowR, dryHighL, dryHighR};
     }
-
-    // The filters one by one, in the order of the effect's block.
-    void runOneByOne(const float* inL, const float* inR, const float* highInL, const float* highInR, float* outL,
-                     float* outR, float* dryL, float* dryR, int n) {
-        std::vector<float> workL(inL, inL + n), workR(inR, inR + n);
-        std::vector<float> secondL(highInL, highInL + n), secondR(highInR, highInR + n);
-        std::copy(inL, inL + n, dryL);
-        std::copy(inR, inR + n, dryR);
-        const auto count = static_cast<unsigned>(n);
-        lowL.process(workL.data(), workL.data(), count);
-        lowR.process(workR.data(), workR.data(), count);
-        float* const work[2] = {workL.data(), workR.data()};
-        float* const second[2] = {secondL.data(), secondR.data()};
-        if (!parallel) {
-            highL.process(workL.data(), workL.data(), count);
-            highR.process(workR.data(), workR.data(), count);
-            resonanceLow.process(work, work, count);
-            resonanceHigh.process(work, work, count);
-            std::copy(workL.begin(), workL.end(), outL);
-            std::copy(workR.begin(), workR.end(), outR);
-        } else {
-            highL.process(secondL.data(), secondL.data(), count);
-            highR.process(secondR.data(), secondR.data(), count);
-            resonanceLow.process(work, work, count);
-            resonanceHigh.process(second, second, count);
-            for (int i = 0; i < n; ++i) {
-                outL[i] = workL[static_cast<size_t>(i)] + secondL[static_cast<size_t>(i)];
-                outR[i] = workR[static_cast<size_t>(i)] + secondR[static_cast<size_t>(i)];
-            }
-        }
-        for (int i = 0; i < n; ++i) {
-            float left = dryL[i] + 1e-19f;
-            left = dryLowL.tickRounded(left) + 1e-19f;
-            dryL[i] = dryHighL.tickRounded(left);
-            float right = dryR[i] + 1e-19f;
-            right = dryLowR.tickRounded(right) + 1e-19f;
-            dryR[i] = dryHighR.tickRounded(right);
-        }
-    }
 };
 
 uint32_t bits(float v) {
@@ -139,8 +100,8 @@ TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
                 auto fused = std::make_unique<Stage>(lowSlope, highSlope, parallel);
                 auto plain = std::make_unique<Stage>(lowSlope, highSlope, parallel);
                 const size_t total = 1800;
-                const std::vector<float> inL = signal(total, 1), inR = signal(total, 2);
-                const std::vector<float> rawL = signal(total, 3), rawR = signal(total, 4);
+                std::vector<float> inL = signal(total, 1), inR = signal(total, 2);
+                std::vector<float> rawL = signal(total, 3), rawR = signal(total, 4);
                 std::vector<float> outA(2 * total), outB(2 * total), dryA(2 * total), dryB(2 * total);
                 size_t at = 0;
                 for (int round = 0; at < total; ++round) {
@@ -153,9 +114,13 @@ TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
                                                 outA.data() + at, outA.data() + total + at,
                                                 dryA.data() + at, dryA.data() + total + at};
                     ASSERT_TRUE(runFusedFilterStage(parts, parallel, io, n, lanes));
-                    plain->runOneByOne(inL.data() + at, inR.data() + at, rawL.data() + at, rawR.data() + at,
-                                       outB.data() + at, outB.data() + total + at, dryB.data() + at,
-                                       dryB.data() + total + at, n);
+                    std::vector<float> l(inL.begin() + at, inL.begin() + at + n), r(inR.begin() + at, inR.begin() + at + n);
+                    std::vector<float> hl(rawL.begin() + at, rawL.begin() + at + n), hr(rawR.begin() + at, rawR.begin() + at + n);
+                    FilterStageParts plainParts = plain->parts();
+                    runFilterStageOneByOne(plainParts, parallel,
+                                           {l.data(), r.data(), hl.data(), hr.data(), outB.data() + at,
+                                            outB.data() + total + at, dryB.data() + at, dryB.data() + total + at},
+                                           n);
                     at += static_cast<size_t>(n);
                 }
                 for (size_t i = 0; i < 2 * total; ++i) {
