@@ -134,7 +134,7 @@ TEST_F(Vst3Conformance, StateRoundTripsWithAndWithoutProcessingBetween) {
     EXPECT_NEAR(target.controller->getParamNormalized(kLowPassFrequency), 0.3, 1e-6);
 }
 
-TEST_F(Vst3Conformance, MonoAndStereoBusesOnlyAndTheBusInfoFollows) {
+TEST_F(Vst3Conformance, MonoAndStereoBusesOnlyAndTheirDescriptionFollows) {
     constexpr SpeakerArrangement kMono = SpeakerArr::kMono, kStereo = SpeakerArr::kStereo;
     constexpr SpeakerArrangement kFiveOne = 0x3F, kSurroundPair = 0x30;
     const struct {
@@ -159,8 +159,12 @@ TEST_F(Vst3Conformance, MonoAndStereoBusesOnlyAndTheBusInfoFollows) {
             const SpeakerArrangement asked = direction == kInput ? c.in : c.out;
             EXPECT_EQ(now, c.accepted ? asked : kStereo);
             BusInfo bus{};
-            plugin.component->getBusInfo(kAudio, direction, 0, bus);
+            ASSERT_EQ(plugin.component->getBusInfo(kAudio, direction, 0, bus), kResultOk);
             EXPECT_EQ(bus.channelCount, std::popcount(now));
+            EXPECT_EQ(bus.mediaType, kAudio);
+            EXPECT_EQ(bus.direction, direction);
+            EXPECT_EQ(bus.busType, kMain);
+            EXPECT_EQ(bus.flags, static_cast<uint32>(BusInfo::kDefaultActive));
         }
     }
 }
