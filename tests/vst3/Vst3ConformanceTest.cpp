@@ -165,7 +165,23 @@ TEST_F(Vst3Conformance, MonoAndStereoBusesOnlyAndTheirDescriptionFollows) {
             EXPECT_EQ(bus.direction, direction);
             EXPECT_EQ(bus.busType, kMain);
             EXPECT_EQ(bus.flags, static_cast<uint32>(BusInfo::kDefaultActive));
+            for (int32 outside : {-1, 1}) EXPECT_NE(plugin.component->getBusInfo(kAudio, direction, outside, bus), kResultOk);
         }
+    }
+}
+
+TEST_F(Vst3Conformance, TheHostsInputBuffersAreLeftAlone) {
+    Instance plugin(module);
+    for (int32 channels : {2, 1}) {
+        std::vector<float> inL = sine(512, 440), inR = sine(512, 660), outL(512), outR(512);
+        const std::vector<float> givenL = inL, givenR = inR;
+        float* in[2] = {inL.data(), inR.data()};
+        float* out[2] = {outL.data(), outR.data()};
+        AudioBusBuffers input{channels, 0, {in}}, output{2, 0, {out}};
+        ProcessData data{kRealtime, kSample32, 512, 1, 1, &input, &output};
+        ASSERT_EQ(plugin.processor->process(data), kResultOk);
+        EXPECT_EQ(inL, givenL);
+        EXPECT_EQ(inR, givenR);
     }
 }
 
