@@ -31,6 +31,7 @@ int32 stepsOf(Ondra::IPluginParameter* property) {
     if (unit != Ondra::kUnitSwitch && unit != Ondra::kUnitWhole) return 0;
     return static_cast<int32>(std::max(0L, std::lround(property->getMaximum() - property->getMinimum())));
 }
+
 // The host's buffer of a channel, or `missing` where the bus has no such channel or no buffer.
 float* channelOr(const AudioBusBuffers& bus, int32 channel, float* missing) {
     float* given = bus.numChannels > channel && bus.channelBuffers32 ? bus.channelBuffers32[channel] : nullptr;
@@ -42,7 +43,8 @@ uint64 silentChannels(const AudioBusBuffers& bus, int32 samples) {
     uint64 flags = 0;
     for (int32 c = 0; c < std::min<int32>(bus.numChannels, 64); ++c) {
         const float* channel = bus.channelBuffers32 ? bus.channelBuffers32[c] : nullptr;
-        if (channel && std::all_of(channel, channel + samples, [](float x) { return x == 0.0f; })) flags |= uint64{1} << c;
+        if (channel && std::all_of(channel, channel + samples, [](float x) { return x == 0.0f; }))
+            flags |= uint64{1} << c;
     }
     return flags;
 }
@@ -218,7 +220,8 @@ tresult Ondra_VST3::setBusArrangements(SpeakerArrangement* inputs, int32 numIns,
                                        int32 numOuts) {
     // The effect works in stereo: a mono input is doubled, a mono output takes the left channel.
     auto monoOrStereo = [](const SpeakerArrangement* list, int32 count) {
-        return std::all_of(list, list + count, [](SpeakerArrangement a) { return a == SpeakerArr::kMono || a == SpeakerArr::kStereo; });
+        return std::all_of(list, list + count,
+                           [](SpeakerArrangement a) { return a == SpeakerArr::kMono || a == SpeakerArr::kStereo; });
     };
     if (numIns < 0 || numOuts < 0 || (numIns > 0 && !inputs) || (numOuts > 0 && !outputs)) return kInvalidArgument;
     if (!monoOrStereo(inputs, numIns) || !monoOrStereo(outputs, numOuts)) return kResultFalse;
@@ -346,7 +349,8 @@ tresult Ondra_VST3::process(ProcessData& data) {
     // Without a process context the beat arithmetic runs at a nominal 44.1 kHz.
     if (!data.processContext) rules.positionSampleRate = 44100.0f;
     Ondra::processInChunks(*plugin, block, n, rules);
-    for (int32 bus = 0; bus < data.numOutputs; ++bus) data.outputs[bus].silenceFlags = silentChannels(data.outputs[bus], n);
+    for (int32 bus = 0; bus < data.numOutputs; ++bus)
+        data.outputs[bus].silenceFlags = silentChannels(data.outputs[bus], n);
     return kResultOk;
 }
 

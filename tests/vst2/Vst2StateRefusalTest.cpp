@@ -51,6 +51,7 @@ TEST_F(Vst2StateRefusal, WrongSizesAndCutBodiesAreRefusedAsPresetAndAsBank) {
     Plugin other;
     other.start(44100, 512);
     ChunkDamage::Bytes copy = saved;
-    EXPECT_EQ(other.dispatch(effSetChunk, 1, static_cast<VstIntPtr>(copy.size()), copy.data()), static_cast<VstIntPtr>(saved.size()));
+    const auto size = static_cast<VstIntPtr>(copy.size());
+    EXPECT_EQ(other.dispatch(effSetChunk, 1, size, copy.data()), size);
     EXPECT_NEAR(other.getParameter(1), 0.25f, 1e-5);
 }
