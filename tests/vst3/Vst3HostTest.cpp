@@ -243,10 +243,17 @@ TEST_F(Vst3Host, ProcessAllocatesNothing) {
     context.tempo = 120;
     std::vector<float> l = sine(512, 440), r = l;
     plugin.run(l.data(), r.data(), 512, nullptr, &context);
+    // Calls without audio hand their changes over at once, from the same queue.
+    Changes alone[2];
+    alone[0].add(2, 0.2);
+    alone[1].add(2, 0.8);
     TestSupport::AllocationScope scope;
     for (int b = 0; b < 20; ++b) {
         context.projectTimeSamples += 512;
         plugin.run(l.data(), r.data(), 512, b % 2 ? &changes : nullptr, &context);
+        ProcessData none{};
+        none.inputParameterChanges = &alone[b % 2];
+        plugin.processor->process(none);
     }
     EXPECT_EQ(scope.allocations(), 0u);
 }
