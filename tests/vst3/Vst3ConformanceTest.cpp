@@ -72,14 +72,15 @@ TEST_F(Vst3Conformance, ParameterDescriptionsAndStepsAgreeWithTheirTexts) {
         // A parameter in steps shows one text per step; one without shows its value in fine steps.
         std::set<std::string> sweep, steps;
         for (int k = 0; k <= 2000; ++k) sweep.insert(text(plugin.controller, info.id, k / 2000.0));
-        for (int k = 0; k <= info.stepCount && info.stepCount > 0; ++k)
-            steps.insert(text(plugin.controller, info.id, static_cast<double>(k) / info.stepCount));
-        if (info.stepCount > 0) {
-            EXPECT_EQ(steps.size(), static_cast<size_t>(info.stepCount) + 1);
-            EXPECT_EQ(sweep, steps);
-        } else {
+        if (info.stepCount == 0) {
             EXPECT_GT(sweep.size(), 10u);
+            continue;
         }
+        for (int k = 0; k <= info.stepCount; ++k) {
+            const std::string shown = text(plugin.controller, info.id, static_cast<double>(k) / info.stepCount);
+            EXPECT_TRUE(steps.insert(shown).second) << "step " << k << " shows \"" << shown << "\" again";
+        }
+        for (const std::string& shown : sweep) EXPECT_TRUE(steps.count(shown)) << "\"" << shown << "\" is no step";
     }
     EXPECT_EQ(bypasses, 1);
 }
