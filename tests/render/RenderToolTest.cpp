@@ -7,9 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <string>
 
 #include "AudioFile.h"
+#include "FactoryPresets.h"
+#include "framework/plugin/OndraPluginInfo.h"
+#include "framework/presets/VstPresetFiles.h"
 
 namespace fs = std::filesystem;
 
@@ -51,8 +56,27 @@ protected:
         EXPECT_EQ(writeAudio(path(name), audio), "");
         return path(name);
     }
+    // Each refusal: a non-zero exit, its message, and no output left behind.
+    void expectRefused(const std::string& arguments, const std::string& message, const std::string& out) {
+        const ProcessResult run = runRender(arguments);
+        EXPECT_NE(run.status, 0) << arguments;
+        EXPECT_NE(run.output.find("zonfra-render: " + message + "\n"), std::string::npos) << arguments << "\n" << run.output;
+        EXPECT_FALSE(fs::exists(out)) << arguments;
+        EXPECT_FALSE(fs::exists(out + ".partial")) << arguments;
+    }
     fs::path folder;
 };
+
+void overwrite(const std::string& file, size_t at, const std::string& bytes) {
+    std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
+    stream.seekp(static_cast<std::streamoff>(at));
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+std::string contents(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 size_t peakIndex(const std::vector<float>& samples) {
     size_t peak = 0;
@@ -114,31 +138,130 @@ TEST_F(RenderTool, SettingsByValueAndByText) {
 TEST_F(RenderTool, ErrorsExitNonZeroAndLeaveNoOutput) {
     const std::string in = impulseFile("in.wav", 44100, 4410, 10);
     const std::string out = path("never.wav");
-    const char* cases[] = {
-        "'/nonexistent/file.wav' '%s'",
-        "'%IN' '%s' --set NOSUCHKEY=1",
-        "'%IN' '%s' --set LOWPASSFREQ=banana",
-        "'%IN' '%s' --set LOWPASSFREQ=99999",
-        "'%IN' '%s' --preset /nonexistent/preset.fxp",
-        "'%IN' '%s' --preset 'No Such Preset'",
-        "'%IN' '%s' --preset '%IN.fxp'",  // a file that is no preset
-        "'%IN' '%s' --tempo -5",
-        "'%IN' '%s' --block 0",
-        "'%IN'",
-        "'%IN' '%s' --frobnicate",
-    };
     fs::copy_file(in, in + ".fxp");
-    for (const char* pattern : cases) {
-        std::string arguments = pattern;
-        for (size_t inAt = arguments.find("%IN"); inAt != std::string::npos; inAt = arguments.find("%IN"))
-            arguments.replace(inAt, 3, in);
-        const size_t outAt = arguments.find("%s");
-        if (outAt != std::string::npos) arguments.replace(outAt, 2, out);
-        const ProcessResult run = runRender(arguments);
-        EXPECT_NE(run.status, 0) << arguments;
-        EXPECT_FALSE(run.output.empty()) << arguments;
-        EXPECT_FALSE(fs::exists(out)) << arguments;
-        EXPECT_FALSE(fs::exists(out + ".partial")) << arguments;
+    std::ofstream(in + ".txt") << "not audio";
+    const std::pair<const char*, const char*> cases[] = {
+        {"'/nonexistent/file.wav' '%OUT'", "cannot read '/nonexistent/file.wav': No such file or directory"},
+        {"'%IN.txt' '%OUT'", "cannot read '%IN.txt': not a WAV, FLAC or AIFF file the renderer can read (libsndfile: "
+                             "Format not recognised.)"},
+        {"'%IN' '%OUT' --set NOSUCHKEY=1", "unknown parameter key 'NOSUCHKEY' (see --list-params)"},
+        {"'%IN' '%OUT' --set LOWPASSFREQ=banana",
+         "bad value for LOWPASSFREQ: 'banana' is neither a number nor a text of this parameter"},
+        {"'%IN' '%OUT' --set LOWPASSFREQ=99999", "bad value for LOWPASSFREQ: '99999' lies outside 40.000000 .. 22050.000000"},
+        {"'%IN' '%OUT' --preset /nonexistent/preset.fxp", "no preset file '/nonexistent/preset.fxp'"},
+        {"'%IN' '%OUT' --preset 'No Such Preset'", "unknown preset 'No Such Preset' (see --list-presets)"},
+        {"'%IN' '%OUT' --preset '%IN.fxp'", "preset file '%IN.fxp' is not an FXP preset file"},
+        {"'%IN' '%OUT' --tempo -5", "--tempo must lie above 0 and up to 999 BPM"},
+        {"'%IN' '%OUT' --block 0", "--block must be a whole number from 1 to 65536"},
+        {"'%IN'", "expected an input and an output file"},
+        {"'%IN' '%OUT' --frobnicate", "unknown option --frobnicate"},
+    };
+    auto fill = [&](std::string text) {
+        for (size_t at = text.find("%IN"); at != std::string::npos; at = text.find("%IN")) text.replace(at, 3, in);
+        for (size_t at = text.find("%OUT"); at != std::string::npos; at = text.find("%OUT")) text.replace(at, 4, out);
+        return text;
+    };
+    for (const auto& [arguments, message] : cases) expectRefused(fill(arguments), fill(message), out);
+}
+
+TEST_F(RenderTool, DamagedPresetsAreRefused) {
+    std::vector<uint8_t> chunk;
+    ASSERT_EQ(loadPresetChunk("Filter/Bass Only", chunk), "");
+    std::string fxp(Ondra::VstPresetFiles::kProgramHeader, 0);
+    Ondra::VstPresetFiles::writeHeader(reinterpret_cast<uint8_t*>(fxp.data()), fxp.size(), "FPCh",
+                                       Ondra::fourCharacterId("Vzon"), "Bass Only", static_cast<int>(chunk.size()));
+    fxp.append(chunk.begin(), chunk.end());
+    const std::string in = impulseFile("in.wav", 44100, 4410, 10), preset = path("p.fxp"), out = path("out.wav");
+    std::ofstream(preset, std::ios::binary) << fxp;
+    ASSERT_EQ(runRender("'" + in + "' '" + out + "' --preset '" + preset + "'").status, 0) << "intact, it loads";
+    fs::remove(out);
+
+    const std::string damaged = "preset '" + preset + "' could not be loaded: its state block is damaged";
+    const std::pair<std::function<void()>, std::string> cases[] = {
+        {[&] { overwrite(preset, fxp.size() - chunk.size() / 2, {static_cast<char>(fxp[fxp.size() - chunk.size() / 2] ^ 4)}); },
+         damaged},  // one byte of the compressed body
+        {[&] { overwrite(preset, 60, "MMK-zonfrX"); }, damaged},
+        {[&] { overwrite(preset, 0, "CcnX"); }, "preset file '" + preset + "' is not an FXP preset file"},
+        {[&] { overwrite(preset, 56, std::string(4, 0)); },
+         "preset file '" + preset + "' is damaged: its header gives 0 bytes of state, the file holds " +
+             std::to_string(chunk.size())},
+        {nullptr, "--preset needs a value, not an empty text"},
+    };
+    for (const auto& [damage, message] : cases) {
+        std::ofstream(preset, std::ios::binary) << fxp;
+        if (damage) damage();
+        expectRefused("'" + in + "' '" + out + "' --preset '" + (damage ? preset : "") + "'", message, out);
+    }
+}
+
+TEST_F(RenderTool, SampleRatesOutsideTheSupportedRangeAreRefused) {
+    EXPECT_NE(runRender("--help").output.find("8 kHz to 768 kHz (8000..768000 Hz inclusive)"), std::string::npos);
+    const std::string out = path("out.wav");
+    for (uint32_t rate : {0u, 7999u, 8000u, 768000u, 768001u, 6600000u, 2000000000u}) {
+        // The rate field of the header alone is changed, as a damaged or hostile file would have it.
+        const std::string in = impulseFile("in.wav", 44100, 4410, 10);
+        overwrite(in, 24, {static_cast<char>(rate), static_cast<char>(rate >> 8), static_cast<char>(rate >> 16),
+                           static_cast<char>(rate >> 24)});
+        // Cutoffs that lie inside the band at both ends of the range.
+        const std::string arguments = "'" + in + "' '" + out + "' --tail 0.1 --set LOWPASSFREQ=3000 --set HIGHPASSFREQ=20";
+        if (rate == 8000 || rate == 768000) {
+            const ProcessResult run = runRender(arguments);
+            ASSERT_EQ(run.status, 0) << rate << run.output;
+            StereoAudio result;
+            ASSERT_EQ(readAudio(out, result), "");
+            EXPECT_EQ(result.sampleRate, static_cast<int>(rate));
+            fs::remove(out);
+        } else {
+            expectRefused(arguments,
+                          rate == 0 ? "cannot read '" + in + "': not a WAV, FLAC or AIFF file the renderer can read "
+                                      "(libsndfile: Internal error : SF_INFO struct incomplete.)"
+                                    : "'" + in + "' has a sample rate of " + std::to_string(rate) +
+                                          " Hz; the renderer takes 8000 to 768000 Hz",
+                          out);
+        }
+    }
+}
+
+TEST_F(RenderTool, TheInputIsNeverOverwritten) {
+    const std::string in = impulseFile("in.wav", 44100, 4410, 10), original = contents(in);
+    fs::create_directory(folder / "sub");
+    fs::create_symlink(in, path("link.wav"));
+    fs::create_hard_link(in, path("hard.wav"));
+    const std::string partial = path("x.wav.partial");  // the name "x.wav" is written under
+    fs::copy_file(in, partial);
+    const std::pair<std::string, std::string> cases[] = {
+        {in, in}, {in, path("sub/../in.wav")}, {in, path("link.wav")}, {in, path("hard.wav")}, {partial, path("x.wav")},
+    };
+    for (const auto& [input, output] : cases) {
+        const ProcessResult run = runRender("'" + input + "' '" + output + "' --tail 0");
+        EXPECT_NE(run.status, 0) << output;
+        EXPECT_EQ(run.output, "zonfra-render: writing '" + output + "' would overwrite the input '" + input +
+                                  "'; give another output path\n");
+        EXPECT_TRUE(contents(input) == original) << output;
+    }
+}
+
+TEST_F(RenderTool, FilesCutShortRenderWhatIsThereAndWarn) {
+    StereoAudio noise;
+    noise.left.resize(44100);
+    for (size_t i = 0; i < noise.left.size(); ++i) noise.left[i] = static_cast<float>((i * 7919) % 1000) / 2000.0f - 0.25f;
+    noise.right = noise.left;
+    for (const std::string extension : {"wav", "flac", "aiff"}) {
+        const std::string whole = path("whole." + extension), cut = path("cut." + extension), out = path("out.wav");
+        ASSERT_EQ(writeAudio(whole, noise), "");
+        EXPECT_EQ(runRender("'" + whole + "' '" + out + "' --tail 0").output, "") << "no warning when whole";
+        fs::copy_file(whole, cut);
+        fs::resize_file(cut, fs::file_size(whole) / 2);
+        StereoAudio part, result;
+        ASSERT_EQ(readAudio(cut, part), "");
+        ASSERT_GT(part.left.size(), 0u);
+        ASSERT_LT(part.left.size(), noise.left.size());
+        const ProcessResult run = runRender("'" + cut + "' '" + out + "' --tail 0");
+        ASSERT_EQ(run.status, 0) << run.output;
+        EXPECT_EQ(run.output, "zonfra-render: warning: '" + cut + "' ends after " + std::to_string(part.left.size()) +
+                                  " of the 44100 frames its header states; rendering what is there\n");
+        ASSERT_EQ(readAudio(out, result), "");
+        EXPECT_EQ(result.left.size(), part.left.size()) << extension;
     }
 }
 
