@@ -135,6 +135,13 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     if (n <= 0 || audio.inputCount < 1 || audio.outputCount < 1) return;
     // Grows before anything else so that the delays' scratch is large enough.
     if (n > maxBlockSize) setBlockSize(n);
+    const bool cleaned = chain.takeFiniteInput(audio, n);
+    runBlock(audio, n);
+    if (cleaned) chain.restoreHostInput(audio);
+    if (chain.silenceIfNotFinite(audio, n)) control.requestReset();
+}
+
+void CZonfra::runBlock(Ondra::OndraAudioBlock& audio, int n) {
     if (chain.passBypassed(audio, n, bypassed)) return;
     if (control.isResetRequested()) resetInternal();
     if (chain.process(audio, n, bypassed, control)) control.clearAfterBypass();
@@ -196,6 +203,7 @@ bool CZonfra::setChunk(void* data, int size) {
 
     endParameterBatch();
     resetInternal();
+    chain.clearFilterDesigns();
     control.requestLfoResync();
     return true;
 }

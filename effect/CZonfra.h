@@ -60,6 +60,7 @@ public:
 private:
     void buildParameters();
     void resetInternal();
+    void runBlock(Ondra::OndraAudioBlock& audio, int samples);
     void setPresetNameText(const char* text);
 
     Ondra::CPropertyManager parameters;

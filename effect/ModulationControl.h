@@ -35,8 +35,9 @@ public:
     // While a state loads, links leave the parameters alone.
     void setStateLoading(bool on) { stateLoading = on; }
     bool isStateLoading() const { return stateLoading; }
-    // A change of filter mode asks the effect for a reset on the audio thread.
+    // A change of filter mode, or a block that overflowed, asks for a reset on the audio thread.
     bool isResetRequested() const { return resetRequested; }
+    void requestReset() { resetRequested = true; }
     void requestLfoResync() { lfoResync = true; }
 
     // Reset in order: values back to the parameters, then cutoffs on the stages, then one step.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/memory/BlockScan.h"
 #include "effect/FusedFilterStage.h"
 #include "effect/LatencyDelay.h"
 
@@ -14,8 +15,14 @@ constexpr int kPeakingDesign = 6;
 constexpr unsigned kHighPassType = 1;
 constexpr float kBypassFadeMs = 15.0f;
 
+float bypassFadeStepAt(float rate) { return 1.0f / (kBypassFadeMs * rate * 0.001f); }
+
 void raisePeak(const float* samples, int n, float& peak) {
     for (int i = 0; i < n; ++i) peak = std::max(peak, std::fabs(samples[i]));
+}
+
+bool isFinite(const DSP::StereoBuffer& buffer, int n) {
+    return DSP::Block::allFinite(buffer.left, n) && DSP::Block::allFinite(buffer.right, n);
 }
 }  // namespace
 
@@ -43,6 +50,8 @@ void SignalChain::setSampleRate(float rate) {
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->setSampleRate(rate);
     ringMod.setSampleRate(rate);
     freqMod.setSampleRate(rate);
+    // A fade that a state load started before the rate was known runs at the new rate.
+    if (bypassFadeStep != 0.0f) bypassFadeStep = std::copysign(bypassFadeStepAt(rate), bypassFadeStep);
 }
 
 void SignalChain::updateLatency() {
@@ -54,6 +63,7 @@ void SignalChain::setBlockSize(int samples) {
     workBuffer.allocate(samples);
     secondBuffer.allocate(samples);
     dryPathBuffer.allocate(samples);
+    finiteInput.allocate(samples);
     // Sized here too so that the first block after a size change allocates nothing.
     if (bypassDryBuffer.capacity < samples) bypassDryBuffer.allocate(samples);
     delayScratch.resize(samples, 1);
@@ -66,10 +76,34 @@ void SignalChain::setLimiterOn(bool on) {
 }
 
 void SignalChain::startBypassFade(bool on, float sampleRate) {
-    const float step = 1.0f / (kBypassFadeMs * sampleRate * 0.001f);
+    const float step = bypassFadeStepAt(sampleRate);
     bypassFadeStep = on ? -step : step;
     bypassFade = on ? 1.0f : 0.0f;
     bypassSettled = false;
+}
+
+bool SignalChain::takeFiniteInput(Ondra::OndraAudioBlock& audio, int n) {
+    DSP::StereoBuffer& in = audio.in[0];
+    if (isFinite(in, n)) return false;
+    for (int i = 0; i < n; ++i) {
+        finiteInput.left[i] = std::isfinite(in.left[i]) ? in.left[i] : 0.0f;
+        finiteInput.right[i] = std::isfinite(in.right[i]) ? in.right[i] : 0.0f;
+    }
+    hostInput = {in.left, in.right, in.capacity};
+    in.refer(finiteInput.left, finiteInput.right, n);
+    return true;
+}
+
+void SignalChain::restoreHostInput(Ondra::OndraAudioBlock& audio) {
+    audio.in[0].refer(hostInput.left, hostInput.right, hostInput.capacity);
+}
+
+bool SignalChain::silenceIfNotFinite(Ondra::OndraAudioBlock& audio, int n) {
+    DSP::StereoBuffer& out = audio.out[0];
+    if (isFinite(out, n)) return false;
+    std::fill(out.left, out.left + n, 0.0f);
+    std::fill(out.right, out.right + n, 0.0f);
+    return true;
 }
 
 bool SignalChain::passBypassed(Ondra::OndraAudioBlock& audio, int n, bool bypassed) {
@@ -229,4 +263,8 @@ void SignalChain::clearFilterStates() {
     resonanceLow.reset();
     resonanceHigh.reset();
     for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
+}
+
+void SignalChain::clearFilterDesigns() {
+    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->clearDesigns();
 }

@@ -34,6 +34,13 @@ public:
     void updateLatency();
     int latency() const { return latencySamples; }
 
+    // Silence in place of what is not a number in the host's input, since one such sample would stay
+    // in every filter's state: the block then reads a cleaned copy until restoreHostInput.
+    bool takeFiniteInput(Ondra::OndraAudioBlock& audio, int samples);
+    void restoreHostInput(Ondra::OndraAudioBlock& audio);
+    // Finite input can still overflow a stage (full-scale floats times gain): such a block leaves
+    // silence, and true, so that the caller starts the stages afresh.
+    bool silenceIfNotFinite(Ondra::OndraAudioBlock& audio, int samples);
     // The untouched input, delayed as far as the wet path, goes aside for bypass. Once bypass has
     // settled on it is the output: returns true and the block is done.
     bool passBypassed(Ondra::OndraAudioBlock& audio, int samples, bool bypassed);
@@ -66,6 +73,9 @@ public:
     void resetAfterControl();
     // What a bypass that settled on leaves behind.
     void clearAfterBypass();
+    // Forgets the slope filters' cached designs, so that a loaded state sounds the same whatever
+    // cutoffs the filters met before it, at this rate or another.
+    void clearFilterDesigns();
 
     // The stages, set by the modulation control. The slope filters have room for 96 dB per octave.
     static constexpr int kMaxOrder = 8;
@@ -93,7 +103,11 @@ private:
     DSP::CBiquadCascade dryPhaseLowL{kDryStages}, dryPhaseLowR{kDryStages}, dryPhaseHighL{kDryStages},
         dryPhaseHighR{kDryStages};
 
-    DSP::StereoBuffer workBuffer, secondBuffer, dryPathBuffer, bypassDryBuffer;
+    DSP::StereoBuffer workBuffer, secondBuffer, dryPathBuffer, bypassDryBuffer, finiteInput;
+    struct {
+        float *left = nullptr, *right = nullptr;
+        int capacity = 0;
+    } hostInput;
     Ondra::CNChannelBuffer limiterDelay, bypassDelay, dryPathDelay, delayScratch;
     int latencySamples = 0;
 

@@ -21,8 +21,8 @@ std::vector<uint8_t> chunkOf(CZonfra& effect) {
     return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
 }
 
-void load(CZonfra& effect, std::vector<uint8_t> block) {  // by value: reading changes the block
-    effect.setChunk(block.data(), static_cast<int>(block.size()));
+bool load(CZonfra& effect, std::vector<uint8_t> block) {  // by value: reading changes the block
+    return effect.setChunk(block.data(), static_cast<int>(block.size()));
 }
 
 // Builds a chunk by hand from records, as another version of the product might write it.
@@ -120,9 +120,6 @@ TEST(EffectState, BadBlocksChangeNothing) {
     std::memcpy(foreign.data(), "MMK-other-Preset\0\0\0", 20);
     load(*target.effect, foreign);
     EXPECT_FLOAT_EQ(target.effect->getParameter(kLowPassFreq)->getValue(), 777);
-    std::vector<uint8_t> corrupt = block;  // a body that does not unpack is refused whole
-    for (size_t i = 50; i < corrupt.size(); ++i) corrupt[i] = static_cast<uint8_t>(i * 7);
-    EXPECT_FALSE(target.effect->setChunk(corrupt.data(), static_cast<int>(corrupt.size())));
     load(*target.effect, std::vector<uint8_t>(5, 0));
     EXPECT_FALSE(target.effect->setChunk(nullptr, 500));
     EXPECT_FLOAT_EQ(target.effect->getParameter(kLowPassFreq)->getValue(), 777);
@@ -184,6 +181,35 @@ TEST(EffectState, LinkAmountsGoWhenTheirSwitchIsOff) {
                                                                         {"FreqModLinkFreqPerc.", 0.5f}})}}));
     EXPECT_FLOAT_EQ(harness.effect->getParameter(kRingModLinkFreqPercent)->getValue(), 0);
     EXPECT_FLOAT_EQ(harness.effect->getParameter(kFreqModLinkFreqPercent)->getValue(), 0.5f);
+}
+
+// A block that does not unpack to its stated size is refused whole: nothing the user had is lost.
+TEST(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
+    EffectHarness harness;
+    harness.set(kLowPassFreq, 500);
+    harness.set(kRingModStrength, 0.3f);
+    const std::vector<uint8_t> good = chunkOf(*harness.effect);
+    constexpr size_t kBodyStart = 44, kPlainSizeField = 40;
+    std::vector<std::vector<uint8_t>> damaged;
+    for (size_t i = kBodyStart; i < good.size(); ++i) {
+        damaged.push_back(good);
+        damaged.back()[i] ^= static_cast<uint8_t>(1u << (i % 8));
+    }
+    damaged.push_back(good);
+    damaged.back()[kPlainSizeField] ^= 1;
+    damaged.emplace_back(good.begin(), good.end() - 1);
+    // A few flips only move where deflate copies a run of equal bytes from: those unpack to the very
+    // same records and may load. Every other damage is refused.
+    size_t refused = 0;
+    for (size_t k = 0; k < damaged.size(); ++k) {
+        refused += load(*harness.effect, damaged[k]) ? 0 : 1;
+        ASSERT_EQ(chunkOf(*harness.effect), good) << k;
+    }
+    EXPECT_GT(refused, damaged.size() * 97 / 100);
+    EXPECT_FALSE(load(*harness.effect, damaged[damaged.size() - 1]));  // cut
+    EXPECT_FALSE(load(*harness.effect, damaged[damaged.size() - 2]));  // wrong size
+    EXPECT_TRUE(load(*harness.effect, good));
+    EXPECT_EQ(chunkOf(*harness.effect), good);
 }
 
 TEST(EffectState, OneNotificationPerParameterAfterALoad) {
