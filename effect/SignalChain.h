@@ -71,8 +71,6 @@ public:
     // Reset in two halves around the control step that sets the stages again.
     void resetBeforeControl();
     void resetAfterControl();
-    // What a bypass that settled on leaves behind.
-    void clearAfterBypass();
     // Forgets the slope filters' cached designs, so that a loaded state sounds the same whatever
     // cutoffs the filters met before it, at this rate or another.
     void clearFilterDesigns();
@@ -96,6 +94,8 @@ private:
     void applySlope(Slope& slope, DSP::CSlopeFilter& left, DSP::CSlopeFilter& right, bool force);
     void runFilterStage(Ondra::OndraAudioBlock& audio, int samples);
     bool runBypassFade(DSP::StereoBuffer& out, int samples, bool bypassed);
+    // What a bypass that settled on leaves behind.
+    void clearAfterBypass();
     void clearFilterStates();
 
     // The all-pass twins of the filters, which keep the dry path in phase with the wet one.
