@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "EffectHarness.h"
+#include "effect/ModulationMath.h"
 
 class ControlLayer : public ::testing::Test {
 protected:
@@ -94,6 +95,12 @@ TEST_F(ControlLayer, CutoffGlidesAndStopsWithinOneHertz) {
     row(kLowPassFreq)->setValue(settled + 0.5f);
     runChunks(3, 0.0f);
     EXPECT_EQ(control().low().cutoff, settled);
+    // Between the ends of the inertia row the step follows the row's curve.
+    row(kFilterInertia)->setValue(0.5f);
+    row(kLowPassFreq)->setValue(10000);
+    runChunks(1, 0.0f);
+    EXPECT_EQ(control().low().cutoff, ModulationMath::glideStep(settled, control().low().modulated, 96,
+                                                                 ModulationMath::inertiaFromRow(0.5f)));
 }
 
 TEST_F(ControlLayer, LfoSyncIndexFollowsRateAndSwitch) {
