@@ -149,9 +149,15 @@ void CDrawContext_AGG::drawArc(const CRect& rect, double startDegrees, double sw
         return;
     const CRect r = normalized(rect);
     const CPoint c = r.getCenter() + offset;
+    // Always clockwise, as nanovg draws it: a negative sweep goes the long way round.
+    double sweep = sweepDegrees * kDegrees;
+    if (std::fabs(sweep) >= 2 * M_PI)
+        sweep = 2 * M_PI;
+    else
+        while (sweep < 0.0)
+            sweep += 2 * M_PI;
     agg->resetPath();
-    agg->addArc(c.x, c.y, r.getWidth() * 0.5, r.getWidth() * 0.5, startDegrees * kDegrees, sweepDegrees * kDegrees,
-                false);
+    agg->addArc(c.x, c.y, r.getWidth() * 0.5, r.getWidth() * 0.5, startDegrees * kDegrees, sweep, false);
     finishPath(style);
 }
 
