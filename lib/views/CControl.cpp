@@ -69,7 +69,8 @@ void CControl::bounceValue() {
 }
 
 bool CControl::checkDefaultValue(CButtonState buttons) {
-    if (buttons != kResetWordMiddle && buttons != kResetWordLeftControl) return false;
+    const bool doubleClick = (buttons & kDoubleClick) && (buttons & kLButton);
+    if (buttons != kResetWordMiddle && buttons != kResetWordLeftControl && !doubleClick) return false;
     beginEdit();
     value = getDefaultValue();
     sendToParameter(getValue());

@@ -45,7 +45,8 @@ public:
     virtual void setDefaultValue(float fallback) { defaultValue = fallback; }
     virtual float getDefaultValue() const;
     virtual void bounceValue();
-    // The reset gesture (button word exactly 4 or 34): value to default, told as one edit.
+    // The reset gesture (button word exactly 4 or 34, or a left double click): value to default,
+    // told as one edit.
     virtual bool checkDefaultValue(CButtonState buttons);
     virtual void setTag(int32_t newTag) { tag = newTag; }
     virtual int32_t getTag() const { return tag; }
