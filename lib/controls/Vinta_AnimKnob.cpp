@@ -26,11 +26,8 @@ Vinta_AnimKnob::Vinta_AnimKnob(const CRect& rect, CControlListener* controlListe
 
 Vinta_AnimKnob::Vinta_AnimKnob(const CInfo& info)
     : CAnimKnob(info.rect, nullptr, info.tag, info.frameCount, info.frameHeight, info.bitmap, info.handleOffset) {
-    snapEnabled = info.snapEnabled;
-    snapBand = info.snapBand;
-    snapCentre = info.snapCentre;
-    defaultValue = info.snapCentre;
-    zoomFactor = info.zoomFactor;
+    setSnap(info.snapEnabled, info.snapCentre, info.snapBand);
+    setZoomFactor(info.zoomFactor);
     hitRadius = info.hitRadius > 0.0f ? info.hitRadius : static_cast<float>(info.rect.getWidth() * 0.5);
     circularHit = info.circularHit;
     returnOnRelease = info.returnOnRelease;
@@ -73,15 +70,10 @@ void Vinta_AnimKnob::setStepped(bool state, int32_t count) {
 }
 
 void Vinta_AnimKnob::setSnap(bool on, float centre, float band) {
-    snapEnabled = on;
-    snapCentre = centre;
-    snapBand = band;
+    drag.snapEnabled = on;
+    drag.snapCentre = centre;
+    drag.snapBand = band;
     defaultValue = centre;
-}
-
-float Vinta_AnimKnob::rangeForDrag(CButtonState buttons) const {
-    const float range = sensitivity != 0.0f ? sensitivity : 200.0f;
-    return (buttons & kFineModifiers) ? range * zoomFactor : range;
 }
 
 int32_t Vinta_AnimKnob::onMouseDown(const CPoint& where, CButtonState buttons) {
@@ -97,20 +89,8 @@ int32_t Vinta_AnimKnob::onMouseDown(const CPoint& where, CButtonState buttons) {
     firstPoint = where;
     lastDragPoint = CPoint(-1.0, -1.0);
     dragOldValue = getValue();
-    dragStartValue = getValue();
-    // Start outside the flat spot's distortion, so that the first pixel does not jump.
-    if (snapEnabled && std::fabs(dragStartValue - snapCentre) >= 1e-5f)
-        dragStartValue += snapCentre > dragStartValue ? -snapBand : snapBand;
-    dragRange = sensitivity != 0.0f ? sensitivity : 200.0f;
-    dragCoef = (vmax - vmin) / dragRange;
-    dragButtons = buttons;
-    if (buttons & kDragButtons) {
-        if (buttons & kFineModifiers) {
-            dragRange *= zoomFactor;
-            dragCoef = (vmax - vmin) / dragRange;
-        }
-        lastDragPoint = where;
-    }
+    drag.begin(getValue(), vmax - vmin, buttons);
+    if (buttons & kDragButtons) lastDragPoint = where;
     return onMouseMoved(where, buttons);
 }
 
@@ -122,23 +102,9 @@ int32_t Vinta_AnimKnob::onMouseMoved(const CPoint& where, CButtonState buttons) 
     }
     if (where == lastDragPoint) return kMouseEventHandled;
     lastDragPoint = where;
-    const double delta = getDragDelta(firstPoint, where);
-    if (buttons != dragButtons) {
-        dragRange = rangeForDrag(buttons);
-        const float newCoef = (vmax - vmin) / dragRange;
-        dragStartValue += static_cast<float>((dragCoef - newCoef) * delta);
-        dragCoef = newCoef;
-        dragButtons = buttons;
-    }
-    double next = dragStartValue + delta * dragCoef;
-    if (snapEnabled) {
-        if (next >= snapCentre - snapBand && next <= snapCentre + snapBand)
-            next = snapCentre;
-        else
-            next += snapCentre > next ? snapBand : -snapBand;
-    }
+    const double next = drag.valueAt(getDragDelta(firstPoint, where), buttons);
     const float before = getValue();
-    value = std::clamp(next, 0.0, 1.0);
+    value = next;
     bounceValue();
     if (stepped) {
         const double index = std::floor(getValue() * (stepCount - 1) + 0.5);

@@ -3,6 +3,7 @@
 // with shift or the right button), an optional flat spot at a snap centre, a glide of the shown
 // value, and a cross-fade between neighbouring filmstrip frames.
 #include "lib/controls/CAnimKnob.h"
+#include "lib/controls/VerticalDrag.h"
 #include "lib/views/VintaObjectInfo.h"
 
 namespace Vinta {
@@ -45,13 +46,14 @@ public:
 
     // Pixels moved upward; horizontal movement does not count.
     virtual double getDragDelta(const CPoint& first, const CPoint& current) const { return first.y - current.y; }
-    virtual void setSensitivity(float pixels) { sensitivity = pixels; }
+    virtual void setSensitivity(float pixels) { drag.sensitivity = pixels; }
     virtual void setHandleBitmapOf(CBitmap* bitmap) { setHandleBitmap(bitmap); }
     virtual void setStepped(bool state, int32_t count);
 
     void setSnap(bool on, float centre, float band);
     void setSmoothing(bool state) { smoothing = state; }
     void setReturnOnRelease(bool state) { returnOnRelease = state; }
+    void setZoomFactor(float factor) override { zoomFactor = drag.zoomFactor = factor; }
     float getShownValue() const { return shownValue; }
     float getExtraValue() const { return extraValue; }
     bool isDragActive() const { return dragActive; }
@@ -59,18 +61,10 @@ public:
 protected:
     ~Vinta_AnimKnob() override;
     CPoint drawnPoint() const override;
-    float rangeForDrag(CButtonState buttons) const;
     void makeOffscreen();
 
-    float snapCentre = 0.5f;
-    float snapBand = 0.02f;
-    bool snapEnabled = false;
-    float sensitivity = 200.0f;
+    VerticalDrag drag;
     float dragOldValue = 0.0f;
-    float dragStartValue = 0.0f;
-    float dragRange = 200.0f;
-    float dragCoef = 0.0f;
-    CButtonState dragButtons = 0;
     bool dragActive = false;
     float hitRadius = 0.0f;
     bool circularHit = true;
