@@ -8,6 +8,7 @@
 
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CFontDesc.h"
+#include "lib/views/CFrame.h"
 
 namespace Vinta {
 
@@ -150,6 +151,10 @@ void CDrawContext::setRadialGradient(const CPoint& center, double radius, const 
 }
 
 CRect CDrawContext::defaultClip() const {
+    if (frame != nullptr) {
+        const CRect& size = frame->getViewSize();
+        return CRect(0, 0, size.getWidth(), size.getHeight());
+    }
     if (contextWidth > 0 && contextHeight > 0)
         return CRect(0, 0, contextWidth, contextHeight);
     return CRect(0, 0, 1000, 1000);

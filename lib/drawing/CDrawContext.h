@@ -178,7 +178,7 @@ protected:
 
     // Sets the gradient paint used by the following fills.
     virtual void setPaint(const CPaint& value) { paint = value; usePaint = true; }
-    // Clip when nothing else is known: the context's size, or 1000 x 1000.
+    // The clip after a reset: the frame's size, else the context's size, else 1000 x 1000.
     CRect defaultClip() const;
     static bool validStyle(int32_t style) { return style >= 0 && style <= 3; }
     static CRect normalized(const CRect& rect);
