@@ -81,6 +81,12 @@ const ShapeCase kShapes[] = {
     {"vertical gradient through three colours",
      [](CDrawContext& c) { c.fillVerticalGradient(CRect(0, 0, 64, 64), kRedCColor, kGreenCColor, kBlueCColor, 7); },
      {{{32, 0}, kRedCColor, 24}, {{32, 32}, kGreenCColor, 24}, {{32, 63}, kBlueCColor, 24}}},
+    {"vertical gradient is rendered once per key",
+     [](CDrawContext& c) {
+         c.fillVerticalGradient(CRect(0, 0, 64, 64), kRedCColor, kGreenCColor, kBlueCColor, 7);
+         c.fillVerticalGradient(CRect(0, 0, 64, 64), kWhiteCColor, kWhiteCColor, kWhiteCColor, 7);
+     },
+     {{{32, 0}, kRedCColor, 24}, {{32, 63}, kBlueCColor, 24}}},
     {"point", [](CDrawContext& c) { c.drawPoint(CPoint(5, 5), kBlueCColor); },
      {{{5, 5}, kBlueCColor}, {{6, 5}, kBack}}},
     {"dashed line leaves gaps",
