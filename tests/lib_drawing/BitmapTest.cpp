@@ -164,14 +164,11 @@ TEST(Bitmap, BadSourcesLeaveAnEmptyBitmapThatDrawsNothing) {
 }
 
 TEST(Bitmap, FileRoundTripAndCopy) {
-    BitmapPtr image = makeFilmstrip();
     const std::string path = ::testing::TempDir() + "/zonfra-filmstrip.png";
-    ASSERT_TRUE(image->savePNG(path.c_str()));
-    BitmapPtr loaded(new CBitmap(path.c_str(), true));
-    BitmapPtr copy = makeBitmap(0, 0);
+    ASSERT_TRUE(makeFilmstrip()->savePNG(path.c_str()));
+    BitmapPtr loaded(new CBitmap(path.c_str(), true)), copy = makeBitmap(0, 0);
     ASSERT_TRUE(copy->copyFrom(loaded.get()));
-    EXPECT_EQ(copy->getWidth(), 10);
-    EXPECT_EQ(copy->getHeight(), 30);
+    EXPECT_EQ(CPoint(copy->getWidth(), copy->getHeight()), CPoint(10, 30));
     EXPECT_EQ(copy->getPixel(2, 25), kBlueCColor);
     EXPECT_FALSE(copy->copyFrom(nullptr));
     EXPECT_FALSE(copy->isValid());

@@ -21,15 +21,12 @@ using BitmapPtr = std::unique_ptr<CBitmap, Forget>;
 inline BitmapPtr makeBitmap(double width, double height) { return BitmapPtr(new CBitmap(width, height)); }
 
 inline ::testing::AssertionResult near(const CColor& actual, const CColor& expected, int tolerance) {
-    const int d = std::max({std::abs(actual.red - expected.red), std::abs(actual.green - expected.green),
-                            std::abs(actual.blue - expected.blue), std::abs(actual.alpha - expected.alpha)});
-    if (d <= tolerance)
-        return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "got (" << int(actual.red) << ", " << int(actual.green) << ", "
-                                         << int(actual.blue) << ", " << int(actual.alpha) << "), expected ("
-                                         << int(expected.red) << ", " << int(expected.green) << ", "
-                                         << int(expected.blue) << ", " << int(expected.alpha) << ") within "
-                                         << tolerance;
+    const uint8_t *a = &actual.red, *e = &expected.red;
+    for (int i = 0; i < 4; ++i)
+        if (std::abs(a[i] - e[i]) > tolerance)
+            return ::testing::AssertionFailure() << "channel " << i << " is " << int(a[i]) << ", expected "
+                                                 << int(e[i]) << " within " << tolerance;
+    return ::testing::AssertionSuccess();
 }
 
 // A 3-frame filmstrip, 10 wide and 10 high per frame: red, green, blue; each frame's right half

@@ -11,6 +11,10 @@ constexpr int kSize = 256;
 
 class GLContext : public ::testing::Test {
 protected:
+    // One window for all tests: Xvfb resets when its last client leaves and refuses connections
+    // meanwhile.
+    static void SetUpTestSuite() { shared = new OffscreenGLWindow(kSize, kSize); }
+    static void TearDownTestSuite() { delete shared; }
     void SetUp() override {
         if (!window.ready())
             GTEST_SKIP() << "no OpenGL 3.3 core context: " << window.whyNot();
@@ -35,7 +39,8 @@ protected:
         return CColor{p[0], p[1], p[2], 255};
     }
 
-    OffscreenGLWindow window{kSize, kSize};
+    static inline OffscreenGLWindow* shared = nullptr;
+    OffscreenGLWindow& window = *shared;
     NVGcontext* nvg = nullptr;
     CDrawContext_GL* context = nullptr;
 };
@@ -56,10 +61,10 @@ TEST_F(GLContext, SceneMatchesTheSoftwareRendering) {
     const struct {
         const char* what;
         int x, y;
-    } points[] = {{"background", 3, 3},     {"filled rect", 50, 35},       {"stroke", 110, 35},
-                  {"ellipse", 60, 115},     {"gradient top", 185, 81},     {"gradient bottom", 185, 148},
-                  {"radial centre", 60, 200}, {"radial rim", 60, 175},     {"filmstrip frame", 132, 175},
-                  {"frame at alpha", 152, 175}, {"transparent half", 137, 175}};
+    } points[] = {{"background", 3, 3}, {"filled rect", 50, 35}, {"stroke", 110, 35}, {"ellipse", 60, 115},
+                  {"gradient top", 185, 81}, {"gradient bottom", 185, 148}, {"radial centre", 60, 200},
+                  {"radial rim", 60, 175}, {"filmstrip frame", 132, 175}, {"frame at alpha", 152, 175},
+                  {"transparent half", 137, 175}};
     for (const auto& point : points) {
         CColor expected = software->getPixel(uint32_t(point.x), uint32_t(point.y));
         expected.alpha = 255;
@@ -113,8 +118,7 @@ TEST_F(GLContext, BitmapsUploadOnceAndAgainOnlyWhenChanged) {
     EXPECT_EQ(context->getImageCount(), 1u);
     EXPECT_FALSE(strip->getNeedsUpload());
 
-    BitmapPtr empty = makeBitmap(0, 0);
-    paint([&](CDrawContext& c) { empty->draw(&c, CRect(0, 0, 10, 10)); });
+    paint([&](CDrawContext& c) { makeBitmap(0, 0)->draw(&c, CRect(0, 0, 10, 10)); });
     EXPECT_EQ(context->getImageCount(), 1u) << "an empty bitmap makes no image";
 }
 
