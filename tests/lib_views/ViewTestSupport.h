@@ -1,8 +1,11 @@
 #pragma once
 // An in-memory window, a recording editor and context, and a probe view that logs what reaches it.
+#include <cstdio>
 #include <string>
 #include <vector>
 
+#include "lib/controls/IOSOptionMenu.h"
+#include "lib/controls/ITextEditCallback.h"
 #include "lib/drawing/CDrawContext.h"
 #include "lib/views/CFrame.h"
 #include "lib/views/IFrame.h"
@@ -10,6 +13,24 @@
 
 namespace VintaTest {
 using namespace Vinta;
+
+// A native field that already holds the text "typed" into it.
+class FakeTextEdit : public IOSTextEdit {
+public:
+    explicit FakeTextEdit(std::string text) : typed(std::move(text)) {}
+    void getText(char* out, size_t capacity) override { snprintf(out, capacity, "%s", typed.c_str()); }
+    std::string typed;
+};
+
+// A native menu that answers a choice made in advance (`menu` null: the menu shown).
+class FakeMenu : public IOSOptionMenu {
+public:
+    explicit FakeMenu(COptionMenuResult answer) : result(answer) {}
+    COptionMenuResult popup(COptionMenu* shown) override {
+        return {result.menu ? result.menu : (result.index >= 0 ? shown : nullptr), result.index};
+    }
+    COptionMenuResult result;
+};
 
 class MemoryFrame : public IFrame {
 public:
@@ -22,8 +43,11 @@ public:
     CButtonState getMouseButtons() override { return 0; }
     void setCursor(int32_t) override {}
     void invalidRect(const CRect& rect) override { invalidated.push_back(rect); }
-    IOSTextEdit* createTextEdit(ITextEditCallback*) override { return nullptr; }
-    IOSOptionMenu* createOptionMenu(COptionMenu*) override { return nullptr; }
+    IOSTextEdit* createTextEdit(ITextEditCallback* callback) override {
+        editCallback = callback;
+        return new FakeTextEdit(typed);
+    }
+    IOSOptionMenu* createOptionMenu(COptionMenu*) override { return new FakeMenu(menuAnswer); }
     void* getSystemWindow() override { return nullptr; }
     void idle() override {}
     void* getNvg() override { return nullptr; }
@@ -34,6 +58,9 @@ public:
     void setFrameRate(int32_t) override {}
     void postUpdate() override {}
     std::vector<CRect> invalidated;
+    std::string typed;
+    ITextEditCallback* editCallback = nullptr;
+    COptionMenuResult menuAnswer;
 };
 
 // Logs gestures as "begin NAME", "perform NAME", "end NAME".
