@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "CORE/files/ModuleResources.h"
 #include "lib/drawing/ArchiveFile.h"
 
 namespace Vinta {
@@ -12,6 +13,14 @@ size_t PNGMemoryStream::read(uint8_t* buffer, size_t count) {
     std::memcpy(buffer, data + position, count);
     position += count;
     return count;
+}
+
+PNGResourceStream::PNGResourceStream(const char* name) {
+    const Core::ModuleResource* image = name != nullptr ? Core::findModuleResource(name) : nullptr;
+    if (image == nullptr)
+        return;
+    memory = PNGMemoryStream(image->data, image->size);
+    isFound = true;
 }
 
 PNGNewResourceStream::PNGNewResourceStream(const char* name) : bytes(readArchiveFile(kMainArchive, name)) {

@@ -26,6 +26,18 @@ private:
     size_t position = 0;
 };
 
+// An image compiled into the library (Core::findModuleResource), by name; empty when missing.
+class PNGResourceStream : public IVintaPNGStream {
+public:
+    explicit PNGResourceStream(const char* name);
+    bool found() const { return isFound; }
+    size_t read(uint8_t* buffer, size_t count) override { return memory.read(buffer, count); }
+
+private:
+    PNGMemoryStream memory{nullptr, 0};
+    bool isFound = false;
+};
+
 // A file of the main resource archive, by name; empty when missing.
 class PNGNewResourceStream : public IVintaPNGStream {
 public:

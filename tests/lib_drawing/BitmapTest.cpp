@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "CORE/files/ModuleResources.h"
 #include "lib_drawing/DrawingTestSupport.h"
 
 using namespace DrawingTest;
@@ -161,6 +162,17 @@ TEST(Bitmap, BadSourcesLeaveAnEmptyBitmapThatDrawsNothing) {
     }
     BitmapPtr byName(new CBitmap("no-such-bitmap.png", false));
     EXPECT_FALSE(byName->isValid());
+}
+
+TEST(Bitmap, ReadsImagesCompiledIntoTheLibrary) {
+    static const std::vector<uint8_t> png = makePNG(3, 1, PNG_FORMAT_GRAY, {0, 128, 255});
+    Core::addModuleResource("test-strip.png", png.data(), png.size());
+    PNGResourceStream stream("test-strip.png"), missing("no-such-image.png");
+    BitmapPtr bitmap = makeBitmap(0, 0);
+    EXPECT_TRUE(bitmap->loadFromStream(stream));
+    EXPECT_EQ(bitmap->getPixel(2, 0), kWhiteCColor);
+    EXPECT_FALSE(missing.found());
+    EXPECT_FALSE(bitmap->loadFromStream(missing));
 }
 
 TEST(Bitmap, FileRoundTripAndCopy) {

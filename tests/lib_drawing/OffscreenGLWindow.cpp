@@ -111,6 +111,4 @@ std::vector<uint8_t> OffscreenGLWindow::readPixels() const {
     return topDown;
 }
 
-void OffscreenGLWindow::swap() const { glXSwapBuffers(native->display, native->window); }
-
 }  // namespace DrawingTest

@@ -22,7 +22,6 @@ public:
     void beginPaint() const;
     // The back buffer as rows top down, four bytes red, green, blue, alpha each.
     std::vector<uint8_t> readPixels() const;
-    void swap() const;
 
 private:
     struct Native;

@@ -61,23 +61,19 @@ TEST(Text, StringWidthFollowsFontAndSize) {
 }
 
 TEST(Text, AlignmentPlacesTheString) {
-    const struct {
-        int32_t align;
-        int expectedFirst;  // relative to where the string starts
-    } cases[] = {{kAlignLeft, 0}, {kAlignCenter, 1}, {kAlignRight, 2}, {3, 3}};
-    for (const auto& test : cases) {
+    // Left, centre, right; any other value starts the text at the centre.
+    for (int32_t align : {0, 1, 2, 3}) {
         BitmapPtr canvas = makeBitmap(300, 40);
         CDrawContext& context = *canvas->getDrawContext();
-        context.clearWithColor(kBlackCColor);
         context.setFont(kSystemFont, 14, 0);
         const double width = context.getStringWidth("Mid");
-        context.drawString("Mid", CRect(50, 0, 250, 40), 0, test.align);
+        context.drawString("Mid", CRect(50, 0, 250, 40), 0, align);
         const double starts[] = {50, 150 - width / 2, 250 - width, 150};
-        EXPECT_NEAR(inkColumns(*canvas).first, starts[test.expectedFirst], 2) << "align " << test.align;
+        EXPECT_NEAR(inkColumns(*canvas).first, starts[align], 2) << "align " << align;
     }
 }
 
-TEST(Text, MissingFontOrTextDrawsNothing) {
+TEST(Text, MissingFontOrTextDrawsNothingAndNullFontIsTheSystemFont) {
     CFontDesc* missing = new CFontDesc("no-such-archive", "x.ttf", "y.ttf", 1);
     CFontDesc* unknownFile = new CFontDesc("fonts-arial", "nope.ttf", "nope-bold.ttf", 1);
     for (CFontDesc* font : {missing, unknownFile}) {
@@ -93,19 +89,13 @@ TEST(Text, MissingFontOrTextDrawsNothing) {
     }
     BitmapPtr canvas = makeBitmap(100, 40);
     CDrawContext& context = *canvas->getDrawContext();
+    context.setFont(kNormalFont, 30, 0);
+    context.setFont(nullptr, 0, 0);  // the system font at its own size
+    EXPECT_EQ(context.getFont(), kSystemFont);
+    EXPECT_EQ(context.getFontHeight(), 12);
     EXPECT_EQ(context.drawString(nullptr, CRect(0, 0, 100, 40), 0, 0), 0);
     context.drawStringMultiline(nullptr, CRect(0, 0, 100, 40), 0, 0);
     context.drawStringAtPoint(nullptr, CRect(0, 0, 100, 40), 0, 0);
-}
-
-TEST(Text, NullFontMeansTheSystemFontAtItsOwnSize) {
-    BitmapPtr canvas = makeBitmap(10, 10);
-    CDrawContext& context = *canvas->getDrawContext();
-    context.setFont(kNormalFont, 30, 0);
-    context.setFont(nullptr, 0, 0);
-    EXPECT_EQ(context.getFont(), kSystemFont);
-    EXPECT_EQ(context.getFontSize(), kSystemFont->getSize());
-    EXPECT_EQ(context.getFontHeight(), 12);
 }
 
 TEST(Text, MultilineDropsWhatDoesNotFit) {
@@ -120,11 +110,10 @@ TEST(Text, MultilineDropsWhatDoesNotFit) {
         context.setFont(kSystemFont, 12, 0);
         context.drawStringMultiline("one\ntwo\nthree", CRect(0, 0, 100, test.height), 0, 0);
         int bands = 0;
-        bool inBand = false;
-        for (uint32_t y = 0; y < 60; ++y) {
-            bool lit = false;
-            for (uint32_t x = 0; x < 100 && !lit; ++x)
-                lit = canvas->getPixel(x, y).red > 40;
+        for (uint32_t y = 0, inBand = 0; y < 60; ++y) {
+            uint32_t lit = 0;
+            for (uint32_t x = 0; x < 100; ++x)
+                lit |= canvas->getPixel(x, y).red > 40;
             bands += lit && !inBand;
             inBand = lit;
         }
