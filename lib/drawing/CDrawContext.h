@@ -153,7 +153,7 @@ public:
     virtual void getLinearGradient(CPaint& out, const CRect& rect, const CColor& from, const CColor& to) const;
     virtual void setBoxGradient(const CRect& rect, double radius, double feather, const CColor& inner,
                                 const CColor& outer);
-    // The bitmap repeated over `rect`, starting at `offset` in the bitmap; alpha 0..255.
+    // The bitmap from `offset` on, within `rect`, at alpha 0..255 (an image pattern on nanovg).
     virtual void drawBitmapPattern(const CRect& rect, CBitmap* bitmap, const CPoint& offset, uint8_t alphaByte) = 0;
     virtual void setRadialGradient(const CPoint& center, double radius, const CColor& inner, const CColor& outer);
     virtual int32_t setStateFlag(int32_t value) { int32_t old = stateFlag; stateFlag = value; return old; }
