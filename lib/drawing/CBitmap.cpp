@@ -88,8 +88,13 @@ bool writeRows(png_structp png, png_infop info, png_bytep* rows, png_uint_32 wid
     return true;
 }
 
-// Largest side a decoded bitmap may have; guards against headers that ask for gigabytes.
-constexpr png_uint_32 kMaxSide = 16384;
+// Limits of a bitmap: long filmstrips pass, headers that ask for gigabytes do not.
+constexpr png_uint_32 kMaxSide = 65536;
+constexpr uint64_t kMaxPixels = uint64_t(1) << 24;
+
+bool acceptableSize(uint64_t width, uint64_t height) {
+    return width > 0 && height > 0 && width <= kMaxSide && height <= kMaxSide && width * height <= kMaxPixels;
+}
 
 }  // namespace
 
@@ -124,7 +129,7 @@ void CBitmap::bindPixels() {
 void CBitmap::setSize(double w, double h) {
     const auto pw = static_cast<uint32_t>(std::max(0.0, std::round(w)));
     const auto ph = static_cast<uint32_t>(std::max(0.0, std::round(h)));
-    if (pw == 0 || ph == 0 || pw > kMaxSide || ph > kMaxSide) {
+    if (!acceptableSize(pw, ph)) {
         empty();
         return;
     }
@@ -158,8 +163,7 @@ bool CBitmap::decodePNG(IVintaPNGStream& stream) {
     }
     png_set_read_fn(png, &stream, readFromStream);
     PNGHeader header;
-    bool ok = readHeader(png, info, header) && header.width > 0 && header.height > 0 && header.width <= kMaxSide &&
-              header.height <= kMaxSide;
+    bool ok = readHeader(png, info, header) && acceptableSize(header.width, header.height);
     if (ok) {
         setSize(header.width, header.height);
         ok = valid && readRows(png, info, rowStart, header.height, stride);

@@ -45,7 +45,7 @@ public:
     virtual bool loadFromResource(const char* name);
     virtual bool loadFromStream(IVintaPNGStream& stream) { return decodePNG(stream); }
 
-    // New transparent pixels; 0 in either direction empties the bitmap.
+    // New transparent pixels; 0 in either direction, or more than 2^24 pixels, empties the bitmap.
     void setSize(double width, double height);
     double getWidth() const { return width; }
     double getHeight() const { return height; }

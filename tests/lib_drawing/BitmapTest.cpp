@@ -1,4 +1,5 @@
 #include <png.h>
+#include <zlib.h>
 
 #include <fstream>
 #include <string>
@@ -128,8 +129,11 @@ TEST(Bitmap, BadSourcesLeaveAnEmptyBitmapThatDrawsNothing) {
     const std::vector<uint8_t> png = good->encodePNG();
     std::vector<uint8_t> badCrc = png;
     badCrc[20] ^= 0x40;  // inside the header chunk
+    // 30000 x 30000 with a valid header checksum: refused before any pixels are made.
     std::vector<uint8_t> huge = makePNG(1, 1, PNG_FORMAT_GRAY, {0});
-    huge[16] = 0x7f;  // width 2^30 and more; the header check refuses it before any allocation
+    huge[18] = huge[22] = 0x75, huge[19] = huge[23] = 0x30;
+    const uLong crc = crc32(0, huge.data() + 12, 17);
+    for (int i = 0; i < 4; ++i) huge[29 + i] = uint8_t(crc >> (24 - 8 * i));
     const std::vector<uint8_t> junk(300, 0x5a);
     const std::string missingFile = ::testing::TempDir() + "/no-such-file.png";
     const struct {
@@ -143,6 +147,7 @@ TEST(Bitmap, BadSourcesLeaveAnEmptyBitmapThatDrawsNothing) {
         {"cut in the data", [&](CBitmap& b) { return b.loadFromMemory(png.data(), png.size() - 20); }},
         {"damaged header", [&](CBitmap& b) { return b.loadFromMemory(badCrc.data(), badCrc.size()); }},
         {"absurd size", [&](CBitmap& b) { return b.loadFromMemory(huge.data(), huge.size()); }},
+        {"absurd size asked for", [](CBitmap& b) { b.setSize(30000, 30000); return b.isValid(); }},
         {"missing file", [&](CBitmap& b) { return b.loadFromFile(missingFile.c_str()); }},
         {"missing resource", [](CBitmap& b) { return b.loadFromResource("no-such-bitmap.png"); }},
         {"null resource", [](CBitmap& b) { return b.loadFromResource(nullptr); }},
