@@ -192,7 +192,7 @@ CPoint Vinta_AnimKnob::drawnPoint() const {
     if (subPixmaps < 1) return {0.0, 0.0};
     const double pos = std::clamp(static_cast<double>(getValue()), 0.0, 1.0) * (subPixmaps - 1);
     const double index = std::clamp(std::floor(pos), 0.0, static_cast<double>(subPixmaps - 1));
-    return {index * 1000.0 + (pos - index) * 255.0, 0.0};
+    return {index * 1000.0 + std::floor((pos - index) * 255.0), 0.0};
 }
 
 void Vinta_AnimKnob::draw(CDrawContext* context) {
@@ -224,7 +224,7 @@ void Vinta_AnimKnob::draw(CDrawContext* context) {
         } else {
             background->drawAlpha(context, size, source, enabled ? 255 : kDisabledAlpha);
         }
-        lastDrawnPoint = CPoint(index * 1000.0 + frac * 255.0, 0.0);
+        lastDrawnPoint = CPoint(index * 1000.0 + std::floor(frac * 255.0), 0.0);
     }
     if (gliding)
         setDirty(true);  // the next frame goes on gliding

@@ -79,6 +79,7 @@ void CView::setVisible(bool state) {
 void CView::setEnabled(bool state) {
     if (enabled == state) return;
     enabled = state;
+    dirty = true;  // the look changes even where the value does not
     setDirty(true);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // A rectangle of the retained view tree. The rectangle lives in the parent's coordinates; a view
 // knows its parent (not counted) and, while attached, its frame (counted).
+#include <atomic>
 #include <cstdint>
 
 #include "lib/views/CBaseObject.h"
@@ -114,7 +115,7 @@ protected:
 
     CRect size;
     CRect mouseableArea;
-    bool dirty = false;
+    std::atomic<bool> dirty{false};  // set from parameter listeners on any thread
     bool mouseEnabled = true;
     bool transparent = false;
     bool wantsFocus = false;
