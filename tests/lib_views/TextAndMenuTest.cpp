@@ -13,6 +13,7 @@
 #include "lib/controls/Vinta_ParamDisplay.h"
 #include "lib/controls/Vinta_RadioGroup.h"
 #include "lib/controls/Vinta_TextEdit.h"
+#include "lib/drawing/CBitmap.h"
 #include "lib/views/VintaClock.h"
 
 using namespace VintaTest;
@@ -182,4 +183,44 @@ TEST(ViewRecords, KindsBuildTheirViewOrNothing) {
     skipped.kind = 102;
     EXPECT_EQ(addViewFromRecord(&skipped, box, f.frame), nullptr);
     EXPECT_EQ(box->getNbViews(), 4);
+}
+
+namespace {
+uint32_t now = 0;
+uint32_t testClock() { return now; }
+}  // namespace
+
+TEST(RadioGroup, ChosenLedFadesInOverTicksAndDisabledLedsShowAQuarter) {
+    setTickSource(testClock);
+    ParameterFixture f;
+    Vinta_RadioGroupControlInfo info;
+    info.rect = CRect(0, 0, 100, 20);
+    info.count = 2;
+    info.stepX = 20;
+    info.onBitmap = new CBitmap(12, 12);
+    info.offBitmap = new CBitmap(12, 12);
+    auto* group = static_cast<Vinta_RadioGroup*>(f.build(info));
+    info.onBitmap->forget();
+    info.offBitmap->forget();
+    now = 1000;
+    f.frame->onMouseDown(CPoint(25, 5), kLButton);
+    f.frame->onMouseUp(CPoint(25, 5), 0);
+    struct Step {
+        uint32_t at;
+        bool enabled;
+        float first, second;
+        uint8_t secondOnAlpha;
+    } steps[] = {{1060, true, 155, 100, 100}, {1060, false, 55, 200, 50}, {1120, true, 0, 255, 255}};
+    RecordingContext context;
+    for (const Step& s : steps) {
+        now = s.at;
+        group->setEnabled(s.enabled);
+        context.bitmaps.clear();
+        f.frame->draw(&context);
+        EXPECT_FLOAT_EQ(group->getItem(0).level, s.first);
+        EXPECT_FLOAT_EQ(group->getItem(1).level, s.second);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.secondOnAlpha);
+    }
+    EXPECT_FALSE(group->isDirty());  // settled
+    setTickSource(nullptr);
 }
