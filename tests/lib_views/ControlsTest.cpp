@@ -191,3 +191,27 @@ TEST(KnobDrawing, DisabledKnobDrawsDimAndCrossFadesOnlyOnANewFrameKey) {
     f.knob->setValue(0.3f);
     EXPECT_TRUE(f.knob->isDirty());
 }
+
+TEST(KnobHover, PointerOverAKnobShowsItsParameterTextAndLeavingClearsIt) {
+    struct HoverFrame : CFrame {
+        using CFrame::CFrame;
+        void setHoverText(const char* text) override { shown = text; }
+        std::string shown = "none";
+    };
+    RecordingEditor editor;
+    auto* frame = new HoverFrame(CRect(0, 0, 400, 300), nullptr, &editor, new MemoryFrame);
+    Ondra::ParameterProperty cutoff;
+    cutoff.setName("Cutoff");
+    cutoff.setNormalized(0.25f);
+    Vinta_AnimKnob::CInfo info;
+    info.rect = CRect(100, 100, 140, 140);
+    info.parameter = &cutoff;
+    frame->addView(info.CreateObject());
+    frame->onMouseMoved(CPoint(120, 120), 0);
+    char expected[256];
+    cutoff.getDisplayText(cutoff.getValue(), expected, Ondra::kDisplayWithName | Ondra::kDisplayWithUnit);
+    EXPECT_EQ(frame->shown, expected);
+    frame->onMouseMoved(CPoint(10, 10), 0);
+    EXPECT_EQ(frame->shown, "");
+    frame->close();
+}
