@@ -110,6 +110,9 @@ public:
 protected:
     ~CView() override;
 
+    // Enters the view's rectangle into the frame's dirty list (also for controls, whose
+    // setDirty only marks them).
+    void invalidateInFrame();
     // Background bitmap under the given rectangle of the view.
     void drawBackground(CDrawContext* context, const CRect& rect);
 
