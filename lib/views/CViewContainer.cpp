@@ -396,6 +396,33 @@ int32_t CViewContainer::onKeyUp(const VstKeyCode& key) {
     return result;
 }
 
+// ---- drag and drop
+
+void CViewContainer::onDragEnter(CDragContainer* drag, const CPoint& where) { onDragMove(drag, where); }
+
+void CViewContainer::onDragMove(CDragContainer* drag, const CPoint& where) {
+    const CPoint local = toLocal(where);
+    CView* under = getViewAt(where, false);
+    if (under != dragView) {
+        if (dragView) dragView->onDragLeave(drag, local);
+        dragView = under;
+        if (under) under->onDragEnter(drag, local);
+    } else if (under) {
+        under->onDragMove(drag, local);
+    }
+}
+
+void CViewContainer::onDragLeave(CDragContainer* drag, const CPoint& where) {
+    if (dragView) dragView->onDragLeave(drag, toLocal(where));
+    dragView = nullptr;
+}
+
+bool CViewContainer::onDrop(CDragContainer* drag, const CPoint& where) {
+    CView* under = getViewAt(where, false);
+    dragView = nullptr;
+    return under && under->onDrop(drag, toLocal(where));
+}
+
 // ---- focus
 
 bool CViewContainer::focusWalk(CView*& from, bool reverse) {
