@@ -224,3 +224,32 @@ TEST(RadioGroup, ChosenLedFadesInOverTicksAndDisabledLedsShowAQuarter) {
     EXPECT_FALSE(group->isDirty());  // settled
     setTickSource(nullptr);
 }
+
+TEST(ActionButton, ToggleFadesItsUpperRowInOverSixTicksOfSixtyMilliseconds) {
+    setTickSource(testClock);
+    ParameterFixture f;
+    Vinta_ActionButton::CInfo info;
+    info.rect = CRect(0, 0, 20, 20);
+    info.type = Vinta_ActionButton::kToggle;
+    info.fade = true;
+    info.bitmap = new CBitmap(20, 40);
+    auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
+    info.bitmap->forget();
+    now = 5000;
+    f.frame->onMouseDown(CPoint(5, 5), kLButton);
+    f.frame->onMouseUp(CPoint(5, 5), 0);
+    RecordingContext context;
+    const struct {
+        uint32_t at;
+        uint8_t upperAlpha;
+        bool dirty;
+    } steps[] = {{5180, 127, true}, {5540, 255, false}};
+    for (const auto& s : steps) {
+        now = s.at;
+        f.frame->draw(&context);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
+        EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
+        EXPECT_EQ(button->isDirty(), s.dirty);
+    }
+    setTickSource(nullptr);
+}
