@@ -54,6 +54,7 @@ bool CViewContainer::insertBefore(CView* view, Node* position) {
     if (isAttached()) {
         view->attached(this);
         view->setDirty(true);
+        view->invalidateInFrame();
     }
     return true;
 }
@@ -83,7 +84,7 @@ bool CViewContainer::removeView(CView* view, bool forget) {
     delete node;
     --childCount;
     if (view->isAttached()) {
-        if (CFrame* owner = getFrame()) owner->addDirtyRect(view->getRectInFrame());
+        view->invalidateInFrame();
         view->removed(this);
     }
     view->setParentView(nullptr);
@@ -225,9 +226,7 @@ bool CViewContainer::isDirty() const {
            }) != nullptr;
 }
 
-void CViewContainer::invalid() {
-    if (isAttached() && getFrame()) getFrame()->addDirtyRect(getRectInFrame());
-}
+void CViewContainer::invalid() { invalidateInFrame(); }
 
 void CViewContainer::redrawDirty() {
     if (!visible) return;
@@ -235,8 +234,7 @@ void CViewContainer::redrawDirty() {
         invalid();
         return;
     }
-    CFrame* owner = getFrame();
-    findChild([owner](CView* child) {
+    findChild([](CView* child) {
         if (!child->isVisible() || !child->isDirty()) return false;
         if (child->notify(nullptr, kMsgCheckIfViewContainer) == 1) {
             static_cast<CViewContainer*>(child)->redrawDirty();
@@ -244,7 +242,7 @@ void CViewContainer::redrawDirty() {
             child->setDirty(true);
             // Controls mark themselves without touching the frame (they may be told on any
             // thread); their rectangle enters the list here, on the window's thread.
-            if (owner && child->isAttached()) owner->addDirtyRect(child->getRectInFrame());
+            child->invalidateInFrame();
         }
         return false;
     });
