@@ -198,8 +198,7 @@ TEST_F(RenderTool, SampleRatesOutsideTheSupportedRangeAreRefused) {
         // Only the header's rate field is changed, as a damaged or hostile file would have it.
         const std::string in = impulseFile("in.wav", 44100, 4410, 10);
         overwrite(in, 24, {char(rate), char(rate >> 8), char(rate >> 16), char(rate >> 24)});
-        // Cutoffs that lie inside the band at both ends of the range.
-        const std::string arguments = q(in) + q(out) + "--tail 0.1 --set LOWPASSFREQ=3000 --set HIGHPASSFREQ=20";
+        const std::string arguments = q(in) + q(out) + "--tail 0.1";
         if (rate == 8000 || rate == 768000) {
             const ProcessResult run = runRender(arguments);
             ASSERT_EQ(run.status, 0) << rate << run.output;

@@ -1,0 +1,122 @@
+#include <string>
+
+#include "lib_drawing/DrawingTestSupport.h"
+
+using namespace DrawingTest;
+
+namespace {
+
+// Columns holding any lit pixel of a white-on-black drawing, as [first, last].
+std::pair<int, int> inkColumns(const CBitmap& canvas) {
+    int first = -1, last = -1;
+    for (uint32_t x = 0; x < canvas.getPixelWidth(); ++x)
+        for (uint32_t y = 0; y < canvas.getPixelHeight(); ++y)
+            if (canvas.getPixel(x, y).red > 40) {
+                if (first < 0)
+                    first = static_cast<int>(x);
+                last = static_cast<int>(x);
+                break;
+            }
+    return {first, last};
+}
+
+}  // namespace
+
+// Widths as nanovg measures them (the GL test checks that both back ends agree): the face scaled
+// so its ascent and descent span 1.2 times the size, advances rounded to whole pixels.
+TEST(Text, StringWidthFollowsFontAndSize) {
+    const struct {
+        CFontDesc* font;
+        double size;
+        int32_t style;
+        const char* text;
+        double width;
+    } cases[] = {
+        {kSystemFont, 12, 0, "Zonfra", 37},
+        {kSystemFont, 24, 0, "Zonfra", 74},
+        {kSystemFont, 12, 1, "Zonfra", 40},
+        {kNormalFont, 12, 0, "Cutoff 1.2 kHz", 78},
+        {kNormalFont, 9, 1, "AVATAR", 36},
+        {kBoldFont, 16, 0, "", 0},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.text);
+        BitmapPtr canvas = makeBitmap(300, 60);
+        CDrawContext& context = *canvas->getDrawContext();
+        context.setFont(test.font, test.size, test.style);
+        EXPECT_EQ(context.getStringWidth(test.text), test.width) << test.size << " " << test.style;
+        context.clearWithColor(kBlackCColor);
+        context.setFontColor(kWhiteCColor);
+        EXPECT_EQ(context.drawString(test.text, CRect(10, 0, 290, 60), 0, kAlignLeft), test.width);
+        const auto [first, last] = inkColumns(*canvas);
+        if (test.width == 0) {
+            EXPECT_EQ(first, -1);
+            continue;
+        }
+        EXPECT_GE(first, 10);
+        EXPECT_LE(first, 13);
+        EXPECT_LE(last, 10 + test.width + 1);
+        EXPECT_GE(last, 10 + test.width - 4);
+    }
+}
+
+TEST(Text, AlignmentPlacesTheString) {
+    // Left, centre, right; any other value starts the text at the centre.
+    for (int32_t align : {0, 1, 2, 3}) {
+        BitmapPtr canvas = makeBitmap(300, 40);
+        CDrawContext& context = *canvas->getDrawContext();
+        context.setFont(kSystemFont, 14, 0);
+        const double width = context.getStringWidth("Mid");
+        context.drawString("Mid", CRect(50, 0, 250, 40), 0, align);
+        const double starts[] = {50, 150 - width / 2, 250 - width, 150};
+        EXPECT_NEAR(inkColumns(*canvas).first, starts[align], 2) << "align " << align;
+    }
+}
+
+TEST(Text, MissingFontOrTextDrawsNothingAndNullFontIsTheSystemFont) {
+    CFontDesc* missing = new CFontDesc("no-such-archive", "x.ttf", "y.ttf", 1);
+    CFontDesc* unknownFile = new CFontDesc("fonts-arial", "nope.ttf", "nope-bold.ttf", 1);
+    for (CFontDesc* font : {missing, unknownFile}) {
+        EXPECT_FALSE(font->hasData());
+        BitmapPtr canvas = makeBitmap(100, 40);
+        CDrawContext& context = *canvas->getDrawContext();
+        context.setFont(font, 12, 0);
+        EXPECT_EQ(context.getStringWidth("Zonfra"), 0);
+        EXPECT_EQ(context.drawString("Zonfra", CRect(0, 0, 100, 40), 0, 0), 0);
+        context.drawStringAtPoint("Zonfra", CRect(0, 0, 100, 40), 0.5, 1);
+        EXPECT_EQ(inkColumns(*canvas).first, -1);
+        font->forget();
+    }
+    BitmapPtr canvas = makeBitmap(100, 40);
+    CDrawContext& context = *canvas->getDrawContext();
+    context.setFont(kNormalFont, 30, 0);
+    context.setFont(nullptr, 0, 0);  // the system font at its own size
+    EXPECT_EQ(context.getFont(), kSystemFont);
+    EXPECT_EQ(context.getFontHeight(), 12);
+    EXPECT_EQ(context.drawString(nullptr, CRect(0, 0, 100, 40), 0, 0), 0);
+    context.drawStringMultiline(nullptr, CRect(0, 0, 100, 40), 0, 0);
+    context.drawStringAtPoint(nullptr, CRect(0, 0, 100, 40), 0, 0);
+}
+
+TEST(Text, MultilineDropsWhatDoesNotFit) {
+    const struct {
+        double height;
+        int lines;
+    } cases[] = {{60, 3}, {26, 2}, {10, 0}};
+    for (const auto& test : cases) {
+        BitmapPtr canvas = makeBitmap(100, 60);
+        CDrawContext& context = *canvas->getDrawContext();
+        context.clearWithColor(kBlackCColor);
+        context.setFont(kSystemFont, 12, 0);
+        context.drawStringMultiline("one\ntwo\nthree", CRect(0, 0, 100, test.height), 0, 0);
+        int bands = 0;
+        for (uint32_t y = 0, inBand = 0; y < 60; ++y) {
+            uint32_t lit = 0;
+            for (uint32_t x = 0; x < 100; ++x)
+                lit |= canvas->getPixel(x, y).red > 40;
+            bands += lit && !inBand;
+            inBand = lit;
+        }
+        EXPECT_EQ(bands, test.lines) << "height " << test.height;
+    }
+}

@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "ViewTestSupport.h"
+#include "framework/parameters/ParameterProperty.h"
+#include "lib/controls/CKnob.h"
+#include "lib/controls/Vinta_AnimKnob.h"
+#include "lib/drawing/CBitmap.h"
+
+using namespace VintaTest;
+
+namespace {
+// A knob of 40 x 40 at (100, 100) drawn from an 11-frame strip, tied to "Cutoff".
+struct KnobFixture : FrameFixture {
+    explicit KnobFixture(float start = 0.2f, bool snap = false, bool smoothing = false, int steps = 0) {
+        cutoff.setName("Cutoff");
+        cutoff.setDefault(0.5f);
+        cutoff.setNormalized(start);
+        Vinta_AnimKnob::CInfo info;
+        info.rect = CRect(100, 100, 140, 140);
+        info.bitmap = strip;
+        info.frameCount = 11;
+        info.frameHeight = 40;
+        info.parameter = &cutoff;
+        info.snapEnabled = snap;
+        info.smoothing = smoothing;
+        info.stepped = steps > 0;
+        info.stepCount = steps;
+        knob = static_cast<Vinta_AnimKnob*>(info.CreateObject());
+        frame->addView(knob);
+    }
+    ~KnobFixture() { strip->forget(); }
+    // Press at the centre, move by (dx, dy) in `steps` moves, release.
+    void drag(double dx, double dy, CButtonState buttons, int steps = 4) {
+        frame->onMouseDown(centre, buttons);
+        for (int i = 1; i <= steps; ++i)
+            frame->onMouseMoved(CPoint(centre.x + dx * i / steps, centre.y + dy * i / steps), buttons);
+        frame->onMouseUp(CPoint(centre.x + dx, centre.y + dy), 0);
+    }
+    Ondra::ParameterProperty cutoff;
+    CBitmap* strip = new CBitmap(40, 440);
+    Vinta_AnimKnob* knob;
+    CPoint centre{120, 120};
+};
+}  // namespace
+
+TEST(KnobDrag, UpwardDragCoversTheRangeOverTwoHundredPixelsOrTenTimesThatWhenFine) {
+    struct Case {
+        float start;
+        bool snap;
+        double dx, dy;
+        CButtonState buttons;
+        float expected;
+    } cases[] = {
+        {0.2f, false, 0, -100, kLButton, 0.7f},
+        {0.2f, false, 0, -100, kLButton | kShift, 0.25f},
+        {0.2f, false, 0, -100, kRButton, 0.25f},         // the right button drags fine as well
+        {0.2f, false, 0, 100, kLButton, 0.0f},           // clamped at the bottom
+        {0.2f, false, 100, 0, kLButton, 0.2f},           // sideways does nothing
+        {0.5f, true, 0, -2, kLButton, 0.5f},             // inside the flat spot
+        {0.5f, true, 0, -10, kLButton, 0.53f},           // past it: 0.55 less the band
+        {0.6f, true, 0, 0, kLButton, 0.6f},              // starting off-centre does not jump
+        {0.6f, true, 0, -20, kLButton, 0.7f},
+    };
+    for (const Case& c : cases) {
+        KnobFixture f(c.start, c.snap);
+        f.drag(c.dx, c.dy, c.buttons);
+        EXPECT_NEAR(f.knob->getValue(), c.expected, 1e-5) << c.start << " " << c.dy << " " << c.buttons;
+        EXPECT_NEAR(f.cutoff.getNormalized(), c.expected, 1e-5);
+    }
+}
+
+TEST(KnobDrag, ShiftPressedHalfwayGoesOnFinerWithoutAJumpAndTheGestureIsOneEdit) {
+    KnobFixture f;
+    f.frame->onMouseDown(f.centre, kLButton);
+    f.frame->onMouseMoved(CPoint(120, 70), kLButton);
+    EXPECT_NEAR(f.knob->getValue(), 0.45f, 1e-5);
+    f.frame->onMouseMoved(CPoint(120, 69), kLButton | kShift);  // shift arrives with this pixel
+    EXPECT_NEAR(f.knob->getValue(), 0.455f, 1e-5);
+    f.frame->onMouseMoved(CPoint(120, 19), kLButton | kShift);  // from here ten times finer
+    EXPECT_NEAR(f.knob->getValue(), 0.48f, 1e-5);
+    f.frame->onMouseUp(CPoint(120, 19), 0);
+    ASSERT_GE(f.editor.log.size(), 3u);
+    EXPECT_EQ(f.editor.log.front(), "begin Cutoff");
+    EXPECT_EQ(f.editor.log.back(), "end Cutoff");
+    for (size_t i = 1; i + 1 < f.editor.log.size(); ++i) EXPECT_EQ(f.editor.log[i], "perform Cutoff");
+}
+
+TEST(KnobGestures, WheelStepsAndResetsToTheDefault) {
+    struct Case {
+        const char* gesture;
+        CButtonState buttons;
+        float expected;
+        int32_t result;
+    } cases[] = {
+        {"wheel", 0, 0.3f, 1},
+        {"wheel", kShift, 0.21f, 1},
+        {"click", kLButton | kControl, 0.5f, 3},  // arrives as 4: reset, no capture
+        {"click", kMButton, 0.5f, 3},
+        {"click", kLButton | kDoubleClick, 0.5f, 3},
+        {"click", kLButton, 0.2f, 1},
+    };
+    for (const Case& c : cases) {
+        KnobFixture f(0.2f, false, true);
+        int32_t result = 1;
+        if (std::string(c.gesture) == "wheel")
+            EXPECT_TRUE(f.frame->onWheel(f.centre, 1.0f, c.buttons));
+        else
+            result = f.frame->onMouseDown(f.centre, c.buttons);
+        EXPECT_EQ(result, c.result);
+        EXPECT_NEAR(f.knob->getValue(), c.expected, 1e-5);
+        EXPECT_NEAR(f.cutoff.getNormalized(), c.expected, 1e-5);
+        if (c.result == 3) {
+            EXPECT_FLOAT_EQ(f.knob->getShownValue(), f.knob->getValue());  // no glide after a reset
+            EXPECT_EQ(f.editor.log, (std::vector<std::string>{"begin Cutoff", "perform Cutoff", "end Cutoff"}));
+        }
+    }
+}
+
+TEST(KnobParameter, ChangesFromAnotherThreadAreOnlyStoredAndDrawnByTheWindowThread) {
+    KnobFixture f(0.2f, false, true);
+    RecordingContext context;
+    f.frame->draw(&context);
+    EXPECT_FALSE(f.knob->isDirty());
+    std::thread host([&] { f.cutoff.setNormalized(0.9f); });
+    host.join();
+    EXPECT_FLOAT_EQ(f.knob->getValue(), 0.9f);
+    EXPECT_TRUE(f.knob->isDirty());
+    EXPECT_TRUE(f.editor.log.empty());  // nothing is sent back
+    f.frame->idle();
+    ASSERT_FALSE(f.platform->invalidated.empty());
+    EXPECT_EQ(f.platform->invalidated.back(), CRect(100, 100, 140, 140));
+    // The shown value glides 0.4 of the way per frame and the knob stays dirty until it arrives.
+    f.frame->draw(&context);
+    EXPECT_NEAR(f.knob->getShownValue(), 0.2f + 0.4f * 0.7f, 1e-5);
+    int frames = 1;
+    for (; f.knob->isDirty() && frames < 50; ++frames) f.frame->draw(&context);
+    EXPECT_FLOAT_EQ(f.knob->getShownValue(), 0.9f);
+    EXPECT_GT(frames, 5);
+    EXPECT_LT(frames, 20);
+}
+
+TEST(KnobParameter, SteppedKnobGivesOnlyItsStepsAndSetsThePlainValue) {
+    KnobFixture f(0.0f, false, false, 2);
+    f.cutoff.setMaximum(5.0f);
+    f.cutoff.setMinimum(2.0f);
+    f.cutoff.setValue(2.0f);
+    f.drag(0, -60, kLButton);  // 0.3 rounds to step 0
+    EXPECT_FLOAT_EQ(f.knob->getValue(), 0.0f);
+    f.drag(0, -120, kLButton);  // 0.6 rounds to step 1
+    EXPECT_FLOAT_EQ(f.knob->getValue(), 1.0f);
+    EXPECT_FLOAT_EQ(f.cutoff.getValue(), 3.0f);
+}
+
+TEST(PlainKnob, FollowsTheAngleOrWithAltAndShiftALinearDragOnBothAxes) {
+    struct Case {
+        CButtonState buttons;
+        CPoint press, release;
+        float expected;
+    } cases[] = {
+        {kLButton, CPoint(20, 0), CPoint(20, 0), 0.5f},             // straight up is the middle
+        {kLButton, CPoint(20, 0), CPoint(25, 39), 1.0f},            // moving into the dead zone keeps the end
+        {kLButton | kAlt, CPoint(20, 20), CPoint(120, 20), 0.7f},   // rightwards counts in linear mode
+        {kLButton | kAlt | kShift, CPoint(20, 20), CPoint(20, -80), 0.25f},
+    };
+    for (const Case& c : cases) {
+        FrameFixture f;
+        auto* knob = new CKnob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+        knob->setValue(0.2f);
+        f.frame->addView(knob);
+        f.frame->onMouseDown(c.press, c.buttons);
+        f.frame->onMouseMoved(CPoint((c.press.x + c.release.x) / 2, (c.press.y + c.release.y) / 2), c.buttons);
+        f.frame->onMouseMoved(c.release, c.buttons);
+        f.frame->onMouseUp(c.release, 0);
+        EXPECT_NEAR(knob->getValue(), c.expected, 1e-3) << c.buttons << " " << c.release.x;
+    }
+}
+
+TEST(KnobDrawing, DisabledKnobDrawsDimAndCrossFadesOnlyOnANewFrameKey) {
+    KnobFixture f(0.25f);
+    RecordingContext context;
+    f.frame->draw(&context);
+    ASSERT_FALSE(context.bitmaps.empty());
+    EXPECT_EQ(context.bitmaps.back().alpha, 255);
+    f.knob->setEnabled(false);
+    f.frame->draw(&context);
+    EXPECT_EQ(context.bitmaps.back().alpha, 60);
+    f.knob->setValue(0.25001f);  // same frame key to one in ten thousand: clean
+    EXPECT_FALSE(f.knob->isDirty());
+    f.knob->setValue(0.3f);
+    EXPECT_TRUE(f.knob->isDirty());
+}
+
+TEST(KnobHover, PointerOverAKnobShowsItsParameterTextAndLeavingClearsIt) {
+    struct HoverFrame : CFrame {
+        using CFrame::CFrame;
+        void setHoverText(const char* text) override { shown = text; }
+        std::string shown = "none";
+    };
+    RecordingEditor editor;
+    auto* frame = new HoverFrame(CRect(0, 0, 400, 300), nullptr, &editor, new MemoryFrame);
+    Ondra::ParameterProperty cutoff;
+    cutoff.setName("Cutoff");
+    cutoff.setNormalized(0.25f);
+    Vinta_AnimKnob::CInfo info;
+    info.rect = CRect(100, 100, 140, 140);
+    info.parameter = &cutoff;
+    frame->addView(info.CreateObject());
+    frame->onMouseMoved(CPoint(120, 120), 0);
+    char expected[256];
+    cutoff.getDisplayText(cutoff.getValue(), expected, Ondra::kDisplayWithName | Ondra::kDisplayWithUnit);
+    EXPECT_EQ(frame->shown, expected);
+    frame->onMouseMoved(CPoint(10, 10), 0);
+    EXPECT_EQ(frame->shown, "");
+    frame->close();
+}

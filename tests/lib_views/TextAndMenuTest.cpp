@@ -1,0 +1,277 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "ViewTestSupport.h"
+#include "framework/parameters/ParameterProperty.h"
+#include "lib/controls/CGuiScaleContext.h"
+#include "lib/controls/CMenuItem.h"
+#include "lib/controls/ViewBuilder.h"
+#include "lib/controls/Vinta_ActionButton.h"
+#include "lib/controls/Vinta_ContextMenu.h"
+#include "lib/controls/Vinta_Label.h"
+#include "lib/controls/Vinta_ParamDisplay.h"
+#include "lib/controls/Vinta_RadioGroup.h"
+#include "lib/controls/Vinta_TextEdit.h"
+#include "lib/drawing/CBitmap.h"
+#include "lib/views/VintaClock.h"
+
+using namespace VintaTest;
+
+namespace {
+struct ParameterFixture : FrameFixture {
+    ParameterFixture() {
+        gain.setName("Gain");
+        gain.setDefault(0.5f);
+        gain.setNormalized(0.2f);
+    }
+    template <typename Record>
+    auto* build(Record& record, int32_t kind = kKindCreateObject) {
+        record.kind = kind;
+        record.parameter = &gain;
+        return addViewFromRecord(&record, nullptr, frame);
+    }
+    Ondra::ParameterProperty gain;
+};
+}  // namespace
+
+TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
+    ParameterFixture f;
+    Vinta_TextEdit::CInfo info;
+    info.rect = CRect(10, 10, 60, 30);
+    info.hideName = true;
+    auto* box = static_cast<Vinta_TextEdit*>(f.build(info, kKindTextEdit));
+    f.frame->onMouseDown(CPoint(20, 20), kLButton);
+    f.frame->onMouseMoved(CPoint(20, -80), kLButton);
+    f.frame->onMouseMoved(CPoint(200, -80), kLButton);  // sideways changes nothing
+    f.frame->onMouseUp(CPoint(20, -80), 0);
+    EXPECT_NEAR(f.gain.getNormalized(), 0.7f, 1e-5);
+    EXPECT_EQ(f.editor.log.front(), "begin Gain");
+    EXPECT_EQ(f.editor.log.back(), "end Gain");
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(20, 20), kLButton | kControl), 3);
+    EXPECT_NEAR(f.gain.getNormalized(), 0.5f, 1e-5);
+
+    f.platform->typed = "hello";
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(20, 20), kLButton | kDoubleClick), 3);
+    EXPECT_TRUE(box->isEditing());
+    EXPECT_EQ(f.frame->getFocusView(), box);
+    f.platform->editCallback->textEditDidEnd(kTextEditEscape);  // not taken: shown, not sent
+    EXPECT_FALSE(box->isEditing());
+    EXPECT_STREQ(box->getText(), "hello");
+    EXPECT_NEAR(f.gain.getNormalized(), 0.5f, 1e-5);
+
+    std::string longText(300, 'x');
+    box->setText(longText.c_str());
+    EXPECT_EQ(std::strlen(box->getText()), 255u);
+    f.gain.setNormalized(0.25f);
+    box->updateTextFromParameter();
+    char expected[256];
+    f.gain.getDisplayText(f.gain.getValue(), expected, Ondra::kDisplayWithUnit | Ondra::kDisplayPlain);
+    EXPECT_STREQ(box->getText(), expected);
+}
+
+TEST(RadioGroup, ClickChoosesAnItemAndValuesRoundToTheNearestBelow) {
+    ParameterFixture f;
+    Vinta_RadioGroupControlInfo info;
+    info.rect = CRect(0, 0, 100, 20);
+    info.count = 4;
+    info.stepX = 20;
+    auto* group = static_cast<Vinta_RadioGroup*>(f.build(info));
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(45, 5), kLButton), 1);  // third LED (12 x 12 at x 40)
+    f.frame->onMouseUp(CPoint(45, 5), 0);
+    EXPECT_EQ(group->getSelected(), 2);
+    EXPECT_NEAR(f.gain.getNormalized(), 2.0f / 3.0f, 1e-5);
+    EXPECT_EQ(f.editor.log, (std::vector<std::string>{"begin Gain", "end Gain"}));
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(35, 5), kLButton), 2);  // between two LEDs
+    group->setValue(0.33f);
+    EXPECT_EQ(group->getSelected(), 1);
+}
+
+TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlips) {
+    for (int32_t type : {Vinta_ActionButton::kMomentary, Vinta_ActionButton::kToggle}) {
+        ParameterFixture f;
+        f.gain.setValue(0.0f);
+        Vinta_ActionButton::CInfo info;
+        info.rect = CRect(0, 0, 20, 20);
+        info.type = type;
+        auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
+        EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 1);
+        EXPECT_TRUE(button->isOn());
+        EXPECT_FLOAT_EQ(f.gain.getValue(), 1.0f);
+        f.frame->onMouseUp(CPoint(300, 300), 0);
+        EXPECT_EQ(button->isOn(), type == Vinta_ActionButton::kToggle);
+        EXPECT_FLOAT_EQ(f.gain.getValue(), type == Vinta_ActionButton::kToggle ? 1.0f : 0.0f);
+    }
+}
+
+TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
+    ParameterFixture f;
+    f.gain.setMaximum(10.0f);
+    auto* menu = new COptionMenu(CRect(0, 0, 50, 20), nullptr, 0, nullptr, kCheckStyle);
+    for (const char* title : {"a", "b", "c", "d"}) menu->addEntry(title);
+    menu->setParameter(&f.gain);
+    f.frame->addView(menu);
+    f.platform->menuAnswer = {nullptr, 2};
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 3);
+    EXPECT_EQ(menu->getCurrent(), 2);
+    EXPECT_TRUE(menu->getEntry(2)->isChecked());
+    EXPECT_FLOAT_EQ(f.gain.getValue(), 2.0f);
+    menu->setValue(2.99f);
+    EXPECT_EQ(menu->getCurrent(), 3);
+    EXPECT_FALSE(menu->getEntry(2)->isChecked());
+    char title[32];
+    menu->setPrefixNumbers(3);
+    menu->getEntryTitle(3, title, sizeof title);
+    EXPECT_STREQ(title, "04 d");
+    f.platform->menuAnswer = {};
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 3);  // nothing chosen, nothing changed
+    EXPECT_EQ(menu->getCurrent(), 3);
+}
+
+TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
+    ParameterFixture f;
+    Ondra::ParameterProperty mode;
+    mode.setMaximum(5.0f);
+    auto* sub = new Vinta_ContextMenu(CRect(), nullptr, 0, nullptr, &mode);
+    sub->addEntry("x");
+    sub->addEntry("y");
+    auto* root = new Vinta_ContextMenu(CRect(0, 0, 20, 20));
+    root->addEntry(new CMenuItem("modes", -1, 0, nullptr, sub));
+    sub->forget();  // the item holds it
+    f.frame->addView(root);
+    f.platform->menuAnswer = {sub, 1};
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kRButton), 3);
+    EXPECT_EQ(root->getLastMenu(), sub);
+    EXPECT_EQ(sub->getCurrent(), 1);
+    EXPECT_FLOAT_EQ(mode.getValue(), 1.0f);
+}
+
+TEST(OptionMenu, GuiScaleMenuRescalesTheEditorAndStoresTheSize) {
+    FrameFixture f;
+    auto* scales = new CGuiScaleContext(CRect(0, 0, 20, 20));
+    f.frame->addView(scales);
+    ASSERT_EQ(scales->getNbEntries(), 5);
+    EXPECT_STREQ(scales->getEntry(2)->getTitle(), "150");
+    f.platform->menuAnswer = {nullptr, 2};
+    f.frame->onMouseDown(CPoint(5, 5), kLButton);
+    EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
+    EXPECT_EQ(f.editor.log.back(), "save");
+}
+
+TEST(ViewRecords, KindsBuildTheirViewOrNothing) {
+    ParameterFixture f;
+    Vinta_ObjectConstructorInfoBase unknown;
+    unknown.kind = 42;
+    unknown.object = f.frame;  // stale from an earlier use
+    EXPECT_EQ(addViewFromRecord(&unknown, nullptr, f.frame), nullptr);
+    EXPECT_EQ(unknown.object, nullptr);
+    EXPECT_EQ(addViewFromRecord(nullptr, nullptr, f.frame), nullptr);
+    EXPECT_EQ(f.frame->getNbViews(), 0);
+    auto* box = new CViewContainer(CRect(0, 0, 100, 100));
+    f.frame->addView(box);
+    for (int32_t kind : {100, 101, 103, 107}) {
+        Vinta_ParamDisplay::CInfo display;
+        display.kind = kind;
+        display.parameter = &f.gain;
+        CView* view = addViewFromRecord(&display, box, f.frame);
+        ASSERT_NE(view, nullptr);
+        EXPECT_TRUE(view->isTypeOf("Vinta_ParamDisplay") && view->isTypeOf("CControl"));
+        EXPECT_EQ(view->getParentView(), box);
+        EXPECT_EQ(display.parentFrame, f.frame);
+    }
+    Vinta_ParamDisplay::CInfo skipped;
+    skipped.kind = 102;
+    EXPECT_EQ(addViewFromRecord(&skipped, box, f.frame), nullptr);
+    EXPECT_EQ(box->getNbViews(), 4);
+}
+
+namespace {
+uint32_t now = 0;
+uint32_t testClock() { return now; }
+}  // namespace
+
+TEST(RadioGroup, ChosenLedFadesInOverTicksAndDisabledLedsShowAQuarter) {
+    setTickSource(testClock);
+    ParameterFixture f;
+    Vinta_RadioGroupControlInfo info;
+    info.rect = CRect(0, 0, 100, 20);
+    info.count = 2;
+    info.stepX = 20;
+    info.onBitmap = new CBitmap(12, 12);
+    info.offBitmap = new CBitmap(12, 12);
+    auto* group = static_cast<Vinta_RadioGroup*>(f.build(info));
+    info.onBitmap->forget();
+    info.offBitmap->forget();
+    now = 1000;
+    f.frame->onMouseDown(CPoint(25, 5), kLButton);
+    f.frame->onMouseUp(CPoint(25, 5), 0);
+    struct Step {
+        uint32_t at;
+        bool enabled;
+        float first, second;
+        uint8_t secondOnAlpha;
+    } steps[] = {{1060, true, 155, 100, 100}, {1060, false, 55, 200, 50}, {1120, true, 0, 255, 255}};
+    RecordingContext context;
+    for (const Step& s : steps) {
+        now = s.at;
+        group->setEnabled(s.enabled);
+        context.bitmaps.clear();
+        f.frame->draw(&context);
+        EXPECT_FLOAT_EQ(group->getItem(0).level, s.first);
+        EXPECT_FLOAT_EQ(group->getItem(1).level, s.second);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.secondOnAlpha);
+    }
+    EXPECT_FALSE(group->isDirty());  // settled
+    setTickSource(nullptr);
+}
+
+TEST(ActionButton, ToggleFadesItsUpperRowInOverSixTicksOfSixtyMilliseconds) {
+    setTickSource(testClock);
+    ParameterFixture f;
+    Vinta_ActionButton::CInfo info;
+    info.rect = CRect(0, 0, 20, 20);
+    info.type = Vinta_ActionButton::kToggle;
+    info.fade = true;
+    info.bitmap = new CBitmap(20, 40);
+    auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
+    info.bitmap->forget();
+    now = 5000;
+    f.frame->onMouseDown(CPoint(5, 5), kLButton);
+    f.frame->onMouseUp(CPoint(5, 5), 0);
+    RecordingContext context;
+    const struct {
+        uint32_t at;
+        uint8_t upperAlpha;
+        bool dirty;
+    } steps[] = {{5180, 127, true}, {5540, 255, false}};
+    for (const auto& s : steps) {
+        now = s.at;
+        f.frame->draw(&context);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
+        EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
+        EXPECT_EQ(button->isDirty(), s.dirty);
+    }
+    setTickSource(nullptr);
+}
+
+TEST(TextDisplays, DisplaysAndLabelsDrawTheirTextOnTheWindowThread) {
+    ParameterFixture f;
+    auto* plain = new CParamDisplay(CRect(0, 0, 40, 20), nullptr, kShadowText);
+    plain->setValue(0.5f);
+    f.frame->addView(plain);
+    Vinta_ParamDisplay::CInfo display;
+    display.rect = CRect(0, 30, 40, 60);
+    display.twoLines = true;
+    f.build(display, kKindParamDisplay);
+    Vinta_Label::CInfo label;
+    label.rect = CRect(0, 70, 40, 80);
+    label.text = "start";
+    f.build(label);
+    RecordingContext context;
+    f.frame->draw(&context);
+    char value[256];
+    f.gain.getDisplayText(f.gain.getValue(), value, 0);
+    const std::vector<std::string> expected{"0.50", "0.50", value, f.gain.getUnitLabel(), "Gain"};
+    EXPECT_EQ(context.strings, expected);  // shadow then text; value above unit; the parameter's name
+}

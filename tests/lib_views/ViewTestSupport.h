@@ -1,0 +1,159 @@
+#pragma once
+// An in-memory window, a recording editor and context, and a probe view that logs what reaches it.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "lib/controls/IOSOptionMenu.h"
+#include "lib/controls/ITextEditCallback.h"
+#include "lib/drawing/CDrawContext.h"
+#include "lib/views/CFrame.h"
+#include "lib/views/IFrame.h"
+#include "lib/views/IVintaEditor.h"
+
+namespace VintaTest {
+using namespace Vinta;
+
+// A native field that already holds the text "typed" into it.
+class FakeTextEdit : public IOSTextEdit {
+public:
+    explicit FakeTextEdit(std::string text) : typed(std::move(text)) {}
+    void getText(char* out, size_t capacity) override { snprintf(out, capacity, "%s", typed.c_str()); }
+    std::string typed;
+};
+
+// A native menu that answers a choice made in advance (`menu` null: the menu shown).
+class FakeMenu : public IOSOptionMenu {
+public:
+    explicit FakeMenu(COptionMenuResult answer) : result(answer) {}
+    COptionMenuResult popup(COptionMenu* shown) override {
+        return {result.menu ? result.menu : (result.index >= 0 ? shown : nullptr), result.index};
+    }
+    COptionMenuResult result;
+};
+
+class MemoryFrame : public IFrame {
+public:
+    bool create(void*, const CRect&) override { return true; }
+    void destroy() override {}
+    bool getScreenPosition(double& x, double& y) override { x = y = 0; return true; }
+    bool setSize(double, double) override { return true; }
+    bool getRect(CRect& out) override { out = CRect(0, 0, 400, 300); return true; }
+    bool getMouseLocation(CPoint& out) override { out = CPoint(); return true; }
+    CButtonState getMouseButtons() override { return 0; }
+    void setCursor(int32_t) override {}
+    void invalidRect(const CRect& rect) override { invalidated.push_back(rect); }
+    IOSTextEdit* createTextEdit(ITextEditCallback* callback) override {
+        editCallback = callback;
+        return new FakeTextEdit(typed);
+    }
+    IOSOptionMenu* createOptionMenu(COptionMenu*) override { return new FakeMenu(menuAnswer); }
+    void* getSystemWindow() override { return nullptr; }
+    void idle() override {}
+    void* getNvg() override { return nullptr; }
+    void resize() override {}
+    void* makeCursor(CBitmap*) override { return nullptr; }
+    void paint() override {}
+    void update() override {}
+    void setFrameRate(int32_t) override {}
+    void postUpdate() override {}
+    std::vector<CRect> invalidated;
+    std::string typed;
+    ITextEditCallback* editCallback = nullptr;
+    COptionMenuResult menuAnswer;
+};
+
+// Logs gestures as "begin NAME", "perform NAME", "end NAME".
+class RecordingEditor : public IVintaEditor {
+public:
+    void beginEdit(Ondra::IPluginParameter* p) override { log.push_back("begin " + name(p)); }
+    void endEdit(Ondra::IPluginParameter* p) override { log.push_back("end " + name(p)); }
+    void performEdit(Ondra::IPluginParameter* p) override { log.push_back("perform " + name(p)); }
+    double getSampleRate() override { return 48000.0; }
+    void setGuiScale(double value) override { scale = value; }
+    double getGuiScale() const override { return scale; }
+    void saveGuiScale() override { log.push_back("save"); }
+    static std::string name(Ondra::IPluginParameter* p);
+    std::vector<std::string> log;
+    double scale = 1.0;
+};
+
+// Draws nothing; counts the rectangles and bitmaps asked for.
+class RecordingContext : public CDrawContext {
+public:
+    RecordingContext() : CDrawContext(nullptr) { clipRect = CRect(0, 0, 10000, 10000); }
+    void setGlobalAlpha(float value) override { alpha = value; }
+    void drawLine(double, double, double, double) override { ++lines; }
+    void drawPolyline(const CPoint*, int32_t) override {}
+    void drawPolygon(const CPoint*, int32_t, int32_t, bool) override {}
+    void drawRect(const CRect& rect, int32_t) override { rects.push_back(CRect(rect).offset(offset.x, offset.y)); }
+    void drawRoundRectCorners(const CRect&, double, double, double, double, int32_t) override {}
+    void drawArc(const CRect&, double, double, int32_t) override {}
+    void drawEllipse(const CRect&, int32_t) override {}
+    void drawPoint(const CPoint&, const CColor&) override {}
+    CColor getPoint(const CPoint&) const override { return kTransparentCColor; }
+    void blurRect(const CRect&, double, double, int32_t) override {}
+    void clearWithColor(const CColor&) override {}
+    void setClipRect(const CRect& rect) override { clipRect = CRect(rect).offset(offset.x, offset.y); }
+    void resetClipRect() override {}
+    void setFont(CFontDesc*, double size, int32_t) override { fontSizeCurrent = size; }
+    double getStringWidth(const char*) override { return 0; }
+    double drawString(const char* text, const CRect&, int32_t, int32_t) override {
+        strings.push_back(text ? text : "");
+        return 0;
+    }
+    void drawStringAtPoint(const char*, const CRect&, double, int32_t) override {}
+    void drawBitmapPattern(const CRect&, CBitmap*, const CPoint&, uint8_t) override {}
+    void drawBitmap(CBitmap&, const CRect&, const CPoint& source, uint8_t alphaByte, bool) override {
+        bitmaps.push_back({source, alphaByte});
+    }
+    void drawBitmapStretched(CBitmap&, const CRect&) override {}
+    struct BitmapDraw {
+        CPoint source;
+        uint8_t alpha;
+    };
+    std::vector<CRect> rects;
+    std::vector<std::string> strings;
+    std::vector<BitmapDraw> bitmaps;
+    int lines = 0;
+};
+
+// A view that logs "NAME:event" into a shared log and answers as told.
+class ProbeView : public CView {
+public:
+    ProbeView(const char* probeName, const CRect& rect, std::string& sharedLog, int32_t downResult = 1)
+        : CView(rect), name(probeName), log(sharedLog), downAnswer(downResult) {}
+    int32_t onMouseDown(const CPoint&, CButtonState buttons) override {
+        note("down" + std::to_string(buttons));
+        return downAnswer;
+    }
+    int32_t onMouseUp(const CPoint&, CButtonState) override { return note("up"), 1; }
+    int32_t onMouseMoved(const CPoint&, CButtonState) override { return note("move"), 2; }
+    int32_t onMouseEntered(const CPoint&, CButtonState) override { return note("enter"), 1; }
+    int32_t onMouseExited(const CPoint&, CButtonState) override { return note("exit"), 1; }
+    bool onWheel(const CPoint&, float, CButtonState) override { return note("wheel"), true; }
+    int32_t onKeyDown(const VstKeyCode&) override { return note("key"), keyAnswer; }
+    void looseFocus() override { note("loose"); }
+    void note(const std::string& event) { log += name + ":" + event + " "; }
+    static int alive;
+    std::string name;
+    std::string& log;
+    int32_t downAnswer;
+    int32_t keyAnswer = -1;
+
+protected:
+    ~ProbeView() override { --alive; }
+};
+
+// A frame on an in-memory window with a recording editor.
+struct FrameFixture {
+    FrameFixture();
+    ~FrameFixture();
+    RecordingEditor editor;
+    MemoryFrame* platform = new MemoryFrame;
+    CFrame* frame;
+    std::string log;
+    ProbeView* probe(const char* name, const CRect& rect, int32_t downResult = 1, CViewContainer* into = nullptr);
+};
+
+} // namespace VintaTest
