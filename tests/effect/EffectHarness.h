@@ -18,7 +18,8 @@ struct RecordingCallback : Ondra::OndraCallback {
 };
 
 struct EffectHarness {
-    explicit EffectHarness(float rate = 44100.0f, int maxBlock = 512) : effect(std::make_unique<CZonfra>(&callback)) {
+    explicit EffectHarness(float rate = 44100.0f, int maxBlock = 512)
+        : effect(std::make_unique<CZonfra>(&callback)), sampleRate(rate) {
         effect->setSampleRate(rate);
         effect->setBlockSize(maxBlock);
     }
@@ -37,7 +38,9 @@ struct EffectHarness {
         block.out[0].refer(left, right, n);
         block.inputCount = block.outputCount = 1;
         block.tempo = 120;
+        block.transportPlaying = playing;
         block.samplePos = position;
+        block.ppqPos = position / (60.0 / 120.0 * sampleRate);
         Ondra::processInChunks(*effect, block, n, Ondra::ChunkingRules{});
         position += n;
     }
@@ -51,7 +54,9 @@ struct EffectHarness {
 
     RecordingCallback callback;
     std::unique_ptr<CZonfra> effect;
+    double sampleRate;
     double position = 0;
+    bool playing = false;  // the host's transport, at 120 beats per minute
 };
 
 inline std::vector<float> sine(size_t samples, double hertz, double rate, float amplitude = 0.5f) {

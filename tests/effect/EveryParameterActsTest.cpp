@@ -38,18 +38,8 @@ std::vector<float> render(const Row* row, bool change) {
     if (row && row->prepare) row->prepare(harness);
     if (row && change) harness.set(row->id, row->value);
     std::vector<float> l = programme(44100, 0), r = programme(44100, 1);
-    Ondra::OndraAudioBlock block;
-    for (size_t at = 0; at < l.size(); at += 512) {
-        const int n = static_cast<int>(std::min<size_t>(512, l.size() - at));
-        block.in[0].refer(l.data() + at, r.data() + at, n);
-        block.out[0].refer(l.data() + at, r.data() + at, n);
-        block.inputCount = block.outputCount = 1;
-        block.tempo = 120;
-        block.transportPlaying = true;
-        block.samplePos = static_cast<double>(at);
-        block.ppqPos = static_cast<double>(at) / 22050.0;
-        Ondra::processInChunks(*harness.effect, block, n, Ondra::ChunkingRules{});
-    }
+    harness.playing = true;
+    harness.run(l, r, 512);
     l.insert(l.end(), r.begin(), r.end());
     return l;
 }
