@@ -107,12 +107,8 @@ void CZonfra::reset() {
 // The stages clear, the control values take their parameters, and one control step sets the stages.
 void CZonfra::resetInternal() {
     chain.resetBeforeControl();
-    control.resetToParameters();
-    chain.applyFilterSettings();
-    control.setCutoffsInForce();
-    control.step();
+    control.reset();
     chain.resetAfterControl();
-    control.clearMeasureBand();
 }
 
 void CZonfra::setBypass(bool on) {

@@ -57,7 +57,7 @@ void ModulationControl::applyMeasureBand() {
     }
 }
 
-void ModulationControl::resetToParameters() {
+void ModulationControl::reset() {
     lfoMeanValue = 0;
     lowSide.env = lowSide.envOut = highSide.env = highSide.envOut = 0;
     for (FilterControl* side : {&lowSide, &highSide}) {
@@ -66,15 +66,16 @@ void ModulationControl::resetToParameters() {
     }
     resetRequested = false;
     applyMeasureBand();
-}
-
-void ModulationControl::setCutoffsInForce() {
+    // Slopes before cutoffs: a cache bin keeps the design of the first cutoff that visits it.
+    chain.applyFilterSettings();
     chain.lowPassL.setCutoff(lowSide.cutoff);
     chain.lowPassR.setCutoff(lowSide.cutoff);
     chain.highPassL.setCutoff(highSide.cutoff);
     chain.highPassR.setCutoff(highSide.cutoff);
     chain.resonanceLow.setFrequency(std::min(lowSide.cutoff, kHighestResonanceHz));
     chain.resonanceHigh.setFrequency(std::min(highSide.cutoff, kHighestResonanceHz));
+    step();
+    measureBand.reset();
 }
 
 void ModulationControl::clearAfterBypass() {

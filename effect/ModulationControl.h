@@ -40,11 +40,9 @@ public:
     void requestReset() { resetRequested = true; }
     void requestLfoResync() { lfoResync = true; }
 
-    // Reset in order: values back to the parameters, then cutoffs on the stages, then one step.
-    void resetToParameters();
-    void setCutoffsInForce();
-    void step();
-    void clearMeasureBand() { measureBand.reset(); }
+    // Between the chain's two halves of a reset: the values go back to their parameters, the
+    // filters are built and set to them, and one control step sets the other stages.
+    void reset();
     void clearAfterBypass();
 
     const FilterControl& low() const { return lowSide; }
@@ -56,6 +54,7 @@ public:
 
 private:
     Ondra::ParameterProperty* row(int id) const { return parameters.getParameter(id); }
+    void step();
     void applyMeasureBand();
     void measureEnvelope(const DSP::StereoBuffer& gained, int n);
     float peakSquare(const DSP::StereoBuffer& gained, float gain, int n) const;

@@ -68,7 +68,7 @@ public:
     bool isBypassSettled() const { return bypassSettled; }
     float bypassFadeGain() const { return bypassFade; }
 
-    // Reset in two halves around the control step that sets the stages again.
+    // Reset in two halves around the modulation control's, which sets the stages again.
     void resetBeforeControl();
     void resetAfterControl();
     // Forgets the slope filters' cached designs, so that a loaded state sounds the same whatever
