@@ -115,37 +115,26 @@ TEST_F(ControlLayer, TempoZeroWhilePlayingKeepsRunning) {
     row(kLfoSync)->setValue(1);
     row(kLpStrengthLfo)->setValue(1);
     std::vector<float> l(4096, 0.25f), r = l;
-    Ondra::OndraAudioBlock block;
-    block.in[0].refer(l.data(), r.data(), 4096);
-    block.out[0].refer(l.data(), r.data(), 4096);
-    block.inputCount = block.outputCount = 1;
-    block.tempo = 0;
-    block.transportPlaying = true;
-    Ondra::processInChunks(effect(), block, 4096, Ondra::ChunkingRules{});
+    harness.playing = true;
+    harness.tempo = 0;
+    harness.run(l, r, 4096);
     for (float v : l) ASSERT_TRUE(std::isfinite(v));
     EXPECT_TRUE(std::isfinite(control().lfoMean()));
 }
 
 namespace {
-// Runs a playing transport through the effect in blocks of the given sizes from `start`, and
-// collects the host positions at which the LFO restarted.
-std::vector<double> restartsOver(CZonfra& effect, double start, const std::vector<int>& blocks, double tempo) {
+// Runs a playing transport at 120 BPM through the effect in blocks of the given sizes from
+// `start`, and collects the host positions at which the LFO restarted.
+std::vector<double> restartsOver(EffectHarness& harness, double start, const std::vector<int>& blocks) {
     std::vector<double> restarts;
-    double position = start;
     std::vector<float> l(8192, 0.1f), r(8192, 0.1f);
+    harness.playing = true;
+    harness.position = start;
     for (int n : blocks) {
-        Ondra::OndraAudioBlock block;
-        block.in[0].refer(l.data(), r.data(), n);
-        block.out[0].refer(l.data(), r.data(), n);
-        block.inputCount = block.outputCount = 1;
-        block.tempo = static_cast<float>(tempo);
-        block.transportPlaying = true;
-        block.samplePos = position;
-        block.ppqPos = position / (60.0 / tempo * 44100.0);
-        const double before = effect.modulation().lastLfoRestart();
-        Ondra::processInChunks(effect, block, n, Ondra::ChunkingRules{});
-        if (effect.modulation().lastLfoRestart() != before) restarts.push_back(effect.modulation().lastLfoRestart());
-        position += n;
+        const double before = harness.effect->modulation().lastLfoRestart();
+        harness.runBlock(l.data(), r.data(), n);
+        const double after = harness.effect->modulation().lastLfoRestart();
+        if (after != before) restarts.push_back(after);
     }
     return restarts;
 }
@@ -156,12 +145,12 @@ TEST_F(ControlLayer, SyncRestartsOnTheHostsPeriodAcrossBlockSizes) {
     row(kLfoRate)->setNormalized(5.0f / 23.0f);  // 1/4: 22050 samples at 120 BPM
     std::vector<int> blocks;
     for (int i = 0; blocks.size() < 400; ++i) blocks.push_back(i % 3 == 0 ? 37 : (i % 3 == 1 ? 512 : 1000));
-    const std::vector<double> restarts = restartsOver(effect(), 0, blocks, 120);
+    const std::vector<double> restarts = restartsOver(harness, 0, blocks);
     ASSERT_GE(restarts.size(), 8u);
     for (double at : restarts) EXPECT_EQ(std::fmod(at, 22050.0), 0.0) << at;
 
     // A jump of the play position re-locks to the next period boundary after it.
-    const std::vector<double> afterJump = restartsOver(effect(), 1000123, std::vector<int>(100, 480), 120);
+    const std::vector<double> afterJump = restartsOver(harness, 1000123, std::vector<int>(100, 480));
     ASSERT_FALSE(afterJump.empty());
     EXPECT_EQ(afterJump.front(), std::ceil(1000123 / 22050.0) * 22050.0);
     for (double at : afterJump) EXPECT_EQ(std::fmod(at, 22050.0), 0.0) << at;
@@ -174,7 +163,7 @@ TEST_F(ControlLayer, SyncedLfoMovesTheCutoff) {
     row(kLpStrengthLfo)->setValue(1);
     float lowest = 1e9f, highest = 0;
     for (int i = 0; i < 1100; ++i) {  // one bar of the 1/1 sync at 120 BPM
-        restartsOver(effect(), i * 88.0, {88}, 120);
+        restartsOver(harness, i * 88.0, {88});
         lowest = std::min(lowest, control().low().modulated);
         highest = std::max(highest, control().low().modulated);
     }

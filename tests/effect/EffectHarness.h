@@ -37,10 +37,10 @@ struct EffectHarness {
         block.in[0].refer(left, right, n);
         block.out[0].refer(left, right, n);
         block.inputCount = block.outputCount = 1;
-        block.tempo = 120;
+        block.tempo = tempo;
         block.transportPlaying = playing;
         block.samplePos = position;
-        block.ppqPos = position / (60.0 / 120.0 * sampleRate);
+        block.ppqPos = tempo > 0 ? position / (60.0 / tempo * sampleRate) : 0.0;
         Ondra::processInChunks(*effect, block, n, Ondra::ChunkingRules{});
         position += n;
     }
@@ -56,7 +56,8 @@ struct EffectHarness {
     std::unique_ptr<CZonfra> effect;
     double sampleRate;
     double position = 0;
-    bool playing = false;  // the host's transport, at 120 beats per minute
+    bool playing = false;  // the host's transport
+    float tempo = 120;
 };
 
 inline std::vector<float> sine(size_t samples, double hertz, double rate, float amplitude = 0.5f) {
