@@ -1,6 +1,7 @@
 #include "effect/CZonfra.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "framework/plugin/FloatingPointGuard.h"
@@ -13,6 +14,9 @@ namespace {
 constexpr int kStartBlockSize = 512;
 constexpr float kLookaheadMs = 5.0f;
 constexpr float kStartSampleRate = 44100.0f;
+
+// The bypass fades over 15 ms.
+float bypassFadeStepAt(float rate) { return 1.0f / (15.0f * rate * 0.001f); }
 }  // namespace
 
 CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
@@ -115,6 +119,8 @@ void CZonfra::setSampleRate(float rate) {
     latencySamples = limiter.getDelaySamples();
     resizeDelayLines();
     setInitialDelay(latencySamples);
+    // A fade that a state load started before the rate was known runs at the new rate.
+    if (bypassFadeStep != 0.0f) bypassFadeStep = std::copysign(bypassFadeStepAt(rate), bypassFadeStep);
 }
 
 void CZonfra::resizeDelayLines() {
@@ -127,6 +133,7 @@ void CZonfra::setBlockSize(int samples) {
     workBuffer.allocate(samples);
     secondBuffer.allocate(samples);
     dryPathBuffer.allocate(samples);
+    finiteInput.allocate(samples);
     // Sized here too so that the first block after a size change allocates nothing.
     if (bypassDryBuffer.capacity < samples) bypassDryBuffer.allocate(samples);
     delayScratch.resize(samples, 1);
@@ -174,7 +181,7 @@ void CZonfra::resetInternal(bool tellEditor) {
 
 void CZonfra::setBypass(bool on) {
     if (on != bypassed) {
-        const float step = 1.0f / (15.0f * sampleRate * 0.001f);
+        const float step = bypassFadeStepAt(sampleRate);
         bypassFadeStep = on ? -step : step;
         bypassFade = on ? 1.0f : 0.0f;
         bypassSettled = false;
@@ -238,6 +245,9 @@ bool CZonfra::setChunk(void* data, int size) {
 
     endParameterBatch();
     resetInternal(false);
+    // A loaded state sounds the same whatever cutoffs the filters met before it, at this rate or
+    // another: only the state's own cutoffs stay designed.
+    for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->clearDesigns();
     lfoResync = true;
     return true;
 }

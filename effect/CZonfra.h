@@ -135,6 +135,8 @@ private:
     Ondra::ParameterProperty* row(int id) const { return parameters.getParameter(id); }
     void resizeDelayLines();
     void applyFilterSettings();
+    // The signal chain on input known to be finite.
+    void runChain(Ondra::OndraAudioBlock& audio, int n);
     void runFilterStage(Ondra::OndraAudioBlock& audio, int n);
     void runFilters(Ondra::OndraAudioBlock& audio, int n, bool parallel);
     void runDryPhaseChains(int n);
@@ -152,7 +154,7 @@ private:
     DSP::FX::CVibrato freqMod;
     DSP::FX::CFXLimiter limiter;
 
-    Ondra::StereoBuffer workBuffer, secondBuffer, dryPathBuffer, bypassDryBuffer;
+    Ondra::StereoBuffer workBuffer, secondBuffer, dryPathBuffer, bypassDryBuffer, finiteInput;
     Ondra::CNChannelBuffer limiterDelay, bypassDelay, dryPathDelay, delayScratch;
     int latencySamples = 0;
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/memory/BlockScan.h"
 #include "effect/CZonfra.h"
 #include "effect/FusedFilterStage.h"
 #include "effect/LatencyDelay.h"
@@ -10,16 +11,50 @@ namespace {
 void raisePeak(const float* samples, int n, float& peak) {
     for (int i = 0; i < n; ++i) peak = std::max(peak, std::fabs(samples[i]));
 }
+
+bool isFinite(const Ondra::StereoBuffer& buffer, int n) {
+    return DSP::Block::allFinite(buffer.left, n) && DSP::Block::allFinite(buffer.right, n);
+}
+
+// Silence in place of what is not a number: one such sample would stay in every filter's state.
+void copyFinite(const Ondra::StereoBuffer& from, Ondra::StereoBuffer& to, int n) {
+    for (int i = 0; i < n; ++i) {
+        to.left[i] = std::isfinite(from.left[i]) ? from.left[i] : 0.0f;
+        to.right[i] = std::isfinite(from.right[i]) ? from.right[i] : 0.0f;
+    }
+}
 }  // namespace
 
 void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     Ondra::FloatingPointGuard guard;
     const int n = audio.numSamples;
     if (n <= 0 || audio.inputCount < 1 || audio.outputCount < 1) return;
-    const Ondra::StereoBuffer& in = audio.in[0];
-    Ondra::StereoBuffer& out = audio.out[0];
     // Grows before anything else so that the delays' scratch is large enough.
     if (n > maxBlockSize) setBlockSize(n);
+    if (!isFinite(audio.in[0], n)) {
+        copyFinite(audio.in[0], finiteInput, n);
+        Ondra::StereoBuffer& in = audio.in[0];
+        float* const hostLeft = in.left;
+        float* const hostRight = in.right;
+        const int hostCapacity = in.capacity;
+        in.refer(finiteInput.left, finiteInput.right, n);
+        runChain(audio, n);
+        in.refer(hostLeft, hostRight, hostCapacity);
+    } else {
+        runChain(audio, n);
+    }
+    // Finite input can still overflow a stage (full-scale floats times gain): such a block leaves
+    // silence and the stages start afresh.
+    if (!isFinite(audio.out[0], n)) {
+        std::fill(audio.out[0].left, audio.out[0].left + n, 0.0f);
+        std::fill(audio.out[0].right, audio.out[0].right + n, 0.0f);
+        resetRequested = true;
+    }
+}
+
+void CZonfra::runChain(Ondra::OndraAudioBlock& audio, int n) {
+    const Ondra::StereoBuffer& in = audio.in[0];
+    Ondra::StereoBuffer& out = audio.out[0];
 
     // 1-3: untouched input, delayed as far as the wet path; a settled bypass ends here.
     bypassDryBuffer.copyFrom(in, n);

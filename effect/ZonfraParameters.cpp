@@ -38,11 +38,13 @@ void formatLfoShape(float v, char* out, bool) {
     std::snprintf(out, kParameterTextSize, "%s", shape >= 0 && shape < 6 ? names[shape] : "");
 }
 
+// Read as the effect reads it (ParameterProperty::getInt), so that the text names the tempo in force.
 void formatBpm(float v, char* out, bool) {
-    if (v < 30)
+    const int bpm = static_cast<int>(v + 0.02f);
+    if (bpm < 30)
         std::snprintf(out, kParameterTextSize, "Host");
     else
-        std::snprintf(out, kParameterTextSize, "%i", static_cast<int>(std::floor(v + 0.1f)));
+        std::snprintf(out, kParameterTextSize, "%i", bpm);
 }
 
 void formatPrePost(float v, char* out, bool) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -9,6 +10,7 @@
 
 #include "adapters/vst3/sdk-helpers/StringConvert.h"
 #include "adapters/vst3/sdk-helpers/StringListParameter.h"
+#include "framework/parameters/UnitType.h"
 #include "framework/plugin/ChunkedProcess.h"
 
 extern "C" Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback, int uniqueId);
@@ -21,6 +23,30 @@ namespace {
 template <typename Interface>
 bool asks(const TUID interfaceId) {
     return sameUid(interfaceId, Interface::iid);
+}
+
+// Switches and whole numbers move in steps of one, so that hosts show them as toggles and lists.
+int32 stepsOf(Ondra::IPluginParameter* property) {
+    const int unit = property->getUnitType();
+    if (unit != Ondra::kUnitSwitch && unit != Ondra::kUnitWhole) return 0;
+    return static_cast<int32>(std::max(0L, std::lround(property->getMaximum() - property->getMinimum())));
+}
+
+// The host's buffer of a channel, or `missing` where the bus has no such channel or no buffer.
+float* channelOr(const AudioBusBuffers& bus, int32 channel, float* missing) {
+    float* given = bus.numChannels > channel && bus.channelBuffers32 ? bus.channelBuffers32[channel] : nullptr;
+    return given ? given : missing;
+}
+
+// The output channels that came out entirely silent, which the host may then skip.
+uint64 silentChannels(const AudioBusBuffers& bus, int32 samples) {
+    uint64 flags = 0;
+    for (int32 c = 0; c < std::min<int32>(bus.numChannels, 64); ++c) {
+        const float* channel = bus.channelBuffers32 ? bus.channelBuffers32[c] : nullptr;
+        if (channel && std::all_of(channel, channel + samples, [](float x) { return x == 0.0f; }))
+            flags |= uint64{1} << c;
+    }
+    return flags;
 }
 }  // namespace
 
@@ -98,9 +124,10 @@ void Ondra_VST3::buildParameters() {
         if (isBypass) {
             bypassProperty = property;
             bypassParameterId = index;
+            shownBypass = property->normalizedFromValue();
         }
         auto wrapper = std::make_unique<OndraVST3Parameter>(property, static_cast<ParamID>(index), false,
-                                                            isBypass ? 1 : 0, isBypass);
+                                                            isBypass ? 1 : stepsOf(property), isBypass);
         property->addListener(wrapper.get(), false);
         property->addListener(this, false);
         parameters.addParameter(std::move(wrapper));
@@ -189,6 +216,18 @@ tresult Ondra_VST3::getState(IBStream* stream) {
 
 uint32 Ondra_VST3::getLatencySamples() { return static_cast<uint32>(latencySamples); }
 
+tresult Ondra_VST3::setBusArrangements(SpeakerArrangement* inputs, int32 numIns, SpeakerArrangement* outputs,
+                                       int32 numOuts) {
+    // The effect works in stereo: a mono input is doubled, a mono output takes the left channel.
+    auto monoOrStereo = [](const SpeakerArrangement* list, int32 count) {
+        return std::all_of(list, list + count,
+                           [](SpeakerArrangement a) { return a == SpeakerArr::kMono || a == SpeakerArr::kStereo; });
+    };
+    if (numIns < 0 || numOuts < 0 || (numIns > 0 && !inputs) || (numOuts > 0 && !outputs)) return kInvalidArgument;
+    if (!monoOrStereo(inputs, numIns) || !monoOrStereo(outputs, numOuts)) return kResultFalse;
+    return SingleComponentEffect::setBusArrangements(inputs, numIns, outputs, numOuts);
+}
+
 tresult Ondra_VST3::setupProcessing(ProcessSetup& newSetup) {
     if (!plugin) return kNotInitialized;
     if (newSetup.sampleRate != processSetup.sampleRate && newSetup.sampleRate > 0)
@@ -223,7 +262,7 @@ void Ondra_VST3::fillTransport(Ondra::OndraAudioBlock& block, const ProcessConte
 
 tresult Ondra_VST3::process(ProcessData& data) {
     if (!plugin) return kNotInitialized;
-    // 1: only the last point of each parameter queue counts.
+    // Only the last point of each parameter queue counts.
     if (IParameterChanges* changes = data.inputParameterChanges) {
         const int32 queues = changes->getParameterCount();
         for (int32 q = 0; q < queues; ++q) {
@@ -244,7 +283,7 @@ tresult Ondra_VST3::process(ProcessData& data) {
         }
     }
 
-    // 3-4: note events reach the plug-in before the block; this effect uses none.
+    // Note events reach the plug-in before the block; this effect uses none.
     if (IEventList* list = data.inputEvents) {
         const int32 count = list->getEventCount();
         for (int32 i = 0; i < count && events.size() < events.capacity(); ++i) {
@@ -274,24 +313,21 @@ tresult Ondra_VST3::process(ProcessData& data) {
         events.clear();
     }
 
-    // 2: the audio part needs output buses and, with inputs, input buses.
-    if (data.numOutputs < 1 || !data.outputs || (pluginInfo.inputPairs > 0 && (data.numInputs < 1 || !data.inputs))) {
-        plugin->endAutomationBlock();
-        return kResultOk;
-    }
+    // The audio part needs samples, output buses and, with inputs, input buses.
     const int32 n = data.numSamples;
-    if (n > processSetup.maxSamplesPerBlock || n > inputScratch.capacity) return kResultFalse;
-    if (n <= 0) {
-        plugin->endAutomationBlock();
+    if (n <= 0 || data.numOutputs < 1 || !data.outputs ||
+        (pluginInfo.inputPairs > 0 && (data.numInputs < 1 || !data.inputs))) {
+        applyQueuedChanges();
         return kResultOk;
     }
+    if (n > processSetup.maxSamplesPerBlock || n > inputScratch.capacity) return kResultFalse;
 
     Ondra::OndraAudioBlock block;
     const int32 inputs = std::min<int32>(data.numInputs, Ondra::OndraAudioBlock::kMaxPairs);
     for (int32 bus = 0; bus < inputs; ++bus) {
         const AudioBusBuffers& b = data.inputs[bus];
-        float* left = b.numChannels > 0 && b.channelBuffers32 && b.channelBuffers32[0] ? b.channelBuffers32[0] : inputScratch.left;
-        float* right = b.numChannels > 1 && b.channelBuffers32[1] ? b.channelBuffers32[1] : inputScratch.right;
+        float* left = channelOr(b, 0, inputScratch.left);
+        float* right = channelOr(b, 1, inputScratch.right);
         if (b.numChannels == 1) std::memcpy(inputScratch.right, left, static_cast<size_t>(n) * sizeof(float));
         block.in[bus].refer(left, right, n);
     }
@@ -299,13 +335,13 @@ tresult Ondra_VST3::process(ProcessData& data) {
     const int32 outputs = std::min<int32>(data.numOutputs, Ondra::OndraAudioBlock::kMaxPairs);
     for (int32 bus = 0; bus < outputs; ++bus) {
         const AudioBusBuffers& b = data.outputs[bus];
-        float* left = b.numChannels > 0 && b.channelBuffers32 && b.channelBuffers32[0] ? b.channelBuffers32[0] : outputScratch.left;
-        float* right = b.numChannels > 1 && b.channelBuffers32[1] ? b.channelBuffers32[1] : outputScratch.right;
+        float* left = channelOr(b, 0, outputScratch.left);
+        float* right = channelOr(b, 1, outputScratch.right);
         block.out[bus].refer(left, right, n);
     }
     block.outputCount = outputs;
 
-    // 5-10: transport, then the block in control chunks cut at the queued points.
+    // Transport, then the block in control chunks cut at the queued points.
     fillTransport(block, data.processContext);
     Ondra::ChunkingRules rules;
     rules.sliceAutomation = true;
@@ -313,12 +349,35 @@ tresult Ondra_VST3::process(ProcessData& data) {
     // Without a process context the beat arithmetic runs at a nominal 44.1 kHz.
     if (!data.processContext) rules.positionSampleRate = 44100.0f;
     Ondra::processInChunks(*plugin, block, n, rules);
+    for (int32 bus = 0; bus < data.numOutputs; ++bus)
+        data.outputs[bus].silenceFlags = silentChannels(data.outputs[bus], n);
     return kResultOk;
+}
+
+void Ondra_VST3::applyQueuedChanges() {
+    int32 none = 0;
+    plugin->beginAutomationBlock(Ondra::OndraAudioBlock{}, none);
+    plugin->sliceAutomation(none);
+    plugin->endAutomationBlock();
 }
 
 tresult Ondra_VST3::setComponentState(IBStream* state) { return setState(state); }
 
+void Ondra_VST3::parameterChanged(Ondra::IPluginParameter* property) {
+    if (property && property == bypassProperty) shownBypass = property->normalizedFromValue();
+}
+
+ParamValue Ondra_VST3::getParamNormalized(ParamID id) {
+    if (bypassProperty && static_cast<int32>(id) == bypassParameterId) return shownBypass;
+    return SingleComponentEffect::getParamNormalized(id);
+}
+
 tresult Ondra_VST3::setParamNormalized(ParamID id, ParamValue value) {
+    // The host's bypass is shown at once; the effect is bypassed when process brings it.
+    if (bypassProperty && static_cast<int32>(id) == bypassParameterId) {
+        shownBypass = std::clamp(value, 0.0, 1.0);
+        return kResultOk;
+    }
     // Ordinary parameters reach the plug-in through process and the editor only.
     if (static_cast<int32>(id) != kProgramListId || !plugin) return kResultOk;
     OndraVST3Parameter* wrapper = findWrapper(id);

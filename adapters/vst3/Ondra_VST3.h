@@ -1,4 +1,5 @@
 #pragma once
+#include <atomic>
 #include <vector>
 
 #include "adapters/vst3/OndraVST3Parameter.h"
@@ -44,12 +45,16 @@ public:
 
     // IAudioProcessor
     Steinberg::uint32 getLatencySamples() override;
+    // Mono or stereo on every bus; anything else is refused and the buses stay as they were.
+    Steinberg::tresult setBusArrangements(Steinberg::Vst::SpeakerArrangement* inputs, Steinberg::int32 numIns,
+                                          Steinberg::Vst::SpeakerArrangement* outputs, Steinberg::int32 numOuts) override;
     Steinberg::tresult setupProcessing(Steinberg::Vst::ProcessSetup& setup) override;
     Steinberg::tresult process(Steinberg::Vst::ProcessData& data) override;
     Steinberg::uint32 getTailSamples() override;
 
     // IEditController
     Steinberg::tresult setComponentState(Steinberg::IBStream* state) override;
+    Steinberg::Vst::ParamValue getParamNormalized(Steinberg::Vst::ParamID id) override;
     Steinberg::tresult setParamNormalized(Steinberg::Vst::ParamID id, Steinberg::Vst::ParamValue value) override;
 
     // IUnitInfo
@@ -101,8 +106,9 @@ public:
     int getPluginType() override { return 2; }
     void updateDisplay() override;
 
-    // ParameterChangeListener: the wrappers keep the host's values; nothing to do here.
-    void parameterChanged(Ondra::IPluginParameter*) override {}
+    // ParameterChangeListener: the wrappers keep the host's values; the controller's bypass follows
+    // the effect's.
+    void parameterChanged(Ondra::IPluginParameter* property) override;
 
     Ondra::OndraOS* getPlugin() const { return plugin; }
 
@@ -113,6 +119,8 @@ private:
     // The wrapper of a plug-in parameter; null for unknown ids and the adapter's own list parameters.
     OndraVST3Parameter* findWrapper(Steinberg::Vst::ParamID id) const;
     void fillTransport(Ondra::OndraAudioBlock& block, const Steinberg::Vst::ProcessContext* context);
+    // A call without audio still delivers its parameter changes, at once.
+    void applyQueuedChanges();
 
     Ondra::OndraOS* plugin = nullptr;
     Ondra::OndraPluginInfo pluginInfo{};
@@ -122,6 +130,9 @@ private:
     Ondra::ParameterProperty programChangeProperty;
     Ondra::IPluginParameter* bypassProperty = nullptr;
     Steinberg::int32 bypassParameterId = kMasterBypassId;
+    // The bypass as the controller shows it: set by the host without reaching the effect, and
+    // following the effect's bypass whenever that changes (processing, editor, a loaded state).
+    std::atomic<double> shownBypass{0};
     int latencySamples = 0;
     Steinberg::int32 midiParameterIds[2080] = {};
     Ondra::StereoBuffer inputScratch, outputScratch;

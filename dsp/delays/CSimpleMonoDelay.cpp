@@ -5,6 +5,12 @@
 namespace DSP::DELAY {
 
 void CSimpleMonoDelay::setDelaySamples(int samples) {
+    setSamples = std::max(samples, 0);
+    setRate = sampleRate;
+    resize(setSamples);
+}
+
+void CSimpleMonoDelay::resize(int samples) {
     if (samples < 0) samples = 0;
     delaySamples = samples;
     if (samples > capacity && samples > 0) {
@@ -20,9 +26,8 @@ void CSimpleMonoDelay::setSampleRate(float rate) {
         sampleRate = rate;
         return;
     }
-    // The delay keeps its length in time; each change truncates.
-    const float q = rate / sampleRate;
-    setDelaySamples(static_cast<int>(static_cast<float>(delaySamples) * q));
+    // The delay keeps its length in time, truncated to whole samples.
+    if (setRate > 0) resize(static_cast<int>(static_cast<float>(setSamples) * (rate / setRate)));
     sampleRate = rate;
 }
 

@@ -25,10 +25,16 @@ public:
 private:
     static constexpr int kPiece = 64;
 
+    void resize(int samples);
+
     std::unique_ptr<float[]> buffer;
     int position = 0;
     int bufferLength = 0;
     int delaySamples = 0;
+    // The length as last set and the rate it was set at: every rate change scales from these, so
+    // that a way there and back ends where it began.
+    int setSamples = 0;
+    float setRate = 0;
     int capacity = 0;
     float feedback = 0;
 };

@@ -23,20 +23,26 @@ void CVibrato::setParam(int index, float value) {
             lfo.setRate(value);
             gateTarget = value <= 0.0101f ? 0.0f : 1.0f;
             break;
-        case 3: {
+        case 3:
             depthSetting = value;
-            const float c = std::clamp(value, 0.0f, 1.0f);
-            // The square makes the control fine near 0; full depth swings the delay over 50 ms.
-            depthTarget = std::min(65526.0f, static_cast<float>(static_cast<int>(0.05f * sampleRate * c * c)) * 0.5f);
+            deriveDepth();
             break;
-        }
         default: break;
     }
 }
 
+// The depth is a time: the square makes the control fine near 0, and full depth swings the delay
+// over 50 ms at any sample rate.
+void CVibrato::deriveDepth() {
+    const float c = depthSetting > 0.0f ? std::min(depthSetting, 1.0f) : 0.0f;
+    depthTarget = std::min(65526.0f, static_cast<float>(static_cast<int>(0.05f * sampleRate * c * c)) * 0.5f);
+}
+
 void CVibrato::setSampleRate(float rate) {
+    if (!(rate > 0)) return;
     sampleRate = rate;
     lfo.setSampleRate(rate);
+    deriveDepth();
 }
 
 void CVibrato::reset() {

@@ -25,6 +25,7 @@ public:
     bool isActive() const { return depthTarget != 0.0f || depthCurrent > 1e-6f || delay > 1e-6f; }
 
 private:
+    void deriveDepth();
     CLfoGenerator lfo;
     float bufferL[kBufferSize] = {};
     float bufferR[kBufferSize] = {};

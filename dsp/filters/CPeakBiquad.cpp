@@ -68,7 +68,10 @@ void CPeakBiquad::update() {
         return;
     designed = true;
     last = Design{sampleRate, type, frequency, q, gainDb, bandwidthMode};
-    const double f = std::clamp(static_cast<double>(frequency), 5.0, 20000.0);
+    // Near half the sample rate the bandwidth form's sinh overflows; 20 kHz keeps the same distance
+    // from it at every rate.
+    const double highest = std::min(20000.0, sampleRate * (20000.0 / 44100.0));
+    const double f = std::clamp(static_cast<double>(frequency), 5.0, std::max(highest, 5.0));
     const double w = 2.0 * std::numbers::pi * (std::isnan(f) ? 1000.0 : f) / sampleRate;
     const double qValue = q > kMinimumQ ? static_cast<double>(q) : kMinimumQ;
     const Section section = cookbook(type, w, qValue, gainDb, bandwidthMode != 0);

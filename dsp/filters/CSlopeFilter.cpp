@@ -84,15 +84,26 @@ void CSlopeFilter::setType(unsigned value) {
     selectCoefficients();
 }
 
+double CSlopeFilter::limitedCutoff() const {
+    return std::clamp(wantedCutoff, std::max(kMinCutoff, std::floor(sampleRate * kMinCutoffPerRate)), kMaxCutoff);
+}
+
+void CSlopeFilter::clearDesigns() {
+    clearCache();
+    selectCoefficients();
+}
+
 void CSlopeFilter::setCutoff(double hertz) {
     if (std::isnan(hertz)) return;
-    cutoff = std::clamp(std::floor(hertz), kMinCutoff, kMaxCutoff);
+    wantedCutoff = std::floor(hertz);
+    cutoff = limitedCutoff();
     selectCoefficients();
 }
 
 void CSlopeFilter::setSampleRate(double hertz) {
     if (!(hertz > 0.0) || hertz == sampleRate || std::isinf(hertz)) return;
     sampleRate = hertz;
+    cutoff = limitedCutoff();
     clearCache();
     selectCoefficients();
 }

@@ -14,6 +14,9 @@ public:
     static constexpr int kMaxStages = 12;
     static constexpr double kMinCutoff = 10.0;
     static constexpr double kMaxCutoff = 22000.0;
+    // Below this fraction of the sample rate the cascades' poles sit so close to 1 that the
+    // float-rounded all-pass no longer matches them: the complementary high-pass would fall apart.
+    static constexpr double kMinCutoffPerRate = 1.0 / 9600.0;
 
     explicit CSlopeFilter(int maxOrder);
     CSlopeFilter(const CSlopeFilter&) = delete;
@@ -23,8 +26,13 @@ public:
     void setSlope(int dbPerOctave);
     // 0 low-pass, 1 high-pass.
     void setType(unsigned type);
+    // Limited to kMinCutoff .. kMaxCutoff and to what the sample rate allows; the wish is kept, so
+    // that a later rate change limits it anew.
     void setCutoff(double hertz);
     void setSampleRate(double hertz);
+    // Forgets every cached design. A bin holds the design of the first cutoff that visited it, so
+    // the sound of a sweep depends on the cutoffs since the last clear.
+    void clearDesigns();
     void process(const float* in, float* out, unsigned count);
     void reset();
     // Decibel response of the series path.
@@ -63,12 +71,14 @@ private:
 
     void clearCache();
     void selectCoefficients();
+    double limitedCutoff() const;
 
     CBiquadCascade lowA;
     CBiquadCascade lowB;
     CBiquadCascade allPass;
     double sampleRate = 44100.0;
     double cutoff = 1000.0;
+    double wantedCutoff = 1000.0;
     int maxOrder;
     int order;
     unsigned type = 0;

@@ -28,8 +28,8 @@ TEST(EffectAudio, LatencyFollowsTheSampleRateAndIsReported) {
     EXPECT_EQ(harness.callback.reportedLatency, 221);
     harness.effect->setSampleRate(48000);
     EXPECT_EQ(harness.callback.reportedLatency, 240);
-    harness.effect->setSampleRate(44100);  // each change truncates: the way back loses a sample
-    EXPECT_EQ(harness.callback.reportedLatency, 220);
+    harness.effect->setSampleRate(44100);  // the way back ends where it began
+    EXPECT_EQ(harness.callback.reportedLatency, 221);
     EffectHarness high(96000);
     EXPECT_EQ(high.callback.reportedLatency, 481);
     EXPECT_EQ(high.effect->getInitialDelay(), 481);

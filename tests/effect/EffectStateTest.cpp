@@ -21,8 +21,8 @@ std::vector<uint8_t> chunkOf(CZonfra& effect) {
     return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
 }
 
-void load(CZonfra& effect, std::vector<uint8_t> block) {  // by value: reading changes the block
-    effect.setChunk(block.data(), static_cast<int>(block.size()));
+bool load(CZonfra& effect, std::vector<uint8_t> block) {  // by value: reading changes the block
+    return effect.setChunk(block.data(), static_cast<int>(block.size()));
 }
 
 // Builds a chunk by hand from records, as another version of the product might write it.
@@ -183,16 +183,33 @@ TEST(EffectState, LinkAmountsGoWhenTheirSwitchIsOff) {
     EXPECT_FLOAT_EQ(harness.effect->getParameter(kFreqModLinkFreqPercent)->getValue(), 0.5f);
 }
 
-TEST(EffectState, CorruptCompressedDataResetsToDefaults) {
+// A block that does not unpack to its stated size is refused whole: nothing the user had is lost.
+TEST(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
     EffectHarness harness;
     harness.set(kLowPassFreq, 500);
-    std::vector<uint8_t> block = chunkOf(*harness.effect);
-    for (size_t i = 50; i < block.size(); ++i) block[i] = static_cast<uint8_t>(i * 7);
-    load(*harness.effect, block);
-    for (int id = 0; id < kZonfraParameterCount; ++id) {
-        Ondra::IPluginParameter* p = harness.effect->getParameter(id);
-        EXPECT_FLOAT_EQ(p->getValue(), std::clamp(p->getDefault(), p->getMinimum(), p->getMaximum())) << id;
+    harness.set(kRingModStrength, 0.3f);
+    const std::vector<uint8_t> good = chunkOf(*harness.effect);
+    constexpr size_t kBodyStart = 44, kPlainSizeField = 40;
+    std::vector<std::vector<uint8_t>> damaged;
+    for (size_t i = kBodyStart; i < good.size(); ++i) {
+        damaged.push_back(good);
+        damaged.back()[i] ^= static_cast<uint8_t>(1u << (i % 8));
     }
+    damaged.push_back(good);
+    damaged.back()[kPlainSizeField] ^= 1;
+    damaged.emplace_back(good.begin(), good.end() - 1);
+    // A few flips only move where deflate copies a run of equal bytes from: those unpack to the very
+    // same records and may load. Every other damage is refused.
+    size_t refused = 0;
+    for (size_t k = 0; k < damaged.size(); ++k) {
+        refused += load(*harness.effect, damaged[k]) ? 0 : 1;
+        ASSERT_EQ(chunkOf(*harness.effect), good) << k;
+    }
+    EXPECT_GT(refused, damaged.size() * 97 / 100);
+    EXPECT_FALSE(load(*harness.effect, damaged[damaged.size() - 1]));  // cut
+    EXPECT_FALSE(load(*harness.effect, damaged[damaged.size() - 2]));  // wrong size
+    EXPECT_TRUE(load(*harness.effect, good));
+    EXPECT_EQ(chunkOf(*harness.effect), good);
 }
 
 TEST(EffectState, OneNotificationPerParameterAfterALoad) {

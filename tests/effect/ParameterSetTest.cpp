@@ -81,7 +81,7 @@ TEST_F(ParameterSet, FormattersAToH) {
     const char* shapes[] = {"Sine", "Triangle", "Saw", "Dbl Sine", "Mod. Sine", "Square", ""};
     for (int s = 0; s <= 6; ++s) EXPECT_EQ(display(row(21), static_cast<float>(s)), shapes[s]);
     EXPECT_EQ(display(row(25), 29), "Host");
-    EXPECT_EQ(display(row(25), 29.99f), "Host");
+    EXPECT_EQ(display(row(25), 29.99f), "30");  // the effect reads it as 30: the first host step
     EXPECT_EQ(display(row(25), 30), "30");
     EXPECT_EQ(display(row(28), 0), "pre Filter");
     EXPECT_EQ(display(row(32), 1), "post Filter");

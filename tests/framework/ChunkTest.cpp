@@ -119,14 +119,19 @@ TEST(COndraChunk, EmptyNameIsNoNameAndLongNamesAreRefused) {
     EXPECT_STREQ(reader.getPresetName(), "");
 }
 
-TEST(COndraChunk, CorruptZlibGivesAnEmptyIndexNotAFailure) {
+TEST(COndraChunk, ABodyThatDoesNotUnpackToItsStatedSizeIsRefused) {
     COndraChunk writer = effectChunk();
     writer.addChunk("Data", "some text that compresses");
-    std::vector<uint8_t> block = finished(writer);
-    for (size_t i = 44; i < block.size(); ++i) block[i] ^= 0x5A;
-    COndraChunk reader = effectChunk();
-    EXPECT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
-    EXPECT_EQ(reader.getRecordsRead(), 0);
+    const std::vector<uint8_t> good = finished(writer);
+    std::vector<uint8_t> garbled = good, longer = good, shorter = good;
+    for (size_t i = 44; i < garbled.size(); ++i) garbled[i] ^= 0x5A;
+    longer[40] += 1;   // stated plain size
+    shorter[40] -= 1;
+    for (std::vector<uint8_t>* block : {&garbled, &longer, &shorter}) {
+        COndraChunk reader = effectChunk();
+        EXPECT_EQ(reader.read(block->data(), static_cast<int>(block->size())), 2);
+        EXPECT_EQ(reader.getRecordsRead(), 0);
+    }
 }
 
 TEST(COndraChunk, RandomCorruptionNeverCrashes) {

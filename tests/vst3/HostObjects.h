@@ -91,6 +91,12 @@ public:
         index = getParameterCount() - 1;
         return &queues.back();
     }
+    // One point for one parameter, in a queue of its own.
+    Changes& add(ParamID id, ParamValue value, int32 offset = 0) {
+        int32 index = 0;
+        addParameterData(id, index)->addPoint(offset, value, index);
+        return *this;
+    }
     std::vector<Queue> queues;
 };
 

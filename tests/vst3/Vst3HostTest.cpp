@@ -161,46 +161,56 @@ TEST_F(Vst3Host, ContextlessBlocksAndOversizedBlocks) {
     EXPECT_EQ(big[0], 0.1f);  // nothing processed
 }
 
-TEST_F(Vst3Host, StateRoundTripThroughAStream) {
-    MemoryStream stream;
-    {
-        Instance source(module);
-        Changes changes;
-        int32 index = 0;
-        changes.addParameterData(1, index)->addPoint(0, 0.3, index);
-        changes.addParameterData(20, index)->addPoint(0, 0.7, index);
-        std::vector<float> l(128, 0.0f), r = l;
-        source.run(l.data(), r.data(), 128, &changes);
-        ASSERT_EQ(source.component->getState(&stream), kResultOk);
-    }
+TEST_F(Vst3Host, StateRoundTripsWithAndWithoutProcessingBetween) {
+    Instance source(module);
+    std::vector<float> l = sine(512, 440), r = l;
+    Changes changes;
+    source.run(l.data(), r.data(), 512, &changes.add(1, 0.3).add(20, 0.7));
+    const std::vector<char> saved = source.state();
+    ASSERT_EQ(source.lastResult, kResultOk);
     int32 size = 0;
-    std::memcpy(&size, stream.bytes.data(), 4);
-    EXPECT_EQ(static_cast<size_t>(size) + 8, stream.bytes.size());
-    EXPECT_EQ(std::memcmp(stream.bytes.data() + 8, "MMK-zonfra-Preset", 17), 0);
-    stream.position = 0;
+    std::memcpy(&size, saved.data(), 4);
+    EXPECT_EQ(static_cast<size_t>(size) + 8, saved.size());
+    EXPECT_EQ(std::memcmp(saved.data() + 8, "MMK-zonfra-Preset", 17), 0);
+    EXPECT_EQ(source.state(), saved);
+
     Instance target(module);
-    ASSERT_EQ(target.component->setState(&stream), kResultOk);
-    EXPECT_NEAR(target.controller->getParamNormalized(1), 0.3, 1e-6);
+    ASSERT_EQ(target.load(saved), kResultOk);
     EXPECT_NEAR(target.controller->getParamNormalized(20), 0.7, 1e-6);
-    MemoryStream shortStream;
-    shortStream.bytes = {1, 2, 3};
-    EXPECT_EQ(target.component->setState(&shortStream), kResultFalse);
+    EXPECT_EQ(target.state(), saved);
+    Changes other;
+    for (int b = 0; b < 8; ++b) target.run(l.data(), r.data(), 512, b == 0 ? &other.add(1, 0.9) : nullptr);
+    ASSERT_NE(target.state(), saved);
+    ASSERT_EQ(target.load(saved), kResultOk);
+    EXPECT_EQ(target.state(), saved);
+    EXPECT_NEAR(target.controller->getParamNormalized(1), 0.3, 1e-6);
+
+    EXPECT_EQ(target.load({1, 2, 3}), kResultFalse);
     EXPECT_EQ(target.component->setState(nullptr), kResultOk);
 }
 
-TEST_F(Vst3Host, TerminateThenInitializeMakesANewEffect) {
+TEST_F(Vst3Host, LifecycleRoundsEndInANewEffect) {
     Instance plugin(module);
     Changes changes;
-    int32 index = 0;
-    changes.addParameterData(1, index)->addPoint(0, 0.3, index);
-    std::vector<float> l(128, 0.0f), r = l;
-    plugin.run(l.data(), r.data(), 128, &changes);
+    std::vector<float> l = sine(512, 440), r = l;
+    plugin.run(l.data(), r.data(), 512, &changes.add(1, 0.3));
     EXPECT_NEAR(plugin.controller->getParamNormalized(1), 0.3, 1e-6);
-    plugin.component->terminate();
-    EXPECT_EQ(plugin.controller->getParameterCount(), 0);
-    ASSERT_EQ(plugin.component->initialize(nullptr), kResultOk);
+    for (int round = 0; round < 3; ++round) {
+        ASSERT_EQ(plugin.component->setActive(false), kResultOk);
+        ProcessSetup setup{kRealtime, kSample32, 512, 48000};
+        ASSERT_EQ(plugin.processor->setupProcessing(setup), kResultOk);
+        ASSERT_EQ(plugin.component->setActive(true), kResultOk);
+        ASSERT_EQ(plugin.component->setActive(false), kResultOk);
+        ASSERT_EQ(plugin.component->terminate(), kResultOk);
+        EXPECT_EQ(plugin.controller->getParameterCount(), 0);
+        ASSERT_EQ(plugin.component->initialize(nullptr), kResultOk);
+    }
     EXPECT_EQ(plugin.controller->getParameterCount(), 49);
     EXPECT_NEAR(plugin.controller->getParamNormalized(1), 1.0, 1e-6);  // a fresh effect: LowPass wide open
+    plugin.component->setActive(true);
+    plugin.run(l.data(), r.data(), 512);
+    EXPECT_EQ(plugin.lastResult, kResultOk);
+    EXPECT_TRUE(std::isfinite(l[511]));
 }
 
 TEST_F(Vst3Host, ParameterTextsAndConversions) {
@@ -233,10 +243,17 @@ TEST_F(Vst3Host, ProcessAllocatesNothing) {
     context.tempo = 120;
     std::vector<float> l = sine(512, 440), r = l;
     plugin.run(l.data(), r.data(), 512, nullptr, &context);
+    // Calls without audio hand their changes over at once, from the same queue.
+    Changes alone[2];
+    alone[0].add(2, 0.2);
+    alone[1].add(2, 0.8);
     TestSupport::AllocationScope scope;
     for (int b = 0; b < 20; ++b) {
         context.projectTimeSamples += 512;
         plugin.run(l.data(), r.data(), 512, b % 2 ? &changes : nullptr, &context);
+        ProcessData none{};
+        none.inputParameterChanges = &alone[b % 2];
+        plugin.processor->process(none);
     }
     EXPECT_EQ(scope.allocations(), 0u);
 }

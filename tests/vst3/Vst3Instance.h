@@ -93,6 +93,26 @@ struct Instance {
         lastResult = processor->process(data);
     }
 
+    // What a host does to change the sample rate or block size of a running instance.
+    tresult reconfigure(double rate, int32 maxBlock) {
+        component->setActive(false);
+        ProcessSetup setup{kRealtime, kSample32, maxBlock, rate};
+        const tresult result = processor->setupProcessing(setup);
+        component->setActive(true);
+        return result;
+    }
+
+    std::vector<char> state() {
+        MemoryStream stream;
+        lastResult = component->getState(&stream);
+        return stream.bytes;
+    }
+    tresult load(const std::vector<char>& bytes) {
+        MemoryStream stream;
+        stream.bytes = bytes;
+        return component->setState(&stream);
+    }
+
     int32 findParameter(const char* title, ParameterInfo* found = nullptr) {
         for (int32 i = 0; i < controller->getParameterCount(); ++i) {
             ParameterInfo info{};

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 // The record a VST 2.4 host receives from the entry point, declared for Linux x86_64 hosts. Every
@@ -23,6 +24,7 @@ using AEffectGetParameterProc = float (*)(AEffect* effect, VstInt32 index);
 
 // "VstP" read as a big-endian number.
 constexpr VstInt32 kEffectMagic = 0x56737450;
+static_assert(kEffectMagic == ('V' << 24 | 's' << 16 | 't' << 8 | 'P'));
 
 struct AEffect {
     VstInt32 magic;
@@ -49,6 +51,27 @@ struct AEffect {
     AEffectProcessDoubleProc processDoubleReplacing;
     char future[56];
 };
+static_assert(offsetof(AEffect, magic) == 0);
+static_assert(offsetof(AEffect, dispatcher) == 8);
+static_assert(offsetof(AEffect, process) == 16);
+static_assert(offsetof(AEffect, setParameter) == 24);
+static_assert(offsetof(AEffect, getParameter) == 32);
+static_assert(offsetof(AEffect, numPrograms) == 40);
+static_assert(offsetof(AEffect, numParams) == 44);
+static_assert(offsetof(AEffect, numInputs) == 48);
+static_assert(offsetof(AEffect, numOutputs) == 52);
+static_assert(offsetof(AEffect, flags) == 56);
+static_assert(offsetof(AEffect, resvd1) == 64);
+static_assert(offsetof(AEffect, resvd2) == 72);
+static_assert(offsetof(AEffect, initialDelay) == 80);
+static_assert(offsetof(AEffect, ioRatio) == 92);
+static_assert(offsetof(AEffect, object) == 96);
+static_assert(offsetof(AEffect, user) == 104);
+static_assert(offsetof(AEffect, uniqueID) == 112);
+static_assert(offsetof(AEffect, version) == 116);
+static_assert(offsetof(AEffect, processReplacing) == 120);
+static_assert(offsetof(AEffect, processDoubleReplacing) == 128);
+static_assert(sizeof(AEffect) == 192);
 
 enum EffectFlags : VstInt32 {
     effFlagsHasEditor = 1 << 0,

@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -10,5 +12,7 @@ struct ERect {
     VstInt16 bottom;
     VstInt16 right;
 };
+static_assert(offsetof(ERect, right) == 6);
+static_assert(sizeof(ERect) == 8);
 
 }  // namespace Vst2

@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -13,6 +15,7 @@ struct VstEvent {
     VstInt32 flags;
     char data[16];
 };
+static_assert(sizeof(VstEvent) == 32);
 
 struct VstMidiEvent {
     VstInt32 type;  // kVstMidiType
@@ -27,6 +30,8 @@ struct VstMidiEvent {
     char reserved1;
     char reserved2;
 };
+static_assert(offsetof(VstMidiEvent, midiData) == 24);
+static_assert(sizeof(VstMidiEvent) == 32);
 
 // A host-owned list of event pointers; the array really holds `numEvents` entries.
 struct VstEvents {
@@ -34,5 +39,6 @@ struct VstEvents {
     VstIntPtr reserved;
     VstEvent* events[2];
 };
+static_assert(offsetof(VstEvents, events) == 16);
 
 }  // namespace Vst2

@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -23,6 +25,12 @@ struct VstParameterProperties {
     char categoryLabel[kVstMaxCategLabelLen];
     char future[16];
 };
+static_assert(offsetof(VstParameterProperties, label) == 12);
+static_assert(offsetof(VstParameterProperties, flags) == 76);
+static_assert(offsetof(VstParameterProperties, shortLabel) == 96);
+static_assert(offsetof(VstParameterProperties, displayIndex) == 104);
+static_assert(offsetof(VstParameterProperties, categoryLabel) == 112);
+static_assert(sizeof(VstParameterProperties) == 152);
 
 enum VstParameterFlags : VstInt32 {
     kVstParameterIsSwitch = 1 << 0,

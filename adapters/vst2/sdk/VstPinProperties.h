@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -11,6 +13,9 @@ struct VstPinProperties {
     char shortLabel[kVstMaxShortLabelLen];
     char future[48];
 };
+static_assert(offsetof(VstPinProperties, flags) == 64);
+static_assert(offsetof(VstPinProperties, arrangementType) == 68);
+static_assert(sizeof(VstPinProperties) == 128);
 
 enum VstPinPropertiesFlags : VstInt32 {
     kVstPinIsActive = 1 << 0,

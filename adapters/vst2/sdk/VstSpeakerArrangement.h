@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -12,6 +14,7 @@ struct VstSpeakerProperties {
     VstInt32 type;
     char future[28];
 };
+static_assert(sizeof(VstSpeakerProperties) == 112);
 
 // A bus layout; `speakers` really holds `numChannels` entries.
 struct VstSpeakerArrangement {
@@ -19,6 +22,8 @@ struct VstSpeakerArrangement {
     VstInt32 numChannels;
     VstSpeakerProperties speakers[8];
 };
+static_assert(offsetof(VstSpeakerArrangement, speakers) == 8);
+static_assert(sizeof(VstSpeakerArrangement) == 904);
 
 enum VstSpeakerArrangementType : VstInt32 {
     kSpeakerArrUserDefined = -2,

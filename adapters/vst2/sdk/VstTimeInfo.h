@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -20,6 +22,12 @@ struct VstTimeInfo {
     VstInt32 samplesToNextClock;
     VstInt32 flags;  // VstTimeInfoFlags
 };
+static_assert(offsetof(VstTimeInfo, ppqPos) == 24);
+static_assert(offsetof(VstTimeInfo, tempo) == 32);
+static_assert(offsetof(VstTimeInfo, barStartPos) == 40);
+static_assert(offsetof(VstTimeInfo, timeSigNumerator) == 64);
+static_assert(offsetof(VstTimeInfo, flags) == 84);
+static_assert(sizeof(VstTimeInfo) == 88);
 
 enum VstTimeInfoFlags : VstInt32 {
     kVstTransportChanged = 1,

@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst3/sdk/Vst3Types.h"
 
 namespace Steinberg {
@@ -45,6 +47,7 @@ struct PFactoryInfo {
     char8 email[128];
     int32 flags;
 };
+static_assert(sizeof(PFactoryInfo) == 452);
 
 struct PClassInfo {
     enum : int32 { kManyInstances = 0x7FFFFFFF };
@@ -53,6 +56,7 @@ struct PClassInfo {
     char8 category[32];
     char8 name[64];
 };
+static_assert(sizeof(PClassInfo) == 116);
 
 struct PClassInfo2 {
     TUID cid;
@@ -65,6 +69,8 @@ struct PClassInfo2 {
     char8 version[64];
     char8 sdkVersion[64];
 };
+static_assert(offsetof(PClassInfo2, classFlags) == 116);
+static_assert(sizeof(PClassInfo2) == 440);
 
 struct PClassInfoW {
     TUID cid;
@@ -77,6 +83,7 @@ struct PClassInfoW {
     char16 version[64];
     char16 sdkVersion[64];
 };
+static_assert(sizeof(PClassInfoW) == 696);
 
 class IPluginFactory : public FUnknown {
 public:

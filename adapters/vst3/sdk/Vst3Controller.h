@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst3/sdk/Vst3Base.h"
 #include "adapters/vst3/sdk/Vst3View.h"
 
@@ -24,6 +26,9 @@ struct ParameterInfo {
     UnitID unitId;
     int32 flags;
 };
+static_assert(offsetof(ParameterInfo, stepCount) == 772);
+static_assert(offsetof(ParameterInfo, defaultNormalizedValue) == 776);
+static_assert(sizeof(ParameterInfo) == 792);
 
 struct UnitInfo {
     UnitID id;
@@ -31,6 +36,7 @@ struct UnitInfo {
     String128 name;
     ProgramListID programListId;
 };
+static_assert(sizeof(UnitInfo) == 268);
 
 struct ProgramListInfo {
     ProgramListID id;

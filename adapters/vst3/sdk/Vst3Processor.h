@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst3/sdk/Vst3Base.h"
 
 namespace Steinberg::Vst {
@@ -12,6 +14,7 @@ struct BusInfo {
     BusType busType;
     uint32 flags;
 };
+static_assert(sizeof(BusInfo) == 276);
 
 struct RoutingInfo {
     MediaType mediaType;
@@ -27,6 +30,8 @@ struct AudioBusBuffers {
         Sample64** channelBuffers64;
     };
 };
+static_assert(offsetof(AudioBusBuffers, silenceFlags) == 8);
+static_assert(sizeof(AudioBusBuffers) == 24);
 
 struct Chord {
     uint8 keyNote;
@@ -72,6 +77,9 @@ struct ProcessContext {
     FrameRate frameRate;
     int32 samplesToNextClock;
 };
+static_assert(offsetof(ProcessContext, sampleRate) == 8);
+static_assert(offsetof(ProcessContext, tempo) == 72);
+static_assert(sizeof(ProcessContext) == 112);
 
 struct NoteOnEvent {
     int16 channel;
@@ -128,6 +136,9 @@ struct Event {
         } noteExpressionText;
     };
 };
+static_assert(offsetof(Event, type) == 18);
+static_assert(offsetof(Event, noteOn) == 24);
+static_assert(sizeof(Event) == 48);
 
 class IEventList : public FUnknown {
 public:
@@ -169,6 +180,7 @@ struct ProcessSetup {
     int32 maxSamplesPerBlock;
     SampleRate sampleRate;
 };
+static_assert(sizeof(ProcessSetup) == 24);
 
 struct ProcessData {
     int32 processMode;
@@ -184,6 +196,9 @@ struct ProcessData {
     IEventList* outputEvents;
     ProcessContext* processContext;
 };
+static_assert(offsetof(ProcessData, inputs) == 24);
+static_assert(offsetof(ProcessData, processContext) == 72);
+static_assert(sizeof(ProcessData) == 80);
 
 class IComponent : public IPluginBase {
 public:

@@ -49,6 +49,9 @@ constexpr Uid makeUid(uint32 l1, uint32 l2, uint32 l3, uint32 l4) {
     return uid;
 }
 
+static_assert(makeUid(0x01020304, 0, 0, 0x0A0B0C0D).bytes[0] == 1 && makeUid(0x01020304, 0, 0, 0).bytes[3] == 4 &&
+              makeUid(0, 0, 0, 0x0A0B0C0D).bytes[12] == 0x0A && makeUid(0, 0, 0, 0x0A0B0C0D).bytes[15] == 0x0D);
+
 inline bool sameUid(const char* a, const Uid& b) { return a && std::memcmp(a, b.bytes, 16) == 0; }
 
 namespace Vst {

@@ -1,4 +1,6 @@
 #pragma once
+#include <cstddef>
+
 #include "adapters/vst3/sdk/Vst3Base.h"
 
 namespace Steinberg {
@@ -9,6 +11,7 @@ struct ViewRect {
     int32 right;
     int32 bottom;
 };
+static_assert(sizeof(ViewRect) == 16);
 
 // The platform type of a parent window on Linux.
 constexpr FIDString kPlatformTypeX11EmbedWindowID = "X11EmbedWindowID";

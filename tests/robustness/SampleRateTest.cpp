@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "dsp/filters/CPeakBiquad.h"
+#include "dsp/filters/CSlopeFilter.h"
+#include "effect/EffectHarness.h"
+#include "robustness/Setups.h"
+
+using TestSupport::NamedState;
+
+namespace {
+// Every rate a host offers, and a few no host should.
+const double kRates[] = {8000,  11025, 16000,  22050,  24000,  32000,  44100,  48000,
+                         88200, 96000, 176400, 192000, 384000, 768000, 1234, 1200000};
+
+bool allFinite(const std::vector<float>& samples) {
+    for (float s : samples)
+        if (!std::isfinite(s)) return false;
+    return true;
+}
+}  // namespace
+
+TEST(SampleRates, EverySetupGivesFiniteSoundAtEveryRate) {
+    const std::vector<NamedState> setups = TestSupport::everySetup();
+    ASSERT_GT(setups.size(), 100u);
+    for (double rate : kRates) {
+        EffectHarness harness(static_cast<float>(rate), 512);
+        harness.effect->reset();
+        for (const NamedState& setup : setups) {
+            ASSERT_TRUE(TestSupport::loadState(*harness.effect, setup)) << setup.name;
+            std::vector<float> left, right;
+            // Long enough to come out past the look-ahead at every rate.
+            TestSupport::testSignal(left, right, static_cast<size_t>(rate * 0.03) + 2048, rate);
+            harness.run(left, right, 512);
+            ASSERT_TRUE(allFinite(left) && allFinite(right)) << setup.name << " at " << rate << " Hz";
+        }
+    }
+}
+
+// The low-pass reaches its cutoff wherever the rate has room for it; the complementary high-pass
+// keeps its shape however high the rate; the resonance section stays stable up to its limit.
+TEST(SampleRates, FiltersHoldTheirFrequenciesInsideWhatTheRateAllows) {
+    for (double rate : kRates) {
+        SCOPED_TRACE(rate);
+        DSP::CSlopeFilter lowPass(8);
+        lowPass.setSampleRate(rate);
+        lowPass.setSlope(96);
+        const double cutoff = std::min(1000.0, std::floor(rate * 0.3));
+        lowPass.setCutoff(cutoff);
+        double atCutoff = 0;
+        lowPass.response(&cutoff, &atCutoff, 1);
+        EXPECT_NEAR(atCutoff, -6.02, 0.05);  // two Butterworths in series, -3 dB each
+
+        DSP::CSlopeFilter highPass(8);
+        highPass.setType(1);
+        highPass.setSampleRate(rate);
+        highPass.setSlope(96);
+        highPass.setCutoff(20);
+        EXPECT_EQ(highPass.getCutoff(), std::max(20.0, std::floor(rate / 9600.0)));
+        std::vector<float> left, right, out(1 << 16);
+        TestSupport::testSignal(left, right, out.size(), rate);
+        highPass.process(left.data(), out.data(), static_cast<unsigned>(out.size()));
+        double in = 0, passed = 0;
+        for (size_t i = out.size() / 2; i < out.size(); ++i) {
+            in += static_cast<double>(left[i]) * left[i];
+            passed += static_cast<double>(out[i]) * out[i];
+        }
+        EXPECT_NEAR(std::sqrt(passed / in), 1.0, 0.05);
+
+        for (float frequency : {18000.0f, 1e6f}) {
+            DSP::CPeakBiquad peak;
+            peak.sampleRate = rate;
+            peak.set(6, frequency, 1.5f, 24, true);
+            EXPECT_TRUE(std::isfinite(peak.b0) && std::isfinite(peak.b1) && std::isfinite(peak.b2));
+            EXPECT_LT(std::fabs(peak.a2), 1.0);
+            EXPECT_LT(std::fabs(peak.a1), 1.0 + peak.a2);
+        }
+    }
+}
