@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -52,18 +53,17 @@ void drawSlopeColumn(Painter& p, const CPoint& leds, const char* title) {
 // A low-pass and a high-pass curve crossing: the mark of the filter column.
 void drawFilterEmblem(Painter& p, const CRect& r) {
     p.line(CPoint(r.left, r.bottom - 0.5), CPoint(r.right, r.bottom - 0.5), CColor{255, 255, 255, 30}, 1.0);
-    const double top = r.top + 10, mid = r.getCenter().x;
+    // Each curve is flat in its pass band, with a small resonance bump before it falls away.
+    const double top = r.top + 12, depth = r.bottom - 1 - top;
+    auto shape = [&](double d) { return d < 0 ? -0.25 * std::exp(-d * d * 6.0) : std::min(1.0, d * d * 0.35) - 0.25 * std::exp(-d * d * 6.0); };
     std::vector<CPoint> low, high;
-    for (int i = 0; i <= 40; ++i) {
-        const double x = r.left + r.getWidth() * i / 40.0;
-        const double d = (x - mid) / 9.0;
-        low.push_back(CPoint(x, top + (r.bottom - top) * (d > 0 ? std::min(1.0, d * d * 0.5) : 0.0)));
-        high.push_back(CPoint(x, top + (r.bottom - top) * (d < 0 ? std::min(1.0, d * d * 0.5) : 0.0)));
+    for (int i = 0; i <= 60; ++i) {
+        const double x = r.left + r.getWidth() * i / 60.0;
+        low.push_back(CPoint(x, top + depth * shape((x - (r.getCenter().x + 8)) / 7.0)));
+        high.push_back(CPoint(x, top + depth * shape(((r.getCenter().x - 8) - x) / 7.0)));
     }
-    for (size_t i = 1; i < low.size(); ++i) {
-        p.line(low[i - 1], low[i], withAlpha(kLabel, 150), 1.4);
-        p.line(high[i - 1], high[i], withAlpha(kAccent, 200), 1.4);
-    }
+    p.polyline(low, withAlpha(kLabel, 170), 1.4);
+    p.polyline(high, withAlpha(kAccent, 220), 1.4);
 }
 
 void drawTopBar(Painter& p) {

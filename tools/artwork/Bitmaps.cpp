@@ -135,7 +135,7 @@ void drawLinkButton(Painter& p, int frame, int) {
     const double cy = pill.getCenter().y, x0 = pill.left + 12;
     p.strokeRoundRect(CRect(x0 - 5, cy - 3.2, x0 + 3, cy + 3.2), 3.2, ink, 1.6);
     p.strokeRoundRect(CRect(x0 + 1, cy - 3.2, x0 + 9, cy + 3.2), 3.2, ink, 1.6);
-    p.text("LINK", CRect(x0 + 11, pill.top, pill.right - 6, pill.bottom), Font{Vinta::kNormalFont, 11, true}, ink,
+    p.text("LINK", CRect(x0 + 13, pill.top, pill.right - 6, pill.bottom), Font{Vinta::kNormalFont, 11, true}, ink,
            Vinta::kAlignLeft);
 }
 

@@ -70,10 +70,8 @@ void Painter::arc(const CPoint& c, double radius, double startDegrees, double sw
     // Short sweeps as a polyline: the context's arc treats a sweep near 0 as a whole turn.
     std::vector<CPoint> points;
     const int steps = std::max(2, static_cast<int>(std::ceil(sweepDegrees / 2.0)));
-    for (int i = 0; i <= steps; ++i) points.push_back(scaled(polar(c, radius, startDegrees + sweepDegrees * i / steps)));
-    context.setFrameColor(colour);
-    context.setLineWidth(static_cast<float>(width * s));
-    context.drawPolyline(points.data(), static_cast<int32_t>(points.size()));
+    for (int i = 0; i <= steps; ++i) points.push_back(polar(c, radius, startDegrees + sweepDegrees * i / steps));
+    polyline(points, colour, width);
 }
 
 void Painter::line(const CPoint& from, const CPoint& to, const CColor& colour, double width) {
@@ -81,6 +79,14 @@ void Painter::line(const CPoint& from, const CPoint& to, const CColor& colour, d
     context.setLineWidth(static_cast<float>(width * s));
     const CPoint a = scaled(from), b = scaled(to);
     context.drawLine(a.x, a.y, b.x, b.y);
+}
+
+void Painter::polyline(const std::vector<CPoint>& points, const CColor& colour, double width) {
+    std::vector<CPoint> scaledPoints;
+    for (const CPoint& point : points) scaledPoints.push_back(scaled(point));
+    context.setFrameColor(colour);
+    context.setLineWidth(static_cast<float>(width * s));
+    context.drawPolyline(scaledPoints.data(), static_cast<int32_t>(scaledPoints.size()));
 }
 
 void Painter::fillPolygon(const CPoint* points, int count, const CColor& colour) {

@@ -3,6 +3,7 @@
 // font size is multiplied by the scale before it reaches the software context, so one drawing
 // function makes both the 100 % and the double-resolution image.
 #include <string>
+#include <vector>
 
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CFontDesc.h"
@@ -41,6 +42,7 @@ public:
     void arc(const CPoint& centre, double radius, double startDegrees, double sweepDegrees, const CColor& colour,
              double width);
     void line(const CPoint& from, const CPoint& to, const CColor& colour, double width);
+    void polyline(const std::vector<CPoint>& points, const CColor& colour, double width);
     void fillPolygon(const CPoint* points, int count, const CColor& colour);
     void text(const std::string& value, const CRect& box, const Font& font, const CColor& colour,
               int32_t align = Vinta::kAlignCenter);
