@@ -80,7 +80,7 @@ void drawTopBar(Painter& p) {
     p.line(CPoint(kArrows.x - 1.5, field.top + 3), CPoint(kArrows.x - 1.5, field.bottom - 3), CColor{255, 255, 255, 24}, 1);
 
     drawWell(p, kMixKnob, kMixDial);
-    p.text("MIX", CRect(kMixKnob.x - 20, 37, kMixKnob.x + kMixDial + 20, 45), Font{Vinta::kNormalFont, 7, true},
+    p.text("MIX", CRect(kMixKnob.x - 20, 37, kMixKnob.x + kMixDial + 20, 46), Font{Vinta::kNormalFont, 7.5, true},
            kDimLabel);
 
     // The maker's mark and the product's name.
@@ -88,7 +88,7 @@ void drawTopBar(Painter& p) {
     const double qtWidth = p.textWidth("QT", brand);
     p.text("QT", CRect(kDisplay.right - qtWidth, 8, kDisplay.right, 34), brand, kAccent, Vinta::kAlignRight);
     p.text("ZONFRA", CRect(360, 8, kDisplay.right - qtWidth - 5, 34), brand, kLabel, Vinta::kAlignRight);
-    p.text("MMK  \xC2\xB7  STEREO FILTER", CRect(360, 32, kDisplay.right, 42), Font{Vinta::kNormalFont, 7, false},
+    p.text("MMK  \xC2\xB7  STEREO FILTER", CRect(360, 32, kDisplay.right, 43), Font{Vinta::kNormalFont, 8, false},
            kDimLabel, Vinta::kAlignRight);
 }
 
@@ -137,7 +137,7 @@ void drawBackground(Painter& p, int, int) {
     // Middle column: link and the series / parallel switch.
     drawFilterEmblem(p, CRect(236, 232, 298, 280));
     p.text("FILTERS", CRect(222, 288, 312, 299), kCaption, kLabel);
-    const Font side{Vinta::kNormalFont, 7.5, true};
+    const Font side{Vinta::kNormalFont, 8, true};
     const CRect row(222, kModeSwitch.y, 312, kModeSwitch.y + kDipRow);
     p.text("SER", CRect(row.left, row.top, kModeSwitch.x - 3, row.bottom), side, kDimLabel, Vinta::kAlignRight);
     p.text("PAR", CRect(kModeSwitch.x + kDipWidth + 3, row.top, row.right + 4, row.bottom), side, kDimLabel,
