@@ -74,7 +74,13 @@ std::string plainFileName(const std::string& url) {
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f || c == ':') c = '_';
     while (!name.empty() && (name.front() == '.' || name.front() == ' ')) name.erase(0, 1);
     while (!name.empty() && (name.back() == '.' || name.back() == ' ')) name.pop_back();
-    cutTo(name, 200);
+    if (name.size() > 200) {
+        const size_t dot = name.rfind('.');
+        const std::string extension = dot != std::string::npos && name.size() - dot <= 16 ? name.substr(dot) : "";
+        name.resize(name.size() - extension.size());
+        cutTo(name, 200 - extension.size());
+        name += extension;
+    }
     return name.empty() ? "download" : name;
 }
 

@@ -258,9 +258,6 @@ int CSimpleHTTPDownloader::fetch(const std::string& host, int port, const std::s
     auto* handed = new std::shared_ptr<Job>(job);
     Core::Threads::ThreadHandle* worker = stopping ? nullptr : Core::Threads::startThread(socketWorker, handed, -2);
     if (!worker) delete handed;
-    // The worker keeps its own share of the job: a worker still inside name resolution when the
-    // transfer is given up ends on its own without touching this object.
-    Core::Threads::closeThreadHandle(worker);
 
     int result = 1;
     bool ended = worker == nullptr;
@@ -299,7 +296,10 @@ int CSimpleHTTPDownloader::fetch(const std::string& host, int port, const std::s
     }
     job->stopping = true;
     job->answered.signal();
-    job->finished.waitFor(1000);
+    // The worker keeps its own share of the job: one still inside name resolution when the transfer
+    // is given up ends on its own later, without touching this object.
+    if (worker && job->finished.waitFor(1000)) Core::Threads::joinThread(worker);
+    else Core::Threads::closeThreadHandle(worker);
     {
         std::lock_guard<std::mutex> guard(jobLock);
         current.reset();
