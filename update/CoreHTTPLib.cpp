@@ -27,8 +27,11 @@ bool CoreHTTPLib::get(const std::string& host, int port, const std::string& path
     connection.set_read_timeout(limit);
     connection.set_write_timeout(limit);
     connection.set_keep_alive(false);
+    connection.set_follow_location(false);
+    connection.set_decompress(false);  // the question asks for plain text, and gets no encoded body
     {
         std::lock_guard<std::mutex> guard(clientLock);
+        if (stopping) return false;
         client = &connection;
     }
     // A server that trickles bytes must not hold the question past its time-out either.

@@ -112,10 +112,10 @@ struct Stage {
 
     TempHome home;
     fs::path desktop = home.root / "Desktop";
-    LocalServer server;
     std::string question;
     int questionStatus = 200, questionDelayMs = 0;
     const std::set<std::string> before = {"Desktop/keep.txt", "Desktop/setup.exe"};
+    LocalServer server;  // last: it ends, with its handlers, before what they read
 };
 }  // namespace
 
