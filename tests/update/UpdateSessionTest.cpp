@@ -63,6 +63,7 @@ struct Stage {
         std::ofstream(desktop / "setup.exe") << "older";
         server.answer([this](const httplib::Request& request, httplib::Response& response) {
             if (request.path != "/update_available.php") return serveFile(request.path, response);
+            questionWellFormed = request.target == "/update_available.php?WEB_ID=ZONFRAQT&VERSION=1.3.0&INTERFACE=&PLATFORM=LINUX_64";
             std::this_thread::sleep_for(std::chrono::milliseconds(questionDelayMs));
             response.status = questionStatus;
             if (questionStatus != 204) response.set_content(question, "text/plain");
@@ -114,6 +115,7 @@ struct Stage {
     fs::path desktop = home.root / "Desktop";
     std::string question;
     int questionStatus = 200, questionDelayMs = 0;
+    std::atomic<bool> questionWellFormed{false};
     const std::set<std::string> before = {"Desktop/keep.txt", "Desktop/setup.exe"};
     LocalServer server;  // last: it ends, with its handlers, before what they read
 };
@@ -142,6 +144,7 @@ TEST(UpdateSession, AnswersOfTheServer) {
         EXPECT_EQ(session->phase(), c.offered ? ReskoPhase::UpdateAvailable : ReskoPhase::Idle);
         EXPECT_EQ(session->offeredVersion(), c.offered && c.name[0] == 'u' ? "1.4.0" : "");
         EXPECT_EQ(stage.server.requests, 1);
+        EXPECT_TRUE(stage.questionWellFormed);
         EXPECT_EQ(stage.setting("LastUpdateCheck"), "0");  // only a finished download counts
         EXPECT_EQ(stage.files(), stage.before);
         if (c.status == 200 && c.delayMs == 0 && c.body != "") {  // the product page is cached for the next editor
@@ -198,6 +201,15 @@ TEST(UpdateSession, AsksOnlyWhenTheLastDownloadIs22HoursOldAndChecksAreOn) {
         EXPECT_EQ(stage.server.requests, c.asks ? 1 : 0);
         EXPECT_EQ(stage.setting("LastUpdateCheck"), c.last.empty() ? "0" : c.last);
     }
+}
+
+TEST(UpdateSession, TheServerSettingServesWhenTheEnvironmentNamesNone) {
+    Stage stage;
+    unsetenv("ZONFRA_UPDATE_SERVER");
+    Core::writeSetting(kKey, "UpdateServer", stage.server.address());
+    auto session = stage.session();
+    ASSERT_TRUE(Stage::settle(*session));
+    EXPECT_EQ(session->phase(), ReskoPhase::UpdateAvailable);
 }
 
 TEST(UpdateSession, OneSessionAsksAndEveryEditorSeesTheOffer) {
