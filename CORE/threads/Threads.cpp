@@ -16,9 +16,16 @@ struct ThreadHandle {
 };
 
 namespace {
+// The new thread's own copy of what to run: the caller may close the handle at once.
+struct ThreadStart {
+    void (*routine)(void*);
+    void* argument;
+};
+
 void* trampoline(void* raw) {
-    auto* handle = static_cast<ThreadHandle*>(raw);
-    handle->routine(handle->argument);
+    const ThreadStart start = *static_cast<ThreadStart*>(raw);
+    delete static_cast<ThreadStart*>(raw);
+    start.routine(start.argument);
     return nullptr;
 }
 }  // namespace
@@ -26,9 +33,10 @@ void* trampoline(void* raw) {
 ThreadHandle* startThread(void (*routine)(void*), void* argument, int priority) {
     if (!routine) return nullptr;
     auto* handle = new (std::nothrow) ThreadHandle{{}, routine, argument};
-    if (!handle) return nullptr;
-    if (pthread_create(&handle->thread, nullptr, trampoline, handle) != 0) {
+    auto* start = new (std::nothrow) ThreadStart{routine, argument};
+    if (!handle || !start || pthread_create(&handle->thread, nullptr, trampoline, start) != 0) {
         delete handle;
+        delete start;
         return nullptr;
     }
     if (priority < 0) {

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <thread>
@@ -41,6 +42,12 @@ TEST(Threads, StartJoinAndCloseNull) {
     closeThreadHandle(nullptr);
     joinThread(nullptr);
     EXPECT_EQ(startThread(nullptr, nullptr, 0), nullptr);
+    // A handle closed at once must not take the new thread's routine with it.
+    for (int i = 0; i < 100; ++i)
+        closeThreadHandle(startThread([](void* counter) { static_cast<std::atomic<int>*>(counter)->fetch_add(1); },
+                                      &ran, 0));
+    for (int wait = 0; wait < 500 && ran.load() < 101; ++wait) usleep(10000);
+    EXPECT_EQ(ran.load(), 101);
 }
 
 TEST(Threads, JoinFromTheThreadItselfDoesNotDeadlock) {
