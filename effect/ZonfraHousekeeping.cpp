@@ -13,8 +13,6 @@ const char* const kSettingVendor = "MORVANDEL";
 const char* const kSettingProduct = "zonfraQT";
 const char* const kPresetFolderName = "PresetFolder";
 const char* const kInitPresetFile = "presets/Init Preset.fxp";
-// The kind of Core::getSpecialFolder that is the user's data home.
-constexpr int kUserDataFolder = 2;
 // An FXP file's chunk follows its header: seven 32-bit words, the 28-byte program name and the
 // chunk's size.
 constexpr int kFxpChunkOffset = 7 * 4 + 28 + 4;
@@ -22,7 +20,7 @@ constexpr int kFxpChunkOffset = 7 * 4 + 28 + 4;
 
 std::string PresetFolderSetting::get() {
     if (!folder.empty()) return folder;
-    const std::string fallback = Core::getSpecialFolder(kUserDataFolder, "Morvandel") + "/zonfra QT/Presets/";
+    const std::string fallback = Core::getSpecialFolder(Core::kUserDataFolder, "Morvandel") + "/zonfra QT/Presets/";
     std::string stored;
     Core::readSetting(Core::makeKeyName(kSettingVendor, kSettingProduct), kPresetFolderName, stored, fallback.c_str());
     folder = stored;  // paths keep "/" on this platform

@@ -96,7 +96,7 @@ void CReskoSession::init(const char* product, const char* web, int runningVersio
 std::string CReskoSession::settingsKey() const { return Core::makeKeyName("MORVANDEL", productName.c_str()); }
 
 std::string CReskoSession::cacheFile() const {
-    const std::string folder = Core::getSpecialFolder(3, "Morvandel/");
+    const std::string folder = Core::getSpecialFolder(Core::kSharedDataFolder, "Morvandel/");
     return folder.empty() ? "" : folder + productName + "/0.cache";
 }
 
@@ -259,7 +259,7 @@ void CReskoSession::runDownload() {
         digest = board().sha256;
     }
     DownloadLocation location;
-    const std::string desktop = Core::getSpecialFolder(0);
+    const std::string desktop = Core::getSpecialFolder(Core::kDesktopFolder);
     std::string written;
     int result = 1;
     if (splitDownloadUrl(url, location) && !desktop.empty() && Core::createDirectoryPath(desktop))

@@ -63,8 +63,8 @@ std::string getSpecialFolder(int kind, const char* subPath) {
     std::string folder;
     const std::string home = homeFolder();
     switch (kind) {
-        case 0: folder = desktopFolder(home); break;
-        case 1: {
+        case kDesktopFolder: folder = desktopFolder(home); break;
+        case kInstallPrefixFolder: {
             // The library lies in <prefix>/lib/... or in a bundle; its folder's parent stands for the prefix.
             const std::string module = getModulePath();
             const size_t slash = module.rfind('/');
@@ -73,8 +73,8 @@ std::string getSpecialFolder(int kind, const char* subPath) {
             folder = parent == std::string::npos ? dir : dir.substr(0, parent);
             break;
         }
-        case 2:
-        case 3: folder = environmentOr("XDG_DATA_HOME", home.empty() ? "" : home + "/.local/share"); break;
+        case kUserDataFolder:
+        case kSharedDataFolder: folder = environmentOr("XDG_DATA_HOME", home.empty() ? "" : home + "/.local/share"); break;
         default: break;
     }
     if (folder.empty()) return "";

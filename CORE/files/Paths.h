@@ -3,8 +3,11 @@
 
 namespace Core {
 
-// Folders by kind: 0 the desktop, 1 the library's install prefix, 2 and 3 the user's data home.
-// The result ends in "/" and has `subPath` appended; empty when the folder can't be found.
+// Kinds of getSpecialFolder. Both data kinds are the user's data home on this platform.
+enum SpecialFolder : int { kDesktopFolder = 0, kInstallPrefixFolder = 1, kUserDataFolder = 2, kSharedDataFolder = 3 };
+
+// The folder of a SpecialFolder kind. The result ends in "/" and has `subPath` appended; empty when
+// the folder can't be found.
 std::string getSpecialFolder(int kind, const char* subPath = nullptr);
 // The plug-in library's own full path.
 std::string getModulePath();

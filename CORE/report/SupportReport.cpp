@@ -137,7 +137,7 @@ std::string buildProductSection(const char* versionText, const std::string& cont
 
 SupportReportOutcome writeSupportReport(const std::string& productSection, const std::string& hostSection) {
     SupportReportOutcome outcome;
-    const std::string desktop = getSpecialFolder(0);
+    const std::string desktop = getSpecialFolder(kDesktopFolder);
     if (desktop.empty()) return outcome;
     outcome.tellUser = true;
     const std::string system = buildSystemSection();

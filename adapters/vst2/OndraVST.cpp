@@ -66,7 +66,7 @@ OndraVST::OndraVST(audioMasterCallback host) : AudioEffectX(host, 0, 0) {
     AudioEffect::setNumOutputs(2 * outputPairs);
     hostInputChannels = 2 * inputPairs;
     hostOutputChannels = 2 * outputPairs;
-    if (info.category == Ondra::kCategoryKind1002 && pluginList.getCount() == 1) {
+    if (info.category == Ondra::kCategoryInstrument && pluginList.getCount() == 1) {
         isSynth(true);
         category = kPlugCategSynth;
     }
@@ -88,7 +88,7 @@ OndraVST::~OndraVST() {
 }
 
 bool OndraVST::isMidiKind() const {
-    return info.category == Ondra::kCategoryKind1001 || info.category == Ondra::kCategoryKind1002;
+    return info.category == Ondra::kCategoryMidiEffect || info.category == Ondra::kCategoryInstrument;
 }
 
 VstInt32 OndraVST::getProgram() { return plugin ? plugin->getProgram() : 0; }

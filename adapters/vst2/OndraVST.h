@@ -74,7 +74,7 @@ public:
     void automate(int index, float value) override;
     float getHostTempo() override;
     bool sizeWindow(int width, int height) override { return AudioEffectX::sizeWindow(width, height); }
-    int getPluginType() override { return 1; }
+    int getPluginType() override { return Ondra::kPluginTypeVST2; }
     void updateDisplay() override;
 
     // ParameterChangeListener

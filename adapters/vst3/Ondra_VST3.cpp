@@ -108,7 +108,7 @@ void Ondra_VST3::addBuses() {
         addAudioOutput(name, SpeakerArr::kStereo, kMain);
     }
     // The last field of the entry is the MIDI channel count.
-    if (pluginInfo.category == Ondra::kCategoryKind1001 || pluginInfo.category == Ondra::kCategoryKind1002)
+    if (pluginInfo.category == Ondra::kCategoryMidiEffect || pluginInfo.category == Ondra::kCategoryInstrument)
         addEventInput("Midi In", pluginInfo.flag, kMain);
 }
 

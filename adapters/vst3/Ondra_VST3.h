@@ -103,7 +103,7 @@ public:
     void automate(int index, float value) override;
     float getHostTempo() override { return lastTempo; }
     bool sizeWindow(int, int) override { return true; }
-    int getPluginType() override { return 2; }
+    int getPluginType() override { return Ondra::kPluginTypeVST3; }
     void updateDisplay() override;
 
     // ParameterChangeListener: the wrappers keep the host's values; the controller's bypass follows

@@ -53,7 +53,7 @@ PClassInfo2 classInfo(const Ondra::OndraPluginInfo& plugin) {
     copyField(info.name, sizeof info.name, plugin.name);
     info.classFlags = 0;
     copyField(info.subCategories, sizeof info.subCategories,
-              plugin.category == Ondra::kCategoryKind1002 ? "Instrument" : "Fx|Morvandel");
+              plugin.category == Ondra::kCategoryInstrument ? "Instrument" : "Fx|Morvandel");
     copyField(info.vendor, sizeof info.vendor, plugin.vendor);
     copyField(info.version, sizeof info.version, plugin.versionText);
     copyField(info.sdkVersion, sizeof info.sdkVersion, kSdkVersion);

@@ -3,6 +3,9 @@
 namespace Ondra {
 
 // What an effect sees of its host. The slot order is shared with embedding programs.
+// The host families, as getPluginType answers them.
+enum PluginType : int { kPluginTypeVST2 = 1, kPluginTypeVST3 = 2, kPluginTypeAAX = 5, kPluginTypeEmbedded = 6 };
+
 class OndraCallback {
 public:
     virtual ~OndraCallback() = default;
@@ -21,7 +24,7 @@ public:
     virtual void automate(int, float) {}
     virtual float getHostTempo() { return 120.0f; }
     virtual bool sizeWindow(int, int) { return false; }
-    // 1 VST2, 2 VST3, 5 AAX, 6 an embedding program.
+    // One of PluginType: the host family the adapter serves.
     virtual int getPluginType() { return 0; }
     virtual void updateDisplay() {
         notifyDisplayChanged();

@@ -3,7 +3,8 @@
 
 namespace Ondra {
 
-enum PluginCategory : int32_t { kCategoryEffect = 1000, kCategoryKind1001 = 1001, kCategoryKind1002 = 1002 };
+// An effect, an effect that takes MIDI, an instrument; this library holds an effect.
+enum PluginCategory : int32_t { kCategoryEffect = 1000, kCategoryMidiEffect = 1001, kCategoryInstrument = 1002 };
 
 // One record per plug-in in the library; the field order is shared with embedding programs.
 struct OndraPluginInfo {

@@ -9,11 +9,10 @@
 
 // Drives an effect the way an adapter does: host blocks cut into control chunks.
 // The plug-in type an embedding program reports.
-constexpr int kEmbeddingHostType = 6;
 
 struct RecordingCallback : Ondra::OndraCallback {
     void setInitialDelay(int samples) override { reportedLatency = samples; }
-    int getPluginType() override { return kEmbeddingHostType; }
+    int getPluginType() override { return Ondra::kPluginTypeEmbedded; }
     int reportedLatency = -1;
 };
 

@@ -17,7 +17,7 @@ using GetSamplerInterface = void* (*)(Ondra::OndraOS*);
 
 namespace {
 struct EmbeddingCallback : Ondra::OndraCallback {
-    int getPluginType() override { return 6; }
+    int getPluginType() override { return Ondra::kPluginTypeEmbedded; }
     void setInitialDelay(int samples) override { latency = samples; }
     int latency = -1;
 };

@@ -18,7 +18,7 @@ public:
 
     void setTempo(double bpm) { tempo = static_cast<float>(bpm); }
     float getHostTempo() override { return tempo; }
-    int getPluginType() override { return 6; }
+    int getPluginType() override { return Ondra::kPluginTypeEmbedded; }
     void getHostProductString(char* text) override;
 
 private:
