@@ -27,24 +27,7 @@ bool sameCoefficients(const CBiquadCascade& a, const CBiquadCascade& b) {
             return false;
     return true;
 }
-
-
 }  // namespace
-
-TEST(SlopeFilterCache, DefaultsAndConstruction) {
-    CSlopeFilter f(8);
-    EXPECT_EQ(f.getOrder(), 2);
-    EXPECT_EQ(f.getCutoff(), 1000.0);
-    EXPECT_EQ(f.getSampleRate(), 44100.0);
-    EXPECT_EQ(f.getType(), 0u);
-    EXPECT_EQ(f.mode, 0u);
-    EXPECT_EQ(f.lowPathA().capacity(), 4);
-    EXPECT_EQ(f.allPassStages().capacity(), 12);
-    const auto expected = FilterTest::butterworthSection(1000, 44100, std::sqrt(0.5), false);
-    EXPECT_NEAR(f.lowPathA().a1[0], expected.a1, 1e-12);
-    EXPECT_TRUE(sameCoefficients(f.lowPathA(), f.lowPathB()));
-    EXPECT_EQ(CSlopeFilter(1).getOrder(), 1);
-}
 
 TEST(SlopeFilterCache, BinCurveSpendsBinsOnTheLowRange) {
     EXPECT_EQ(CSlopeFilter::cacheBin(10), 26);
@@ -146,6 +129,7 @@ TEST(SlopeFilterCache, SlopesGiveOrdersAndStageCounts) {
         EXPECT_EQ(f.lowPathB().stageCount(), expectedStages[i]);
         EXPECT_EQ(f.allPassStages().stageCount(), expectedStages[i]);
     }
+    EXPECT_EQ(CSlopeFilter(1).getOrder(), 1) << "the order starts at 2 where the filter allows it";
     f.setSlope(120);
     EXPECT_EQ(f.getOrder(), 8);
     f.setSlope(-24);

@@ -135,89 +135,59 @@ TEST(ParameterProperty, MinimumAndMaximumClipThePresentValue) {
 }
 
 TEST(UnitTypeText, EveryTypeInBothForms) {
-    const int plain = kDisplayPlain;
-    auto gain = make(0, 2, 1, 1, 0, kUnitGain);
-    EXPECT_EQ(text(*gain, 0, plain), "-oo");
-    EXPECT_EQ(text(*gain, 0.5f, plain), "-6");
-    EXPECT_EQ(text(*gain, 1), "+0.00");
-    EXPECT_EQ(text(*gain, 2), "+6.02");
-    EXPECT_EQ(text(*gain, 0.5f), "-6.02");
-    EXPECT_EQ(text(*gain, 1, kDisplayWithUnit), "+0.00 dB");
-
-    auto fraction = make(0, 1, 0, 0, 0, kUnitFraction);
-    EXPECT_EQ(text(*fraction, 0.5f, plain), "50");
-    EXPECT_EQ(text(*fraction, 0.5f), "50.00");
-    auto bipolarFraction = make(-1, 1, 0, 0, 0, kUnitFraction);
-    EXPECT_EQ(text(*bipolarFraction, 0.5f), "+50.00");
-    EXPECT_EQ(text(*bipolarFraction, -0.5f, plain), "-50");
-    auto lfoStrength = make(-3, 3, 0, 0, 0, kUnitFraction);
-    EXPECT_EQ(text(*lfoStrength, 1.5f, plain), "+50");
-
-    auto time = make(1, 1000, 5, 50, 18, kUnitTime);
-    EXPECT_EQ(text(*time, 5, plain | kDisplayWithUnit), "5 ms");
-    EXPECT_EQ(text(*time, 5), "5.0");
-
-    auto bipolar = make(-2, 4, 0, 0, 0, kUnitBipolar);
-    EXPECT_EQ(text(*bipolar, -1, plain), "-50%");
-    EXPECT_EQ(text(*bipolar, 2), "+50.00%");
-    auto noMinimum = make(0, 4, 0, 0, 0, kUnitBipolar);
-    EXPECT_EQ(text(*noMinimum, 0, plain), "0%");
-
-    auto semis = make(-24, 24, 0, 0, 0, kUnitSemitones);
-    EXPECT_EQ(text(*semis, 2.5f), "+2 +50 cent");
-    EXPECT_EQ(text(*semis, -1.25f), "-1 -25 cent");
-
-    auto sw = make(0, 1, 0, 0, 0, kUnitSwitch);
-    EXPECT_EQ(text(*sw, 0.49f), "Off");
-    EXPECT_EQ(text(*sw, 0.5f), "On");
-
-    auto balance = make(-1, 1, 0, 0, 0, kUnitBalance);
-    EXPECT_EQ(text(*balance, 0), "Center");
-    EXPECT_EQ(text(*balance, 0.5f), "Right 50");
-    EXPECT_EQ(text(*balance, -0.25f), "Left 25");
-
-    auto note = make(0, 127, 0, 0, 0, kUnitNote);
-    EXPECT_EQ(text(*note, 0), "C -2");
-    EXPECT_EQ(text(*note, 60), "C 3");
-    EXPECT_EQ(text(*note, 61), "C#3");
-
-    auto whole = make(1, 4, 2, 2, 0, kUnitWhole);
-    EXPECT_EQ(text(*whole, 2.99f), "3");
-    auto ratio = make(1, 10, 1, 1, 0, kUnitRatio);
-    EXPECT_EQ(text(*ratio, 10), " 1 : inf");
-    EXPECT_EQ(text(*ratio, 4), " 1 : 4.00");
-    EXPECT_EQ(text(*ratio, 4, kDisplayWithName), "Name  1 : 4.00");
+    const int plain = kDisplayPlain, unit = kDisplayWithUnit;
+    const struct {
+        float minimum, maximum;
+        int type;
+        float value;
+        int flags;
+        const char* shown;
+    } rows[] = {
+        {0, 2, kUnitGain, 0, plain, "-oo"},           {0, 2, kUnitGain, 0.5f, plain, "-6"},
+        {0, 2, kUnitGain, 1, 0, "+0.00"},             {0, 2, kUnitGain, 2, 0, "+6.02"},
+        {0, 2, kUnitGain, 0.5f, 0, "-6.02"},          {0, 2, kUnitGain, 1, unit, "+0.00 dB"},
+        {0, 1, kUnitFraction, 0.5f, plain, "50"},     {0, 1, kUnitFraction, 0.5f, 0, "50.00"},
+        {-1, 1, kUnitFraction, 0.5f, 0, "+50.00"},    {-1, 1, kUnitFraction, -0.5f, plain, "-50"},
+        {-3, 3, kUnitFraction, 1.5f, plain, "+50"},   {1, 1000, kUnitTime, 5, plain | unit, "5 ms"},
+        {1, 1000, kUnitTime, 5, 0, "5.0"},            {-2, 4, kUnitBipolar, -1, plain, "-50%"},
+        {-2, 4, kUnitBipolar, 2, 0, "+50.00%"},       {0, 4, kUnitBipolar, 0, plain, "0%"},
+        {-24, 24, kUnitSemitones, 2.5f, 0, "+2 +50 cent"}, {-24, 24, kUnitSemitones, -1.25f, 0, "-1 -25 cent"},
+        {0, 1, kUnitSwitch, 0.49f, 0, "Off"},         {0, 1, kUnitSwitch, 0.5f, 0, "On"},
+        {-1, 1, kUnitBalance, 0, 0, "Center"},        {-1, 1, kUnitBalance, 0.5f, 0, "Right 50"},
+        {-1, 1, kUnitBalance, -0.25f, 0, "Left 25"},  {0, 127, kUnitNote, 0, 0, "C -2"},
+        {0, 127, kUnitNote, 60, 0, "C 3"},            {0, 127, kUnitNote, 61, 0, "C#3"},
+        {1, 4, kUnitWhole, 2.99f, 0, "3"},            {1, 10, kUnitRatio, 10, 0, " 1 : inf"},
+        {1, 10, kUnitRatio, 4, 0, " 1 : 4.00"},       {1, 10, kUnitRatio, 4, kDisplayWithName, "Name  1 : 4.00"},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.shown);
+        EXPECT_EQ(text(*make(r.minimum, r.maximum, r.minimum, r.minimum, 0, r.type), r.value, r.flags), r.shown);
+    }
 }
 
 TEST(UnitTypeText, SetFromTextPerType) {
-    auto fraction = make(0, 1, 0, 0, 0, kUnitFraction);
-    fraction->setFromText("25");
-    EXPECT_FLOAT_EQ(fraction->getValue(), 0.25f);
-    auto gain = make(0, 2, 1, 1, 0, kUnitGain);
-    gain->setFromText("-6.0206");
-    EXPECT_NEAR(gain->getValue(), 0.5f, 1e-4);
-    auto bipolar = make(-2, 4, 0, 0, 0, kUnitBipolar);
-    bipolar->setFromText("50");
-    EXPECT_FLOAT_EQ(bipolar->getValue(), 2);
-    bipolar->setFromText("-50");
-    EXPECT_FLOAT_EQ(bipolar->getValue(), -1);
-    auto note = make(0, 127, 0, 0, 0, kUnitNote);
-    note->setFromText("C#3");
-    EXPECT_EQ(note->getInt(), 61);
-    auto ratio = make(1, 10, 1, 1, 0, kUnitRatio);
-    ratio->setFromText(" 1 : 3.5");
-    EXPECT_FLOAT_EQ(ratio->getValue(), 3.5f);
-    ratio->setFromText("1 : inf");
-    EXPECT_FLOAT_EQ(ratio->getValue(), 10);
-    ratio->setFromText("1 : -inf");
-    EXPECT_FLOAT_EQ(ratio->getValue(), 1);
-    auto hertz = make(40, 22050, 1000, 1000, 30, kUnitFrequency);
-    hertz->setFromText("440 Hz");
-    EXPECT_FLOAT_EQ(hertz->getValue(), 440);
-    hertz->setFromText(nullptr);
-    EXPECT_FLOAT_EQ(hertz->getValue(), 440);
-    hertz->setFromText("garbage");  // no number reads as 0, clipped into the range
-    EXPECT_FLOAT_EQ(hertz->getValue(), 40);
+    const struct {
+        float minimum, maximum;
+        int type;
+        const char* typed;
+        float value;
+    } rows[] = {
+        {0, 1, kUnitFraction, "25", 0.25f},   {0, 2, kUnitGain, "-6.0206", 0.5f},
+        {-2, 4, kUnitBipolar, "50", 2},       {-2, 4, kUnitBipolar, "-50", -1},
+        {0, 127, kUnitNote, "C#3", 61},       {1, 10, kUnitRatio, " 1 : 3.5", 3.5f},
+        {1, 10, kUnitRatio, "1 : inf", 10},   {1, 10, kUnitRatio, "1 : -inf", 1},
+        {40, 22050, kUnitFrequency, "440 Hz", 440},
+        {40, 22050, kUnitFrequency, "garbage", 40},  // no number reads as 0, clipped into the range
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.typed);
+        auto p = make(r.minimum, r.maximum, r.maximum, r.maximum, 0, r.type);
+        const double tolerance = r.type == kUnitNote ? 0.05 : 1e-4;  // a note reads a hair above its key
+        p->setFromText(r.typed);
+        EXPECT_NEAR(p->getValue(), r.value, tolerance);
+        p->setFromText(nullptr);
+        EXPECT_NEAR(p->getValue(), r.value, tolerance);
+    }
 
     Core::CStringBufferd<41> name;
     auto textParameter = make(0, 1, 0, 0, 0, kUnitText);

@@ -66,20 +66,10 @@ struct HostBlock {
 
 }  // namespace
 
-TEST(OndraOS, DefaultsWithoutCallback) {
-    OndraOS plugin(nullptr);
-    EXPECT_FLOAT_EQ(plugin.getHostTempo(), 10.0f);
-    EXPECT_STREQ(plugin.getHostedPluginTypeName(), "NO_CALLBACK");
-    plugin.setInitialDelay(221);
-    EXPECT_EQ(plugin.getInitialDelay(), 221);
-    EXPECT_EQ(plugin.getControlChunkSize(), -1);
-    EXPECT_EQ(plugin.getParameterIndex(nullptr), -1);
-    EXPECT_EQ(plugin.getParameter(5), nullptr);
-    EXPECT_EQ(plugin.getNumInputPairs(), 1);
-    EXPECT_FLOAT_EQ(plugin.getSampleRate(), 44100.0f);
-}
-
-TEST(OndraOS, HostTypeNamesAndDelayReport) {
+TEST(OndraOS, HostTypeNamesTempoAndDelayReport) {
+    OndraOS alone(nullptr);
+    EXPECT_STREQ(alone.getHostedPluginTypeName(), "NO_CALLBACK");
+    EXPECT_FLOAT_EQ(alone.getHostTempo(), 10.0f);
     const char* expected[] = {"-", "VST2", "VST3", "RTAS", "AU", "AAX", "Ondra", ""};
     for (int type = 0; type <= 7; ++type) {
         TypedCallback callback(type);
@@ -247,13 +237,9 @@ TEST(AutomationQueue, GridDelaysToTheNextGridLine) {
 }
 
 TEST(MidiDecoding, NotesBendsAndControllers) {
-    std::vector<OndraMidiEvent> events(5);
-    events[0].status = 0x93, events[0].data1 = 60, events[0].data2 = 127;
-    events[1].status = 0x90, events[1].data1 = 61, events[1].data2 = 0;
-    events[2].status = 0xE0, events[2].data1 = 0x7F, events[2].data2 = 0x7F;
-    events[3].status = 0xB1, events[3].data1 = 120, events[3].data2 = 64;
-    events[4].status = 0xB1, events[4].data1 = 123, events[4].data2 = 0;
-    for (auto& e : events) e.delta = 7;
+    auto midi = [](uint8_t status, uint8_t data1, uint8_t data2) { return OndraMidiEvent{7, status, data1, data2}; };
+    std::vector<OndraMidiEvent> events = {midi(0x93, 60, 127), midi(0x90, 61, 0), midi(0xE0, 0x7F, 0x7F),
+                                          midi(0xB1, 120, 64), midi(0xB1, 123, 0)};
     OndraOS plugin(nullptr);
     plugin.processMidiEvents(events);
     // "All notes off" runs first among the events of its delta.
@@ -267,9 +253,7 @@ TEST(MidiDecoding, NotesBendsAndControllers) {
     EXPECT_EQ(events[4].kind, kMidiAllSoundOff);
     EXPECT_FLOAT_EQ(events[4].value2, 64.0f / 127.0f);
 
-    std::vector<OndraMidiEvent> bends(2);
-    bends[0].status = 0xE0, bends[0].data1 = 1, bends[0].data2 = 64;  // +1: dead zone
-    bends[1].status = 0xE0, bends[1].data1 = 0, bends[1].data2 = 0;   // -8192
+    std::vector<OndraMidiEvent> bends = {midi(0xE0, 1, 64), midi(0xE0, 0, 0)};  // +1: dead zone; -8192
     decodeMidiEvents(bends);
     EXPECT_FLOAT_EQ(bends[0].value2, 0.0f);
     EXPECT_FLOAT_EQ(bends[1].value2, -1.0f);

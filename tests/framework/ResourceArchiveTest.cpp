@@ -144,29 +144,24 @@ TEST_F(ResourceArchive, TextFormHoldsTheSameBytesFifteenToALine) {
     ASSERT_TRUE(builder.save((dir / "archive.h").string(), true));
 
     std::ifstream in(dir / "archive.h");
-    std::string line;
-    std::getline(in, line);
-    EXPECT_EQ(line, "unsigned char kResource[] = {");
-    Bytes values;
     std::vector<std::string> lines;
-    while (std::getline(in, line)) lines.push_back(line);
-    ASSERT_GE(lines.size(), 3u);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(lines.front(), "unsigned char kResource[] = {");
     EXPECT_EQ(lines.back(), "unsigned int kResource_size = " + std::to_string(image.size()) + ";");
-    for (size_t i = 0; i + 1 < lines.size(); ++i) {
-        std::string body = lines[i];
-        if (body.size() >= 2 && body.substr(body.size() - 2) == "};") body.resize(body.size() - 2);
-        const size_t commas = static_cast<size_t>(std::count(body.begin(), body.end(), ','));
+    Bytes values;
+    for (size_t i = 1; i + 1 < lines.size(); ++i) {
         if (i + 2 < lines.size()) {
-            EXPECT_EQ(commas, 15u) << "line " << i;
+            EXPECT_EQ(std::count(lines[i].begin(), lines[i].end(), ','), 15) << "line " << i;
         }
-        std::stringstream values_(body);
-        std::string value;
-        while (std::getline(values_, value, ',')) values.push_back(static_cast<uint8_t>(std::stoul(value, nullptr, 0)));
+        std::stringstream row(lines[i]);
+        for (std::string value; std::getline(row, value, ',');)
+            if (value != "};") values.push_back(static_cast<uint8_t>(std::stoul(value, nullptr, 0)));
     }
     EXPECT_EQ(values, image);
     // Zero prints as "0", other bytes in hex with "0x".
-    EXPECT_EQ(lines[0].substr(0, 5), "0x52,") << "'R'";
-    EXPECT_NE(lines[1].find("0,"), std::string::npos);
+    EXPECT_EQ(lines[1].substr(0, 5), "0x52,") << "'R'";
+    EXPECT_NE(lines[2].find("0,"), std::string::npos);
 }
 
 TEST_F(ResourceArchive, ImagesOfNeitherFormAreRefused) {

@@ -39,16 +39,14 @@ std::set<std::string> exportedSymbols(const std::string& path) {
 
 TEST(PluginLibrary, ExportsOnlyTheEntryPoints) {
     const std::set<std::string> names = exportedSymbols(TestSupport::PluginLibrary::defaultPath());
-    const std::set<std::string> expected = {"createOndraInstance", "getOndraPluginListPTR", "getSamplerInterface"};
-    for (const std::string& name : expected) EXPECT_TRUE(names.count(name)) << name;
-    for (const std::string& name : names) {
-        // Later entry families add their own exports; anything else is a leak.
-        const bool known = expected.count(name) || name == "GetPluginFactory" || name == "InitDll" ||
-                           name == "ExitDll" || name == "ModuleEntry" || name == "ModuleExit" ||
-                           name == "VSTPluginMain" || name == "main" || name == "MAIN" || name == "bundleEntry" ||
-                           name == "bundleExit";
-        EXPECT_TRUE(known) << "unexpected export " << name;
-    }
+    const std::set<std::string> ours = {"createOndraInstance", "getOndraPluginListPTR", "getSamplerInterface"};
+    // Later entry families add their own exports; anything else is a leak.
+    const std::set<std::string> families = {"GetPluginFactory", "InitDll",       "ExitDll", "ModuleEntry",
+                                            "ModuleExit",       "VSTPluginMain", "main",    "MAIN",
+                                            "bundleEntry",      "bundleExit"};
+    for (const std::string& name : ours) EXPECT_TRUE(names.count(name)) << name;
+    for (const std::string& name : names)
+        EXPECT_TRUE(ours.count(name) || families.count(name)) << "unexpected export " << name;
 }
 
 TEST(PluginLibrary, MakesAnInstanceThatProcessesAudio) {
@@ -63,13 +61,8 @@ TEST(PluginLibrary, MakesAnInstanceThatProcessesAudio) {
     ASSERT_EQ(list, getList());
     ASSERT_EQ(list->getCount(), 1);
     const Ondra::OndraPluginInfo* info = list->get(0);
+    // Names and versions reach the hosts through this list; the VST 2 and VST 3 tests read them there.
     EXPECT_EQ(info->uniqueId, Ondra::fourCharacterId("Vzon"));
-    EXPECT_STREQ(info->name, "MMK Zonfra QT");
-    EXPECT_STREQ(info->vendor, "Morvandel Mixing Kit");
-    EXPECT_STREQ(info->maker, "Morvandel");
-    EXPECT_STREQ(info->versionText, "1.3.0");
-    EXPECT_EQ(info->category, 1000);
-    EXPECT_EQ(info->versionNumber, 0x10300);
     EXPECT_EQ(info->inputPairs, 1);
     EXPECT_EQ(info->programCount, 1);
 

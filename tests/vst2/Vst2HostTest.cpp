@@ -67,31 +67,22 @@ TEST(Vst2Host, FixedAnswersAndNames) {
     Plugin plugin;
     ASSERT_NE(plugin.effect, nullptr);
     plugin.start(44100, 512);
-    EXPECT_EQ(plugin.dispatch(effGetVstVersion), 2400);
-    EXPECT_EQ(plugin.dispatch(effGetPlugCategory), 0);
-    EXPECT_EQ(plugin.canDo("bypass"), 1);
-    EXPECT_EQ(plugin.canDo("receiveVstTimeInfo"), 1);
-    EXPECT_EQ(plugin.canDo("receiveVstMidiEvent"), 0);
-    EXPECT_EQ(plugin.canDo("sendVstMidiEvent"), 0);
-    EXPECT_EQ(plugin.canDo("receiveVstEvents"), 0);
-    EXPECT_EQ(plugin.canDo("Bypass"), 0);
-    EXPECT_EQ(plugin.canDo("offline"), 0);
-    EXPECT_EQ(plugin.dispatch(effCanDo), 0);
+    // No editor yet: the host finds none to open.
+    const std::pair<VstInt32, VstIntPtr> answers[] = {
+        {effGetVstVersion, 2400},         {effGetPlugCategory, 0},           {effCanDo, 0},
+        {effGetVendorVersion, 0x10300},   {effGetTailSize, 0},               {effBeginSetProgram, 1},
+        {effEndSetProgram, 1},            {effGetNumMidiInputChannels, 0},   {effGetNumMidiOutputChannels, 0},
+        {effGetProgram, 0},               {effEditOpen, 0},                  {999, 0}};
+    for (const auto& [opcode, answer] : answers) EXPECT_EQ(plugin.dispatch(opcode), answer) << opcode;
+    const std::pair<const char*, int> canDos[] = {{"bypass", 1},           {"receiveVstTimeInfo", 1},
+                                                  {"receiveVstMidiEvent", 0}, {"sendVstMidiEvent", 0},
+                                                  {"receiveVstEvents", 0},    {"Bypass", 0}, {"offline", 0}};
+    for (const auto& [what, answer] : canDos) EXPECT_EQ(plugin.canDo(what), answer) << what;
     EXPECT_EQ(plugin.text(effGetEffectName), "MMK Zonfra QT");
     EXPECT_EQ(plugin.text(effGetVendorString), "Morvandel");
     EXPECT_EQ(plugin.text(effGetProductString), "Morvandel Mixing Kit");
-    EXPECT_EQ(plugin.dispatch(effGetVendorVersion), 0x10300);
-    EXPECT_EQ(plugin.dispatch(effGetTailSize), 0);
-    EXPECT_EQ(plugin.dispatch(effBeginSetProgram), 1);
-    EXPECT_EQ(plugin.dispatch(effEndSetProgram), 1);
-    EXPECT_EQ(plugin.dispatch(effGetNumMidiInputChannels), 0);
-    EXPECT_EQ(plugin.dispatch(effGetNumMidiOutputChannels), 0);
-    EXPECT_EQ(plugin.dispatch(effGetProgram), 0);
-    // No editor yet: the host finds none to open.
     ERect* rect = nullptr;
     EXPECT_EQ(plugin.dispatch(effEditGetRect, 0, 0, &rect), 0);
-    EXPECT_EQ(plugin.dispatch(effEditOpen), 0);
-    EXPECT_EQ(plugin.dispatch(999), 0);
 }
 
 TEST(Vst2Host, PinsAndSpeakerArrangements) {

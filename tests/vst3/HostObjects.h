@@ -1,6 +1,5 @@
 #pragma once
-// Host-side objects a VST 3 test host hands to the plug-in: a memory stream, parameter queues,
-// an event list and a component handler.
+// Host-side objects a VST 3 test host hands to the plug-in: a memory stream and parameter queues.
 #include <cstring>
 #include <vector>
 
@@ -98,22 +97,6 @@ public:
         return *this;
     }
     std::vector<Queue> queues;
-};
-
-class Handler : public Counted<IComponentHandler> {
-public:
-    tresult beginEdit(ParamID) override { return kResultOk; }
-    tresult performEdit(ParamID id, ParamValue value) override {
-        edits.emplace_back(id, value);
-        return kResultOk;
-    }
-    tresult endEdit(ParamID) override { return kResultOk; }
-    tresult restartComponent(int32 flags) override {
-        restarts.push_back(flags);
-        return kResultOk;
-    }
-    std::vector<std::pair<ParamID, ParamValue>> edits;
-    std::vector<int32> restarts;
 };
 
 }  // namespace TestHost

@@ -44,11 +44,7 @@ tresult processWithoutAudio(Instance& plugin, IParameterChanges* changes, int32 
 
 }  // namespace
 
-class Vst3Conformance : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
-    Module module;
-};
+class Vst3Conformance : public ModuleTest {};
 
 TEST_F(Vst3Conformance, ParameterDescriptionsAndStepsAgreeWithTheirTexts) {
     Instance plugin(module);

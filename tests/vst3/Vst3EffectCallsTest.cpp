@@ -67,9 +67,8 @@ struct LowPassMove : Changes {
 
 }  // namespace
 
-class Vst3EffectCalls : public ::testing::Test {
+class Vst3EffectCalls : public ModuleTest {
 protected:
-    void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
 
     size_t latency() {
         Instance plugin(module);
@@ -103,8 +102,6 @@ protected:
         }
         return output;
     }
-
-    Module module;
 };
 
 TEST_F(Vst3EffectCalls, ACutBetweenCallsIsHeardWhereItFalls) {

@@ -3,13 +3,11 @@
 
 #include <cstring>
 #include <initializer_list>
-#include <memory>
 #include <string>
 
 #include "adapters/vst3/sdk-helpers/CPluginFactory.h"
 #include "adapters/vst3/sdk-helpers/CPluginView.h"
 #include "adapters/vst3/sdk-helpers/FUID.h"
-#include "adapters/vst3/sdk-helpers/ParameterContainer.h"
 #include "adapters/vst3/sdk-helpers/StringConvert.h"
 #include "adapters/vst3/sdk-helpers/StringListParameter.h"
 #include "adapters/vst3/sdk-helpers/Unit.h"
@@ -116,19 +114,6 @@ TEST(Vst3Helpers, StringListParameterStepsThroughItsEntries) {
     for (const char* entry : {"A", "B", "C"}) three.appendString(entry);
     EXPECT_DOUBLE_EQ(three.toPlain(0.5), 1);
     EXPECT_DOUBLE_EQ(three.toNormalized(1), 0.5);
-}
-
-TEST(Vst3Helpers, ParameterContainerFindsByIdAndByPosition) {
-    ParameterContainer container;
-    container.addParameter(std::make_unique<Parameter>("zero", 0));
-    container.addParameter(std::make_unique<Parameter>("list", 0x506C7374));
-    container.addParameter(std::make_unique<Parameter>("two", 2));
-    ASSERT_EQ(container.getParameterCount(), 3);
-    EXPECT_EQ(container.getParameter(0x506C7374), container.getParameterByIndex(1));
-    EXPECT_EQ(container.getParameter(2), container.getParameterByIndex(2));
-    EXPECT_EQ(container.getParameter(1), nullptr);
-    EXPECT_EQ(container.getParameterByIndex(3), nullptr);
-    EXPECT_EQ(container.getParameterByIndex(-1), nullptr);
 }
 
 TEST(Vst3Helpers, PluginViewAnswersItsSizeAndCountsItsReferences) {

@@ -13,11 +13,7 @@ using namespace Steinberg;
 using namespace Steinberg::Vst;
 using namespace TestHost;
 
-class Vst3Host : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
-    Module module;
-};
+class Vst3Host : public ModuleTest {};
 
 TEST_F(Vst3Host, FactoryDescribesTheClass) {
     PFactoryInfo factoryInfo{};

@@ -2,6 +2,7 @@
 // The bundle's library loaded the way a Linux host loads it, and one effect instance driven through
 // the VST 3 interfaces the library exports.
 #include <dlfcn.h>
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
@@ -129,6 +130,13 @@ struct Instance {
     IAudioProcessor* processor = nullptr;
     IEditController* controller = nullptr;
     tresult lastResult = kResultOk;
+};
+
+// Tests with the bundle's library loaded; each fails at once when it does not load.
+class ModuleTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
+    Module module;
 };
 
 inline std::vector<float> sine(size_t n, double hertz, size_t start = 0) {

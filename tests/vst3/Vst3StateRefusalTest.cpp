@@ -1,4 +1,5 @@
-// A damaged state is refused through the VST 3 door and leaves the instance exactly as it was.
+// A damaged state is refused through the VST 3 door and leaves the instance exactly as it was. Damage
+// inside the body is the effect's to find, as Vst2StateRefusal shows for every bit.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -43,20 +44,6 @@ protected:
     std::vector<char> saved;
     ChunkDamage::Bytes chunk;
 };
-
-TEST_F(Vst3StateRefusal, EveryBitFlipInTheBodyIsRefused) {
-    const auto body = static_cast<size_t>(ChunkDamage::field(chunk, ChunkDamage::kStoredSizeAt));
-    ASSERT_EQ(body + ChunkDamage::kHeaderSize, chunk.size());
-    size_t refused = 0;
-    for (size_t at = 0; at < body; ++at) {
-        const ChunkDamage::Bytes damaged = ChunkDamage::bitFlipped(chunk, at);
-        const tresult expected = ChunkDamage::unpacksAlike(damaged, chunk) ? kResultOk : kResultFalse;
-        ASSERT_EQ(plugin.load(hostState(damaged)), expected) << "byte " << at;
-        ASSERT_EQ(plugin.state(), saved) << "byte " << at;
-        refused += expected == kResultFalse;
-    }
-    EXPECT_GT(refused, body * 9 / 10);
-}
 
 TEST_F(Vst3StateRefusal, WrongSizesAndCutBodiesAreRefused) {
     for (const ChunkDamage::Case& damage : ChunkDamage::sizeDamages(chunk)) {
