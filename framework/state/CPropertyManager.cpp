@@ -141,6 +141,8 @@ void CPropertyManager::load(const void* data, int size, int instance) {
     if (static_cast<uint64_t>(got) + static_cast<uint64_t>(recordSize) * static_cast<uint64_t>(count) !=
         2ull * plainSize)
         return;
+    // The sum alone lets a short body pass with a count too large for it.
+    if (got != plainSize) return;
 
     for (int32_t i = 0; i < count; ++i) {
         const uint8_t* r = records.data() + static_cast<size_t>(i) * static_cast<size_t>(recordSize);

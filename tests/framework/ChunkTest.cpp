@@ -237,6 +237,16 @@ TEST_F(ManagerFixture, CompressedRoundTripAndSizeCheck) {
     a->setValue(0);
     manager.load(data.data(), static_cast<int>(data.size()), -1);
     EXPECT_FLOAT_EQ(a->getValue(), 0);
+    // Nor does a body cut short whose shortfall the larger count makes up in the sum of the sizes:
+    // its records would be read past the body.
+    manager.setCompress(false);
+    a->setValue(5);
+    std::vector<uint8_t> cut = serialized();
+    cut[44] = 4;
+    cut.resize(48 + 2 * 64);
+    a->setValue(0);
+    manager.load(cut.data(), static_cast<int>(cut.size()), -1);
+    EXPECT_FLOAT_EQ(a->getValue(), 0);
 }
 
 TEST_F(ManagerFixture, InstanceRenumbersTheTrailingNumber) {
