@@ -280,6 +280,9 @@ bool CViewContainer::hitTestChildren(const CPoint& where, CButtonState buttons) 
 }
 
 int32_t CViewContainer::onMouseDown(const CPoint& where, CButtonState buttons) {
+    // A handler may close the whole tree (a button that closes the editor): this container and the
+    // child stay alive until the handler is done, and a child no longer here takes no capture.
+    remember();
     const CPoint local = toLocal(where);
     int32_t result = kMouseEventNotHandled;
     findChild(
@@ -293,9 +296,12 @@ int32_t CViewContainer::onMouseDown(const CPoint& where, CButtonState buttons) {
                     return true;
                 }
             }
+            child->remember();
             const int32_t answer = child->onMouseDown(local, buttons);
+            const bool stillHere = findNode(child) != nullptr;
+            child->forget();
             if (answer == kMouseEventHandled) {
-                mouseDownView = child;
+                if (stillHere) mouseDownView = child;
                 result = answer;
                 return true;
             }
@@ -306,6 +312,7 @@ int32_t CViewContainer::onMouseDown(const CPoint& where, CButtonState buttons) {
             return false;
         },
         true);
+    forget();
     return result;
 }
 

@@ -73,8 +73,10 @@ public:
     template <typename Visitor>
     CView* findChild(Visitor visit, bool lastFirst = false) const {
         for (Node* node = lastFirst ? sentinel.prev : sentinel.next; node != &sentinel;
-             node = lastFirst ? node->prev : node->next)
-            if (visit(node->view)) return node->view;
+             node = lastFirst ? node->prev : node->next) {
+            CView* view = node->view;  // a visit that answers true may have removed its node
+            if (visit(view)) return view;
+        }
         return nullptr;
     }
 

@@ -234,3 +234,22 @@ TEST(ViewRouting, DragsEnterMoveAndLeaveTheChildUnderThePointer) {
     EXPECT_FALSE(f.frame->onDrop(nullptr, CPoint(15, 5)));
     EXPECT_EQ(f.log, "a:in a:over a:out b:in b:drop ");
 }
+
+// A handler that empties the tree around itself (a button that closes the editor) leaves nothing
+// behind that the routing still reads, and nobody holds the mouse afterwards.
+TEST(ViewRouting, AHandlerThatEmptiesTheTreeIsSafe) {
+    struct Closer : CView {
+        explicit Closer(CViewContainer* owner) : CView(CRect(0, 0, 100, 100)), tree(owner) {}
+        int32_t onMouseDown(const CPoint&, CButtonState) override {
+            tree->removeAll();
+            return kMouseEventHandled;
+        }
+        CViewContainer* tree;
+    };
+    FrameFixture f;
+    auto* inner = new CViewContainer(CRect(0, 0, 200, 200));
+    f.frame->addView(inner);
+    inner->addView(new Closer(f.frame));
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(10, 10), kLButton), kMouseEventHandled);
+    EXPECT_EQ(f.frame->onMouseUp(CPoint(10, 10), 0), kMouseEventNotHandled);
+}
