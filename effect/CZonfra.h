@@ -52,10 +52,15 @@ public:
     // The switch over parameter ids that turns changes into fields and stage settings.
     virtual void onParameterChanged(Ondra::IPluginParameter* parameter);
 
-    // ISamplerEffect
+    // ISamplerEffect: handed to the editor, which places itself.
     void getEditorRect(EditorRect& rect) override;
     void openEditor(void* parent) override;
     void closeEditor() override;
+
+    // Makes the editor each new effect owns; set by the editor library where it is linked in, so
+    // tools and tests without a GUI make effects without one.
+    using EditorFactory = Ondra::PluginEditor* (*)(CZonfra& effect);
+    static EditorFactory editorFactory;
 
     // Read-only views for the editor and for tests.
     int getLatencySamples() const { return latencySamples; }
