@@ -10,6 +10,8 @@
 
 #include "lib/views/IFrame.h"
 
+struct _XDisplay;
+
 namespace Vinta {
 class CFrame;
 class IVintaEditor;
@@ -85,6 +87,18 @@ public:
     void update() override;
     void setFrameRate(int32_t framesPerSecond) override;
     void postUpdate() override;
+
+    // For the companions (text field, menus, drop target): the connection, the frame's window in
+    // window pixels, and one round of the event loop for a modal wait (events, timers, paint).
+    ::_XDisplay* getDisplay() const;
+    CFrame* getFrame() const { return frame; }
+    void addCompanion(class X11Companion* companion);
+    void removeCompanion(class X11Companion* companion);
+    void pumpModal(int timeoutMilliseconds);
+    // True once destroy() has begun: modal waits give up.
+    bool isClosing() const;
+    // The thread on which the frame's X calls happen (the one that opened it, or its own).
+    bool onFrameThread() const;
 
     struct Native;  // X, GL and thread state, in the .cpp
 

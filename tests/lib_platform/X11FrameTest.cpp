@@ -1,0 +1,140 @@
+#include "lib_platform/PlatformTestSupport.h"
+
+#include <X11/keysym.h>
+
+#include <dirent.h>
+#include <thread>
+
+#include "lib/views/CControl.h"
+
+namespace PlatformTest {
+namespace {
+
+using namespace Vinta;
+
+int countEntries(const char* folder) {
+    int count = 0;
+    if (DIR* dir = opendir(folder)) {
+        while (readdir(dir)) ++count;
+        closedir(dir);
+    }
+    return count;
+}
+
+struct OpenCase {
+    double scale;
+    bool gl;
+};
+
+class FrameTest : public HostWindowTest, public ::testing::WithParamInterface<OpenCase> {};
+
+TEST_P(FrameTest, OpensAtTheScaledSizeAndPaintsThePanel) {
+    const OpenCase& c = GetParam();
+    Panel panel = open(c.scale, EventDriver::OwnThread, c.gl);
+    ASSERT_NE(panel.frame, nullptr);
+    EXPECT_EQ(panel.platform->isGL(), c.gl) << panel.platform->getGLError();
+    Window root = 0;
+    int x = 0, y = 0;
+    unsigned int width = 0, height = 0, border = 0, depth = 0;
+    XGetGeometry(display, panel.platform->getWindow(), &root, &x, &y, &width, &height, &border, &depth);
+    EXPECT_EQ(width, static_cast<unsigned>(300 * c.scale));
+    EXPECT_EQ(height, static_cast<unsigned>(200 * c.scale));
+    const Shot shot = takeShot(*panel.platform);
+    ASSERT_EQ(shot.width, width);
+    EXPECT_GT(shot.distinctColours(), 2);
+    // The frame's background, well away from the views.
+    const size_t at = (static_cast<size_t>(180 * c.scale) * shot.width + static_cast<size_t>(250 * c.scale)) * 4;
+    EXPECT_NEAR(shot.pixels[at], 30, 3);
+    EXPECT_NEAR(shot.pixels[at + 2], 120, 3);
+    close(panel);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scales, FrameTest,
+                         ::testing::Values(OpenCase{1.0, true}, OpenCase{1.5, true}, OpenCase{1.0, false},
+                                           OpenCase{1.5, false}));
+
+TEST_F(HostWindowTest, SoftwareFramePaintsTheSamePanelAsGL) {
+    for (double scale : {1.0, 1.5}) {
+        Panel gl = open(scale, EventDriver::OwnThread, true);
+        Panel software = open(scale, EventDriver::OwnThread, false);
+        ASSERT_TRUE(gl.frame && software.frame);
+        EXPECT_LT(takeShot(*gl.platform).meanDifference(takeShot(*software.platform)), 6.0) << scale;
+        close(gl);
+        close(software);
+    }
+}
+
+TEST_F(HostWindowTest, DraggingTheKnobChangesItsValue) {
+    Panel panel = open(1.5, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    const float before = panel.knob->getValue();
+    moveTo(panel, 60, 60);
+    button(1, true);
+    for (int step = 1; step <= 10; ++step) moveTo(panel, 60, 60 - step * 8);
+    EXPECT_TRUE(waitFor([&] { return panel.knob->getValue() > before + 0.1f; }));
+    button(1, false);
+    close(panel);
+}
+
+TEST_F(HostWindowTest, KeysReachTheFocusedView) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    click(panel, 140, 60);  // the click gives the editor the keyboard
+    panel.frame->setFocusView(panel.recorder);
+    key(XK_a);  // not in the virtual key table: the tree never sees it
+    key(XK_Up);
+    key(XK_Down, true);
+    ASSERT_TRUE(waitFor([] { return recordedKeys().size() >= 2; }));
+    EXPECT_EQ(recordedKeys(), (std::vector<std::string>{"down 12 0", "down 14 1"}));
+    close(panel);
+}
+
+TEST_F(HostWindowTest, AnIdleEditorStopsPaintingAndAChangeWakesIt) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    ASSERT_TRUE(waitFor([&] { return panel.platform->getPaintCount() > 0; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    const uint64_t settled = panel.platform->getPaintCount();
+    std::this_thread::sleep_for(std::chrono::milliseconds(400));
+    EXPECT_EQ(panel.platform->getPaintCount(), settled);
+    panel.knob->setValue(0.8f);
+    panel.knob->setDirty(true);
+    EXPECT_TRUE(waitFor([&] { return panel.platform->getPaintCount() > settled; }));
+    close(panel);
+}
+
+TEST_F(HostWindowTest, HostDriversPaintOnlyWhenPumped) {
+    for (EventDriver driver : {EventDriver::HostIdle, EventDriver::HostRunLoop}) {
+        Panel panel = open(1.0, driver);
+        ASSERT_NE(panel.frame, nullptr);
+        EXPECT_GE(panel.platform->getConnectionFd(), 0);
+        EXPECT_GT(panel.platform->getTimerInterval(), 0u);
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        EXPECT_EQ(panel.platform->getPaintCount(), 0u);
+        panel.platform->pump();
+        EXPECT_EQ(panel.platform->getPaintCount(), 1u);
+        close(panel);
+    }
+}
+
+TEST_F(HostWindowTest, OpeningAndClosingLeavesNoDescriptorOrThreadBehind) {
+    const std::pair<EventDriver, bool> kinds[] = {{EventDriver::HostIdle, true}, {EventDriver::OwnThread, true},
+                                                  {EventDriver::HostIdle, false}, {EventDriver::OwnThread, false}};
+    for (const auto& [driver, gl] : kinds) {  // one round first: libraries load and stay
+        Panel panel = open(1.0, driver, gl);
+        close(panel);
+    }
+    const int descriptors = countEntries("/proc/self/fd"), threads = countEntries("/proc/self/task");
+    for (int round = 0; round < 200; ++round) {
+        const auto& [driver, gl] = kinds[round % 4];
+        Panel panel = open(1.25, driver, gl);
+        ASSERT_NE(panel.frame, nullptr);
+        if (driver != EventDriver::OwnThread) panel.platform->pump();
+        close(panel);
+    }
+    EXPECT_EQ(countEntries("/proc/self/fd"), descriptors);
+    EXPECT_EQ(countEntries("/proc/self/task"), threads);
+}
+
+}  // namespace
+}  // namespace PlatformTest
