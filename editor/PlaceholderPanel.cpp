@@ -47,7 +47,7 @@ void buildPlaceholderPanel(CFrame* frame, Ondra::OndraOS* plugin) {
         const double knobLeft = left + (kColumnWidth - kKnobSize) / 2.0;
 
         auto* name = new CTextLabel(CRect(left, kKnobTop - 30.0, left + kColumnWidth, kKnobTop - 8.0),
-                                    parameter->getName());
+                                    kPanelCaptions[column]);
         styleText(name, kSystemFont, 12.0f, kLabelColor);
         frame->addView(name);
 

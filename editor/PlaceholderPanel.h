@@ -10,9 +10,10 @@ class CFrame;
 
 namespace ZonfraEditor {
 
-// Keys of the parameters on the panel, left to right.
+// Keys of the parameters on the panel, left to right, and their captions.
 inline constexpr const char* kPanelParameters[] = {"INPUTGAIN", "LOWPASSFREQ", "HIGHPASSFREQ", "kDryWetMix",
                                                    "OUTPUTGAIN"};
+inline constexpr const char* kPanelCaptions[] = {"Input", "Low-pass", "High-pass", "Dry/Wet", "Output"};
 inline constexpr double kPanelWidth = 534.0;
 inline constexpr double kPanelHeight = 488.0;
 // Top of the knob row, in editor units; the knobs share one column width.

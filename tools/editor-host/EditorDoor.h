@@ -36,6 +36,8 @@ public:
     virtual double getParameter(int parameter) = 0;
     // A host's content scale (VST3); false where the door has none.
     virtual bool setContentScale(double) { return false; }
+    // Handlers and timers the plug-in keeps registered with this host (VST3 run loop).
+    virtual size_t hostRegistrations() const { return 0; }
 
     const std::string& error() const { return lastError; }
     // Edits reported to the host so far; they may come from the editor's own thread.

@@ -12,14 +12,14 @@
 
 namespace EditorHost {
 
-HostWindow::HostWindow(int width, int height, const char* title) {
+HostWindow::HostWindow(int width, int height, int left, const char* title) {
     display = XOpenDisplay(nullptr);
     if (!display) return;
     const int screen = DefaultScreen(display);
     XSetWindowAttributes attributes{};
     attributes.background_pixel = BlackPixel(display, screen);
     attributes.event_mask = StructureNotifyMask | ExposureMask;
-    window = XCreateWindow(display, RootWindow(display, screen), 0, 0, static_cast<unsigned>(width),
+    window = XCreateWindow(display, RootWindow(display, screen), left, 0, static_cast<unsigned>(width),
                            static_cast<unsigned>(height), 0, CopyFromParent, InputOutput, CopyFromParent,
                            CWBackPixel | CWEventMask, &attributes);
     XStoreName(display, window, title);

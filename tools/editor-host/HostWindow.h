@@ -16,7 +16,7 @@ class EditorDoor;
 class HostWindow {
 public:
     // Opens a display of its own; `valid()` is false without one.
-    HostWindow(int width, int height, const char* title = "zonfra-editor-host");
+    HostWindow(int width, int height, int left = 0, const char* title = "zonfra-editor-host");
     ~HostWindow();
     HostWindow(const HostWindow&) = delete;
     HostWindow& operator=(const HostWindow&) = delete;

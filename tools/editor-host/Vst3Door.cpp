@@ -214,7 +214,7 @@ public:
         return setScaleOn(scale);
     }
 
-    size_t runLoopRegistrations() const { return runLoop.registrations(); }
+    size_t hostRegistrations() const override { return runLoop.registrations(); }
 
 private:
     static constexpr int32 kBlock = 64;
