@@ -456,7 +456,13 @@ void X11Frame::Native::dispatch(XEvent& event) {
             break;
         case MotionNotify: {
             if (modal || !tree) break;
-            while (XCheckTypedWindowEvent(display, window, MotionNotify, &event)) {
+            // Only moves queued right behind this one fold into it: a press or release between
+            // them must keep its place.
+            XEvent next;
+            while (XEventsQueued(display, QueuedAlready) > 0) {
+                XPeekEvent(display, &next);
+                if (next.type != MotionNotify || next.xmotion.window != window) break;
+                XNextEvent(display, &event);
             }
             tree->onMouseMoved(toUnits(event.xmotion.x, event.xmotion.y), toButtonState(event.xmotion.state, 0));
             break;

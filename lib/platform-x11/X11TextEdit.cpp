@@ -123,8 +123,14 @@ bool X11TextEdit::handleEvent(XEvent& event) {
             if (ours) return true;
             end(kTextEditTake);  // a click elsewhere takes the text, and goes on to its target
             return false;
+        case FocusIn:
+            hadFocus = hadFocus || ours;
+            return ours;
         case FocusOut:
-            if (!ours || event.xfocus.detail == NotifyInferior || event.xfocus.mode != NotifyNormal) return ours;
+            // Only a focus we had and lost to another window counts, not the pointer's passing focus.
+            if (!ours || !hadFocus || event.xfocus.mode != NotifyNormal || event.xfocus.detail == NotifyInferior ||
+                event.xfocus.detail == NotifyPointer)
+                return ours;
             end(kTextEditTake);
             return true;
         default: return false;

@@ -54,6 +54,7 @@ private:
     bool allSelected = true;
     bool ended = false;
     bool tabbed = false;
+    bool hadFocus = false;
     bool tabbedBack = false;
 };
 

@@ -46,7 +46,9 @@ public:
 };
 
 void HostWindowTest::SetUp() {
-    display = XOpenDisplay(nullptr);
+    // One connection for the whole run: Xvfb refuses clients for a while after its last one leaves.
+    static Display* shared = XOpenDisplay(nullptr);
+    display = shared;
     if (!display) GTEST_SKIP() << "no X display (run under xvfb-run)";
     host = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 700, 0, 0, 0x202020);
     XMapWindow(display, host);
@@ -58,7 +60,7 @@ void HostWindowTest::SetUp() {
 void HostWindowTest::TearDown() {
     if (!display) return;
     XDestroyWindow(display, host);
-    XCloseDisplay(display);
+    XSync(display, False);
 }
 
 Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
