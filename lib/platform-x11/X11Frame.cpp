@@ -415,7 +415,12 @@ void X11Frame::Native::pumpOnce() {
     X11SystemTimer::instance().service(now);
     if (self.frame) self.frame->idle();
     const uint32_t interval = 1000u / static_cast<uint32_t>(std::max(1, frameRate.load()));
-    if (needsPaint.load() && now - lastPaint >= interval) paintNow();
+    if (needsPaint.load() && now - lastPaint >= interval) {
+        paintNow();
+        // What the paint left dirty (an animation going on) asks for the next frame now, so that
+        // the wait before it is measured from this one.
+        if (self.frame) self.frame->idle();
+    }
     XFlush(display);
 }
 
