@@ -1,6 +1,7 @@
 #pragma once
 // X errors of our own connections are swallowed (and counted); errors of every other connection in
 // the process go on to whatever handler was there before, so the host's own handling stays intact.
+// A lost connection of ours (the server went away) is marked instead of ending the process.
 #include <X11/Xlib.h>
 
 namespace Vinta::X11 {
@@ -11,5 +12,7 @@ void trapErrorsOf(Display* display);
 void releaseErrorsOf(Display* display);
 // Errors seen on our connections so far.
 unsigned long getTrappedErrorCount();
+// The server went away: nothing more may be asked of this connection but XCloseDisplay.
+bool isConnectionLost(Display* display);
 
 }  // namespace Vinta::X11

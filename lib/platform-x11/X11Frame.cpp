@@ -329,6 +329,20 @@ bool X11Frame::Native::open(Window parentWindow, const CRect& rect) {
 
 void X11Frame::Native::close() {
     if (!display) return;
+    if (isConnectionLost(display)) {
+        // Nothing can be released on the server any more; the companions drop their handles.
+        for (X11Companion* companion : companions) companion->detach();
+        companions.clear();
+        glDraw = nullptr;  // its GL objects went with the server
+        XCloseDisplay(display);
+        releaseErrorsOf(display);
+        display = nullptr;
+        window = 0;
+        self.window = 0;
+        if (timerUser) X11SystemTimer::removeUser();
+        timerUser = false;
+        return;
+    }
     // Companions let go first: their windows are children of ours.
     while (!companions.empty()) {
         X11Companion* companion = companions.back();
@@ -380,7 +394,7 @@ void X11Frame::Native::threadMain(Window parentWindow, CRect rect) {
         openDone = true;
         callDone.notify_all();
     }
-    while (!quit.load() && display) {
+    while (!quit.load() && display && !isConnectionLost(display)) {
         runCalls();
         if (started.load()) pumpOnce();
         XFlush(display);
@@ -391,6 +405,10 @@ void X11Frame::Native::threadMain(Window parentWindow, CRect rect) {
             uint64_t count = 0;
             [[maybe_unused]] const ssize_t got = ::read(wakeFd, &count, sizeof count);
         }
+    }
+    {
+        std::lock_guard<std::mutex> guard(callLock);
+        quit = true;  // a lost connection ends the loop too: no call may wait for it from now on
     }
     runCalls();
     close();
@@ -409,7 +427,7 @@ int X11Frame::Native::waitMilliseconds() {
 }
 
 void X11Frame::Native::pumpOnce() {
-    if (!display) return;
+    if (!display || isConnectionLost(display)) return;
     processEvents();
     const uint32_t now = getVintaTicks();
     X11SystemTimer::instance().service(now);

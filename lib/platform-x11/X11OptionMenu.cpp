@@ -267,6 +267,7 @@ bool X11OptionMenu::handleEvent(XEvent& event) {
         case MotionNotify: {
             const int index = levelAt(event.xmotion.x_root, event.xmotion.y_root);
             if (index < 0) return true;
+            armed = true;
             const auto levelIndex = static_cast<size_t>(index);
             const int row = rowAt(*levels[levelIndex], event.xmotion.y_root);
             setHover(levelIndex, row);
@@ -285,6 +286,7 @@ bool X11OptionMenu::handleEvent(XEvent& event) {
                 done = true;  // a click outside closes the menu without a choice
                 return true;
             }
+            armed = true;
             Level& level = *levels[static_cast<size_t>(index)];
             if (event.xbutton.button == 4 || event.xbutton.button == 5) {
                 const int step = static_cast<int>(std::lround(54.0 * scale)) * (event.xbutton.button == 4 ? -1 : 1);
@@ -294,8 +296,9 @@ bool X11OptionMenu::handleEvent(XEvent& event) {
             return true;
         }
         case ButtonRelease: {
+            // The release of the click that opened the menu chooses nothing, even over a row.
             const int index = levelAt(event.xbutton.x_root, event.xbutton.y_root);
-            if (index < 0 || event.xbutton.button > 3) return true;
+            if (index < 0 || event.xbutton.button > 3 || !armed) return true;
             const auto levelIndex = static_cast<size_t>(index);
             const int row = rowAt(*levels[levelIndex], event.xbutton.y_root);
             if (row >= 0 && levels[levelIndex]->selectable(row) &&
@@ -330,6 +333,7 @@ COptionMenuResult X11OptionMenu::popup(COptionMenu* menu) {
     frame.addCompanion(this);
     running = true;
     done = false;
+    armed = false;
     result = {};
     openLevel(menu, left, below, above);
     Window grabWindow = levels.front()->window;

@@ -44,6 +44,7 @@ private:
     COptionMenuResult result;
     bool running = false;
     bool done = false;
+    bool armed = false;  // the pointer has moved in the menu or pressed in it
     double scale = 1.0;
 };
 

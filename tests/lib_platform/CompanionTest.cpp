@@ -1,6 +1,7 @@
 #include "lib_platform/PlatformTestSupport.h"
 
 #include <X11/Xatom.h>
+#include <X11/Xutil.h>
 #include <X11/keysym.h>
 #include <unistd.h>
 
@@ -204,6 +205,44 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(ChooserCase{CFileSelector::kOpenFile, "/tmp/x.fxp", "--file-filter=Presets | *.fxp *.zonfraPreset\n"},
                       ChooserCase{CFileSelector::kSaveFile, "/tmp/new.fxp", "--save\n"},
                       ChooserCase{CFileSelector::kChooseFolder, "", "--directory\n"}));
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+TEST_F(HostWindowTest, OptionMenuTallerThanTheScreenScrollsToTheRowTheKeysReach) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    auto* menu = new Vinta::COptionMenu(Vinta::CRect(200, 20, 280, 40));
+    for (int row = 0; row < 80; ++row) menu->addEntry(("Row " + std::to_string(row)).c_str());
+    panel.frame->addView(menu);
+    click(panel, 240, 30);
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 1; }));
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned int count = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
+    XWindowAttributes shown{};
+    Window popup = 0;
+    for (unsigned int index = 0; index < count && !popup; ++index)
+        if (XGetWindowAttributes(display, children[index], &shown) && shown.override_redirect &&
+            shown.map_state == IsViewable)
+            popup = children[index];
+    if (children) XFree(children);
+    EXPECT_EQ(shown.height, DisplayHeight(display, DefaultScreen(display)));
+    key(XK_Up);  // from no row, up reaches the last one, below the screen's edge: the menu scrolls
+    EXPECT_TRUE(waitFor([&] {
+        XImage* bottom = XGetImage(display, popup, 0, shown.height - 10, 20, 1, AllPlanes, ZPixmap);
+        const bool highlighted = bottom && XGetPixel(bottom, 10, 0) == 0x466eaa;
+        if (bottom) XDestroyImage(bottom);
+        return highlighted;
+    }));
+    key(XK_Return);
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 0; }));
+    EXPECT_TRUE(waitFor([&] { return menu->getCurrent() == 79; }));
+    close(panel);
+}
 
 }  // namespace
 }  // namespace PlatformTest

@@ -5,6 +5,9 @@
 #include <dirent.h>
 #include <thread>
 
+#include "lib/drawing/CBitmap.h"
+#include "lib/drawing/CDrawContext.h"
+#include "lib/platform-x11/X11ErrorTrap.h"
 #include "lib/views/CControl.h"
 
 namespace PlatformTest {
@@ -142,6 +145,38 @@ TEST_F(HostWindowTest, OpeningAndClosingLeavesNoDescriptorOrThreadBehind) {
     }
     EXPECT_EQ(countEntries("/proc/self/fd"), descriptors);
     EXPECT_EQ(countEntries("/proc/self/task"), threads);
+}
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+int hostErrors = 0;
+int countHostError(Display*, XErrorEvent*) { return ++hostErrors, 0; }
+
+TEST_F(HostWindowTest, ErrorsOfOurConnectionAreSwallowedAndTheHostsStillReachItsHandler) {
+    const XErrorHandler before = XSetErrorHandler(countHostError);
+    Panel panel = open(1.0, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    const unsigned long trapped = Vinta::X11::getTrappedErrorCount();
+    XDestroyWindow(panel.platform->getDisplay(), 0x7ffffff);  // no such window
+    XSync(panel.platform->getDisplay(), False);
+    EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), trapped + 1);
+    XDestroyWindow(display, 0x7ffffff);
+    XSync(display, False);
+    EXPECT_EQ(hostErrors, 1);
+    // Pointer shapes, and one made from a bitmap, are made without errors.
+    auto* arrow = new Vinta::CBitmap(16.0, 16.0);
+    arrow->getDrawContext()->clearWithColor(Vinta::CColor{255, 0, 0, 255});
+    EXPECT_NE(panel.platform->makeCursor(arrow), nullptr);
+    arrow->forget();
+    for (int32_t type : {0, 1, 2, 3, 4, 5, 6, 8, 9}) panel.platform->setCursor(type);
+    XSync(panel.platform->getDisplay(), False);
+    EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), trapped + 1);
+    close(panel);
+    XSetErrorHandler(before);
 }
 
 }  // namespace
