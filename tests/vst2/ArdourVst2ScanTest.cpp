@@ -27,5 +27,5 @@ TEST(ArdourVst2Scan, ListsThePluginWithItsNameMakerAndChannels) {
     EXPECT_NE(output.find("n_midi_inputs=\"0\""), std::string::npos) << output;
     EXPECT_NE(output.find("is_instrument=\"0\""), std::string::npos) << output;
     EXPECT_NE(output.find("can_process_replace=\"1\""), std::string::npos) << output;
-    EXPECT_NE(output.find("has_editor=\"0\""), std::string::npos) << output;
+    EXPECT_NE(output.find("has_editor=\"1\""), std::string::npos) << output;
 }
