@@ -13,6 +13,7 @@
 #include "lib/controls/COptionMenu.h"
 #include "lib/controls/Vinta_TextEdit.h"
 #include "lib/platform-x11/CFileSelector.h"
+#include "lib/platform-x11/CMessageBox.h"
 
 namespace PlatformTest {
 namespace {
@@ -243,6 +244,54 @@ TEST_F(HostWindowTest, OptionMenuTallerThanTheScreenScrollsToTheRowTheKeysReach)
     EXPECT_TRUE(waitFor([&] { return menu->getCurrent() == 79; }));
     close(panel);
 }
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+struct MessageCase {
+    unsigned long keysym;  // 0: click the second button
+    int32_t expected;
+};
+
+class MessageBoxTest : public HostWindowTest, public ::testing::WithParamInterface<MessageCase> {};
+
+TEST_P(MessageBoxTest, TheModalLayerAnswersTheChosenButton) {
+    Panel panel = open(1.5, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    int32_t chosen = -2;
+    ASSERT_TRUE(Vinta::CMessageBox::show(panel.frame, "Error", "Error: Cannot create GL context", {"OK", "Cancel"},
+                                         [&](int32_t button) { chosen = button; }));
+    EXPECT_FALSE(Vinta::CMessageBox::show(panel.frame, "Second", "", {}, nullptr));  // one layer at a time
+    const auto pumpUntil = [&](const std::function<bool()>& done) {
+        return waitFor([&] {
+            panel.platform->pump();
+            return done();
+        });
+    };
+    const Vinta::CRect second = static_cast<Vinta::CMessageBox*>(panel.frame->getModalView())->getButtonRect(1);
+    const Vinta::CPoint target = second.getCenter();
+    click(panel, static_cast<int>(target.x * 1.5), static_cast<int>((GetParam().keysym ? 20 : target.y) * 1.5));
+    if (GetParam().keysym) {
+        ASSERT_TRUE(pumpUntil([&] {
+            Window focus = 0;
+            int revert = 0;
+            XGetInputFocus(display, &focus, &revert);
+            return focus == panel.platform->getWindow();
+        }));
+        EXPECT_EQ(chosen, -2);  // a click beside the buttons chooses nothing
+        key(GetParam().keysym);
+    }
+    EXPECT_TRUE(pumpUntil([&] { return chosen != -2; }));
+    EXPECT_EQ(chosen, GetParam().expected);
+    EXPECT_EQ(panel.frame->getModalView(), nullptr);
+    close(panel);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, MessageBoxTest,
+                         ::testing::Values(MessageCase{0, 1}, MessageCase{XK_Return, 0}, MessageCase{XK_Escape, 1}));
 
 }  // namespace
 }  // namespace PlatformTest

@@ -84,6 +84,7 @@ TEST_F(HostWindowTest, DraggingTheKnobChangesItsValue) {
 TEST_F(HostWindowTest, KeysReachTheFocusedView) {
     Panel panel = open(1.0, EventDriver::OwnThread);
     ASSERT_NE(panel.frame, nullptr);
+    XSelectInput(display, host, KeyPressMask);
     click(panel, 140, 60);  // the click gives the editor the keyboard
     ASSERT_TRUE(waitFor([&] {
         Window focus = 0;
@@ -97,6 +98,10 @@ TEST_F(HostWindowTest, KeysReachTheFocusedView) {
     key(XK_Down, true);
     ASSERT_TRUE(waitFor([] { return recordedKeys().size() >= 3; }));
     EXPECT_EQ(recordedKeys(), (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
+    // The key nobody in the editor took went on to the host's window.
+    XEvent forwarded{};
+    EXPECT_TRUE(waitFor([&] { return XCheckTypedWindowEvent(display, host, KeyPress, &forwarded); }));
+    EXPECT_EQ(XLookupKeysym(&forwarded.xkey, 0), static_cast<KeySym>(XK_a));
     close(panel);
 }
 
