@@ -681,6 +681,7 @@ void X11Frame::destroy() {
     }
     if (n.wakeFd >= 0) ::close(n.wakeFd);
     n.wakeFd = -1;
+    frame = nullptr;  // the tree goes next; a pump still on the stack must not reach it
 }
 
 bool X11Frame::onFrameThread() const { return native->onFrameThread(); }
