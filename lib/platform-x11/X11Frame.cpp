@@ -447,6 +447,10 @@ void X11Frame::Native::processEvents() {
         XEvent event;
         XNextEvent(display, &event);
         if (XFilterEvent(&event, None)) continue;
+        if (event.type == MappingNotify) {
+            XRefreshKeyboardMapping(&event.xmapping);  // a new keyboard layout
+            continue;
+        }
         dispatch(event);
     }
 }

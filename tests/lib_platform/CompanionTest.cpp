@@ -36,6 +36,7 @@ int overrideRedirectWindows(Display* display) {
 
 struct EditCase {
     const char* typed;
+    unsigned long extraKeysym;  // a symbol the keyboard lacks, put on a spare key first (0: none)
     unsigned long endKey;
     const char* expected;
 };
@@ -55,6 +56,18 @@ TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
     click(panel, 150, 200);  // a double click opens the field
     ASSERT_TRUE(waitFor([&] { return edit->isEditing(); }));
     type(GetParam().typed);
+    if (KeySym extra = GetParam().extraKeysym) {
+        int low = 0, high = 0, perCode = 0;
+        XDisplayKeycodes(display, &low, &high);
+        KeySym* map = XGetKeyboardMapping(display, static_cast<KeyCode>(low), high - low + 1, &perCode);
+        int spare = high;
+        while (spare > low && map[(spare - low) * perCode] != NoSymbol) --spare;
+        XFree(map);
+        ASSERT_GT(spare, low);
+        XChangeKeyboardMapping(display, spare, 1, &extra, 1);
+        XSync(display, False);
+        key(extra);
+    }
     key(GetParam().endKey);
     ASSERT_TRUE(waitFor([&] { return !edit->isEditing(); }));
     EXPECT_STREQ(edit->getText(), GetParam().expected);
@@ -62,7 +75,8 @@ TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, TextEditTest,
-                         ::testing::Values(EditCase{"abc", XK_Return, "abc"}, EditCase{"zz", XK_Escape, "start"}));
+                         ::testing::Values(EditCase{"abc", 0, XK_Return, "abc"}, EditCase{"zz", 0, XK_Escape, "start"},
+                                           EditCase{"ab", XK_udiaeresis, XK_Return, "ab\xc3\xbc"}));
 
 TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhere) {
     Panel panel = open(1.0, EventDriver::OwnThread);
