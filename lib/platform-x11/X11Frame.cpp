@@ -887,10 +887,7 @@ void X11Frame::setFrameRate(int32_t framesPerSecond) {
     if (framesPerSecond > 0) native->frameRate = framesPerSecond;
 }
 
-void X11Frame::postUpdate() {
-    native->needsPaint = true;
-    native->wake();
-}
+void X11Frame::postUpdate() { native->wake(); }
 
 CBitmap* X11Frame::screenshot() {
     CBitmap* shot = nullptr;

@@ -40,7 +40,8 @@ public:
                              const FrameOptions& options);
     // The platform frame of a CFrame made by openFrame, else null.
     static X11Frame* of(CFrame* frame);
-    // Stops events and painting, releases the window (and the thread), then closes the tree.
+    // Stops events and painting, releases the window (and the thread), then closes the tree. From
+    // the host's side: under OwnThread never from the frame's own thread (a view's handler).
     static void closeFrame(CFrame* frame);
 
     // Events and painting begin; with OwnThread the thread starts pumping.
@@ -53,7 +54,8 @@ public:
     // only, on the thread that opened the frame. Safe to call while nothing is pending.
     void pump();
 
-    // Window pixels per editor unit: the window follows (and so does the host's, if it asks).
+    // Window pixels per editor unit: our window takes the tree's size times the scale; growing the
+    // host's window around it is the caller's part.
     void setScale(double scale);
     double getScale() const { return scale.load(); }
     unsigned long getWindow() const { return window; }
@@ -66,7 +68,7 @@ public:
     // Paints done so far: lets tests and benchmarks see that an idle editor stays idle.
     uint64_t getPaintCount() const { return paintCount.load(); }
 
-    // IFrame
+    // IFrame. Sizes and positions here are window pixels; invalidRect takes editor units.
     bool create(void* parent, const CRect& rect) override;
     void destroy() override;
     bool getScreenPosition(double& x, double& y) override;
