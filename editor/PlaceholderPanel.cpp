@@ -2,6 +2,7 @@
 
 #include "editor/KnobFilmstrip.h"
 #include "framework/plugin/OndraOS.h"
+#include "lib/controls/CGuiScaleContext.h"
 #include "lib/controls/CParamDisplay.h"
 #include "lib/controls/CTextLabel.h"
 #include "lib/controls/Vinta_AnimKnob.h"
@@ -65,6 +66,12 @@ void buildPlaceholderPanel(CFrame* frame, Ondra::OndraOS* plugin) {
         frame->addView(value);
     }
     filmstrip->forget();
+
+    // The GUI size menu (100 to 200 %) over its caption in the top left corner.
+    auto* sizeCaption = new CTextLabel(CRect(6.0, 6.0, 70.0, 22.0), "GUI size");
+    styleText(sizeCaption, kSystemFont, 11.0f, kLabelColor);
+    frame->addView(sizeCaption);
+    frame->addView(new CGuiScaleContext(CRect(0.0, 0.0, 76.0, 28.0)));
 }
 
 }  // namespace ZonfraEditor
