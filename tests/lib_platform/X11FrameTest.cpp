@@ -186,3 +186,27 @@ TEST_F(HostWindowTest, ErrorsOfOurConnectionAreSwallowedAndTheHostsStillReachIts
 
 }  // namespace
 }  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
+    setenv("MESA_GL_VERSION_OVERRIDE", "3.0", 1);  // Mesa then offers no 3.3 core context
+    Panel panel = open(1.0, EventDriver::HostIdle, true);
+    unsetenv("MESA_GL_VERSION_OVERRIDE");
+    ASSERT_NE(panel.frame, nullptr);
+    EXPECT_FALSE(panel.platform->isGL());
+    EXPECT_STREQ(panel.platform->getGLError(), "Error: Cannot create GL context");
+    const Shot shot = takeShot(*panel.platform);
+    int reddish = 0;  // the message's text over the panel's top edge
+    for (uint32_t y = 4; y < 22; ++y)
+        for (uint32_t x = 4; x < 200; ++x) {
+            const uint8_t* pixel = &shot.pixels[(y * shot.width + x) * 4];
+            reddish += pixel[0] > 150 && pixel[1] < 120;
+        }
+    EXPECT_GT(reddish, 20);
+    close(panel);
+}
+
+}  // namespace
+}  // namespace PlatformTest
