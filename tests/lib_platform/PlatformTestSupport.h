@@ -43,8 +43,8 @@ protected:
     void click(const Panel& panel, int x, int y, unsigned int number = 1);
     void key(unsigned long keysym, bool shift = false);
     void type(const char* text);
-    // Polls until `done` or two seconds pass.
-    static bool waitFor(const std::function<bool()>& done, int milliseconds = 2000);
+    // Polls until `done` or five seconds pass (a loaded machine paints slowly).
+    static bool waitFor(const std::function<bool()>& done, int milliseconds = 5000);
 
     Display* display = nullptr;
     Window host = 0;
