@@ -66,6 +66,7 @@ Ondra_VST3::Ondra_VST3(int index) : classIndex(index) {
 }
 
 Ondra_VST3::~Ondra_VST3() {
+    closeViews();
     clearParameters();
     setComponentHandler(nullptr);
     delete plugin;
@@ -165,6 +166,7 @@ void Ondra_VST3::clearParameters() {
 }
 
 tresult Ondra_VST3::terminate() {
+    closeViews();
     clearParameters();
     units.clear();
     setComponentHandler(nullptr);
@@ -500,6 +502,10 @@ IPlugView* Ondra_VST3::createView(FIDString name) {
 }
 
 void Ondra_VST3::addView(Ondra_VST3_EditorView* view) { views.push_back(view); }
+
+void Ondra_VST3::closeViews() {
+    for (Ondra_VST3_EditorView* view : views) view->closeEditor();
+}
 
 void Ondra_VST3::removeView(Ondra_VST3_EditorView* view) {
     views.erase(std::remove(views.begin(), views.end(), view), views.end());

@@ -127,6 +127,8 @@ public:
     void removeView(Ondra_VST3_EditorView* view);
 
 private:
+    // Views that outlive the effect keep nothing of it.
+    void closeViews();
     void addBuses();
     void buildParameters();
     void clearParameters();

@@ -17,7 +17,7 @@ constexpr Linux::TimerInterval kDefaultTimerMs = 16;
 // after the view is gone only reaches a cleared pointer.
 class Ondra_VST3_EditorView::RunLoopLink : public Linux::IEventHandler, public Linux::ITimerHandler {
 public:
-    explicit RunLoopLink(Vinta::CVintariaEditor* target) : editor(target) {}
+    explicit RunLoopLink(Ondra_VST3_EditorView* owner) : view(owner) {}
     virtual ~RunLoopLink() = default;
     RunLoopLink(const RunLoopLink&) = delete;
     RunLoopLink& operator=(const RunLoopLink&) = delete;
@@ -41,13 +41,13 @@ public:
         return left;
     }
     void onFDIsSet(Linux::FileDescriptor) override {
-        if (editor) editor->pumpEvents();
+        if (Vinta::CVintariaEditor* target = view ? view->editor() : nullptr) target->pumpEvents();
     }
     void onTimer() override {
-        if (editor) editor->idle();
+        if (Vinta::CVintariaEditor* target = view ? view->editor() : nullptr) target->idle();
     }
 
-    Vinta::CVintariaEditor* editor;
+    Ondra_VST3_EditorView* view;
 
 private:
     std::atomic<uint32> references{1};
@@ -102,7 +102,7 @@ tresult Ondra_VST3_EditorView::attached(void* parent, FIDString type) {
 void Ondra_VST3_EditorView::joinRunLoop() {
     Vinta::CVintariaEditor* target = editor();
     if (!runLoop || !target) return;
-    link = new RunLoopLink(target);
+    link = new RunLoopLink(this);
     const int fd = target->getEventFd();
     if (fd >= 0) runLoop->registerEventHandler(link, fd);
     const uint32_t interval = target->getTimerInterval();
@@ -111,7 +111,7 @@ void Ondra_VST3_EditorView::joinRunLoop() {
 
 void Ondra_VST3_EditorView::leaveRunLoop() {
     if (link) {
-        link->editor = nullptr;
+        link->view = nullptr;
         if (runLoop) {
             runLoop->unregisterEventHandler(link);
             runLoop->unregisterTimer(link);
@@ -123,9 +123,13 @@ void Ondra_VST3_EditorView::leaveRunLoop() {
     runLoop = nullptr;
 }
 
-tresult Ondra_VST3_EditorView::removed() {
+void Ondra_VST3_EditorView::closeEditor() {
     leaveRunLoop();
     if (Vinta::CVintariaEditor* target = editor()) target->close();
+}
+
+tresult Ondra_VST3_EditorView::removed() {
+    closeEditor();
     return CPluginView::removed();
 }
 

@@ -35,9 +35,12 @@ public:
 
     // The editor asked for a new size (its GUI scale changed): the host's frame is told.
     void requestSize(int width, int height);
+    // The effect is about to go: its editor closes and the host's run loop forgets this view.
+    void closeEditor();
 
 private:
     class RunLoopLink;
+    friend class RunLoopLink;
 
     Vinta::CVintariaEditor* editor() const;
     Steinberg::tresult forwardKey(bool down, Steinberg::char16 key, Steinberg::int16 keyCode,
