@@ -24,6 +24,7 @@ constexpr int kWidth = 534, kHeight = 488;
 // The placeholder's knobs: five columns, 64 units square from y 200; "Output Gain" is the last.
 constexpr double kColumn = kWidth / 5.0, kKnobTop = 200.0, kKnob = 64.0;
 constexpr int kOutputGainColumn = 4;
+constexpr int kKeyUp = 12, kKeyF1 = 40;  // VST virtual key codes
 
 int entries(const char* folder) {
     int count = 0;
@@ -133,7 +134,7 @@ TEST_P(EditorDoors, OpensInTheHostWindowAtItsScaledSizeAndPaints) {
     }
 }
 
-TEST_P(EditorDoors, DraggingAKnobEditsTheParameterAndTheHostSeesTheGesture) {
+TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture) {
     auto door = load();
     const int parameter = door->findParameter("Output Gain");
     ASSERT_GE(parameter, 0);
@@ -161,6 +162,19 @@ TEST_P(EditorDoors, DraggingAKnobEditsTheParameterAndTheHostSeesTheGesture) {
         performs += edit.kind == EditKind::Perform ? 1 : 0;
     }
     EXPECT_EQ(performs, static_cast<int>(edits.size()) - 2) << "one gesture, performs between its begin and end";
+
+    // Wheel and keys that the host hands over (VST3 view, VST2 opcodes) reach the knob under the
+    // pointer, which the drag gave the focus.
+    window.hover(*door, static_cast<int>(centre.x), static_cast<int>(centre.y));
+    const double dragged = door->getParameter(parameter);
+    if (door->sendWheel(-1.0f) < 0) return door->closeEditor();
+    EXPECT_LT(door->getParameter(parameter), dragged);
+    const auto wheel = door->takeEdits();
+    ASSERT_GE(wheel.size(), 2u);
+    EXPECT_EQ(wheel.front().kind, EditKind::Begin);
+    EXPECT_EQ(wheel.back().kind, EditKind::End);
+    EXPECT_EQ(door->sendKey(kKeyUp, true), 1) << "the focused knob takes the arrow keys";
+    EXPECT_EQ(door->sendKey(kKeyF1, true), 0) << "a key no view takes goes back to the host";
     door->closeEditor();
 }
 

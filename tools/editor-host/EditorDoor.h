@@ -36,6 +36,10 @@ public:
     virtual double getParameter(int parameter) = 0;
     // A host's content scale (VST3); false where the door has none.
     virtual bool setContentScale(double) { return false; }
+    // Wheel and keys sent through the host interface (VST3 view, VST2 opcodes): 1 taken, 0 not,
+    // -1 where the door has no such way. `virtualKey` uses the VST key codes.
+    virtual int sendWheel(float) { return -1; }
+    virtual int sendKey(int, bool) { return -1; }
     // Handlers and timers the plug-in keeps registered with this host (VST3 run loop).
     virtual size_t hostRegistrations() const { return 0; }
 

@@ -134,6 +134,12 @@ void HostWindow::drag(EditorDoor& door, int fromX, int fromY, int toX, int toY, 
     run(door, 80);
 }
 
+void HostWindow::hover(EditorDoor& door, int x, int y) {
+    if (!valid()) return;
+    moveTo(x, y);
+    run(door, 80);
+}
+
 void HostWindow::click(EditorDoor& door, int x, int y) {
     if (!valid()) return;
     moveTo(x, y);

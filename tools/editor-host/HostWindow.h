@@ -36,6 +36,7 @@ public:
     // Pointer input in window pixels, with the host's loop turning between the steps.
     void drag(EditorDoor& door, int fromX, int fromY, int toX, int toY, int steps = 12);
     void click(EditorDoor& door, int x, int y);
+    void hover(EditorDoor& door, int x, int y);
 
 private:
     void moveTo(int x, int y);

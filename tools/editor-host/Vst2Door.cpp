@@ -85,6 +85,14 @@ public:
 
     double getParameter(int parameter) override { return effect->getParameter(effect, parameter); }
 
+    // Steinberg's wheel message ("stCA", "Whee") and the key opcodes.
+    int sendWheel(float distance) override {
+        return dispatch(effVendorSpecific, 0x73744341, 0x57686565, nullptr, distance) ? 1 : 0;
+    }
+    int sendKey(int virtualKey, bool down) override {
+        return dispatch(down ? effEditKeyDown : effEditKeyUp, 0, virtualKey) ? 1 : 0;
+    }
+
 private:
     static VstIntPtr audioMaster(AEffect* from, VstInt32 opcode, VstInt32 index, VstIntPtr value, void*, float opt) {
         Vst2Door* door = from && from->user ? static_cast<Vst2Door*>(from->user) : loading;

@@ -214,6 +214,12 @@ public:
         return setScaleOn(scale);
     }
 
+    int sendWheel(float distance) override { return view && view->onWheel(distance) == kResultTrue ? 1 : 0; }
+    int sendKey(int virtualKey, bool down) override {
+        if (!view) return 0;
+        const int16 code = static_cast<int16>(virtualKey);
+        return (down ? view->onKeyDown(0, code, 0) : view->onKeyUp(0, code, 0)) == kResultTrue ? 1 : 0;
+    }
     size_t hostRegistrations() const override { return runLoop.registrations(); }
 
 private:
