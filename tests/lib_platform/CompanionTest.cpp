@@ -78,21 +78,27 @@ INSTANTIATE_TEST_SUITE_P(Ends, TextEditTest,
                          ::testing::Values(EditCase{"abc", 0, XK_Return, "abc"}, EditCase{"zz", 0, XK_Escape, "start"},
                                            EditCase{"ab", XK_udiaeresis, XK_Return, "ab\xc3\xbc"}));
 
-TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhere) {
+TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhereOrATabToTheNextField) {
     Panel panel = open(1.0, EventDriver::OwnThread);
     ASSERT_NE(panel.frame, nullptr);
-    Vinta_TextEdit::CInfo info;
-    info.rect = CRect(20, 120, 200, 150);
-    info.dragEditable = false;
-    auto* edit = new Vinta_TextEdit(info);
-    panel.frame->addView(edit);
+    Vinta_TextEdit* edits[2];
+    for (int index = 0; index < 2; ++index) {
+        Vinta_TextEdit::CInfo info;
+        info.rect = CRect(20, 120 + index * 40, 200, 150 + index * 40);
+        info.dragEditable = false;
+        panel.frame->addView(edits[index] = new Vinta_TextEdit(info));
+    }
     click(panel, 100, 135);
     click(panel, 100, 135);
-    ASSERT_TRUE(waitFor([&] { return edit->isEditing(); }));
+    ASSERT_TRUE(waitFor([&] { return edits[0]->isEditing(); }));
     type("k9");
-    click(panel, 250, 180);
-    ASSERT_TRUE(waitFor([&] { return !edit->isEditing(); }));
-    EXPECT_STREQ(edit->getText(), "k9");
+    key(XK_Tab);
+    ASSERT_TRUE(waitFor([&] { return edits[1]->isEditing(); }));
+    EXPECT_STREQ(edits[0]->getText(), "k9");
+    type("7");
+    click(panel, 250, 20);
+    ASSERT_TRUE(waitFor([&] { return !edits[1]->isEditing(); }));
+    EXPECT_STREQ(edits[1]->getText(), "7");
     close(panel);
 }
 
