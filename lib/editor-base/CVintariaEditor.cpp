@@ -144,14 +144,34 @@ void CVintariaEditor::pumpEvents() {
     lock.leave();
 }
 
-int32_t CVintariaEditor::onKeyDown(const VstKeyCode& key) { return frame ? frame->onKeyDown(key) : kKeyNotHandled; }
+// Keys and wheel come on the host's thread: the editor's lock keeps a close out, the frame's
+// lock a paint or the frame's own thread.
+template <typename Handler>
+auto CVintariaEditor::withFrame(Handler handler, decltype(handler(nullptr)) fallback) {
+    lock.enter();
+    if (frame) {
+        frame->getLock().enter();
+        fallback = handler(frame);
+        frame->getLock().leave();
+    }
+    lock.leave();
+    return fallback;
+}
 
-int32_t CVintariaEditor::onKeyUp(const VstKeyCode& key) { return frame ? frame->onKeyUp(key) : kKeyNotHandled; }
+int32_t CVintariaEditor::onKeyDown(const VstKeyCode& key) {
+    return withFrame([&](CFrame* target) { return target->onKeyDown(key); }, kKeyNotHandled);
+}
+
+int32_t CVintariaEditor::onKeyUp(const VstKeyCode& key) {
+    return withFrame([&](CFrame* target) { return target->onKeyUp(key); }, kKeyNotHandled);
+}
 
 bool CVintariaEditor::onWheel(float delta) {
-    if (!frame) return false;
-    const CPoint where = frame->getCurrentLocation();
-    return frame->onWheel(where, delta, frame->getCurrentMouseButtons());
+    return withFrame(
+        [&](CFrame* target) {
+            return target->onWheel(target->getCurrentLocation(), delta, target->getCurrentMouseButtons());
+        },
+        false);
 }
 
 void CVintariaEditor::beginEdit(Ondra::IPluginParameter* parameter) {

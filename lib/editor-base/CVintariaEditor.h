@@ -101,6 +101,9 @@ protected:
 
 private:
     void updateScaledRect();
+    // Runs `handler` on the open frame under both locks; `fallback` while shut.
+    template <typename Handler>
+    auto withFrame(Handler handler, decltype(handler(nullptr)) fallback);
     X11::EventDriver eventDriver = X11::EventDriver::OwnThread;
 };
 

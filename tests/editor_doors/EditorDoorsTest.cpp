@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -235,7 +236,11 @@ TEST_P(EditorDoors, OpeningAndClosingLeavesNoDescriptorThreadOrTimerBehind) {
     EXPECT_EQ(door->hostRegistrations(), 0u) << "a handler or timer is still registered with the host";
 }
 
-INSTANTIATE_TEST_SUITE_P(Doors, EditorDoors, ::testing::Values("vst3", "vst2", "embed"),
-                         [](const auto& door) { return std::string(door.param); });
+INSTANTIATE_TEST_SUITE_P(Doors, EditorDoors, ::testing::Values("vst3", "vst2", "embed", "vst3-no-runloop"),
+                         [](const auto& door) {
+                             std::string name = door.param;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
 
 }  // namespace

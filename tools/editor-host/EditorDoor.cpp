@@ -4,12 +4,13 @@
 
 namespace EditorHost {
 
-std::unique_ptr<EditorDoor> makeVst3Door();
+std::unique_ptr<EditorDoor> makeVst3Door(bool lendRunLoop);
 std::unique_ptr<EditorDoor> makeVst2Door();
 std::unique_ptr<EditorDoor> makeEmbedDoor();
 
 std::unique_ptr<EditorDoor> makeDoor(const std::string& kind) {
-    if (kind == "vst3") return makeVst3Door();
+    if (kind == "vst3") return makeVst3Door(true);
+    if (kind == "vst3-no-runloop") return makeVst3Door(false);
     if (kind == "vst2") return makeVst2Door();
     if (kind == "embed") return makeEmbedDoor();
     return nullptr;

@@ -61,7 +61,8 @@ private:
     std::vector<std::pair<int, int>> resizes;
 };
 
-// "vst3", "vst2" or "embed"; null for anything else.
+// "vst3", "vst2" or "embed", or "vst3-no-runloop" (a VST 3 host without IRunLoop); null for
+// anything else.
 std::unique_ptr<EditorDoor> makeDoor(const std::string& kind);
 
 }  // namespace EditorHost

@@ -12,7 +12,17 @@
 
 namespace EditorHost {
 
+namespace {
+// Xvfb resets, and refuses connections for a moment, whenever its last client leaves: one
+// connection stays open for the life of the process, so windows can come and go.
+void keepServerUp() {
+    static Display* const anchor = XOpenDisplay(nullptr);
+    (void)anchor;
+}
+}  // namespace
+
 HostWindow::HostWindow(int width, int height, int left, const char* title) {
+    keepServerUp();
     display = XOpenDisplay(nullptr);
     if (!display) return;
     const int screen = DefaultScreen(display);

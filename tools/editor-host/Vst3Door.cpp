@@ -116,6 +116,8 @@ private:
 
 class Vst3Door final : public EditorDoor {
 public:
+    // Without the run loop the host is one that has none to lend: the editor runs on its own.
+    explicit Vst3Door(bool lendsRunLoop) : lendRunLoop(lendsRunLoop) {}
     ~Vst3Door() override { unload(); }
 
     bool load(const std::string& path) override {
@@ -249,7 +251,7 @@ private:
     public:
         explicit Frame(Vst3Door& owner) : door(owner) {}
         tresult queryInterface(const TUID interfaceId, void** object) override {
-            if (sameUid(interfaceId, Linux::IRunLoop::iid)) {
+            if (door.lendRunLoop && sameUid(interfaceId, Linux::IRunLoop::iid)) {
                 *object = static_cast<Linux::IRunLoop*>(&door.runLoop);
                 return kResultOk;
             }
@@ -338,6 +340,7 @@ private:
     IEditController* controller = nullptr;
     IPlugView* view = nullptr;
     double pendingScale = 0.0;
+    bool lendRunLoop;
     Handler handler{*this};
     RunLoop runLoop;
     Frame plugFrame{*this};
@@ -345,6 +348,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<EditorDoor> makeVst3Door() { return std::make_unique<Vst3Door>(); }
+std::unique_ptr<EditorDoor> makeVst3Door(bool lendRunLoop) { return std::make_unique<Vst3Door>(lendRunLoop); }
 
 }  // namespace EditorHost

@@ -12,7 +12,7 @@
 namespace {
 
 const char* const kUsage =
-    "usage: zonfra-editor-host [--door vst3|vst2|embed] [--plugin LIBRARY] [--scale PERCENT]\n"
+    "usage: zonfra-editor-host [--door vst3|vst2|embed|vst3-no-runloop] [--plugin LIBRARY] [--scale PERCENT]\n"
     "                          [--set NAME=VALUE]... [--drag X0,Y0,X1,Y1]... [--after MS]\n"
     "                          [--screenshot FILE.png] [--print-edits]\n"
     "  NAME is a parameter's index or the name the host sees; VALUE is normalized (0..1).\n"
