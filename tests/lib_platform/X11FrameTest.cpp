@@ -140,6 +140,22 @@ TEST_F(HostWindowTest, HostDriversPaintOnlyWhenPumped) {
     }
 }
 
+TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnection) {
+    const unsigned long errors = Vinta::X11::getTrappedErrorCount();
+    Panel first = open(1.0, EventDriver::OwnThread), second = open(1.25, EventDriver::OwnThread);
+    ASSERT_TRUE(first.frame && second.frame);
+    EXPECT_NE(first.platform->getDisplay(), second.platform->getDisplay());
+    ASSERT_TRUE(waitFor([&] { return first.platform->getPaintCount() > 0 && second.platform->getPaintCount() > 0; }));
+    const uint64_t painted = second.platform->getPaintCount();
+    second.knob->setValue(0.5f);  // from another thread, as a host's parameter change comes
+    second.knob->setDirty(true);
+    EXPECT_TRUE(waitFor([&] { return second.platform->getPaintCount() > painted; }));
+    close(first);
+    EXPECT_GT(takeShot(*second.platform).distinctColours(), 2);  // the other one goes on
+    close(second);
+    EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), errors);
+}
+
 TEST_F(HostWindowTest, OpeningAndClosingLeavesNoDescriptorOrThreadBehind) {
     const std::pair<EventDriver, bool> kinds[] = {{EventDriver::HostIdle, true}, {EventDriver::OwnThread, true},
                                                   {EventDriver::HostIdle, false}, {EventDriver::OwnThread, false}};
