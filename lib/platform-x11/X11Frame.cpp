@@ -142,6 +142,7 @@ struct X11Frame::Native {
     std::deque<std::function<void()>*> calls;
     bool opened = false;
     bool openDone = false;
+    bool orphaned = false;  // the frame went while its own thread was inside a handler
 
     std::thread::id openedOn;
 
@@ -397,6 +398,7 @@ void X11Frame::Native::threadMain(Window parentWindow, CRect rect) {
     while (!quit.load() && display && !isConnectionLost(display)) {
         runCalls();
         if (started.load()) pumpOnce();
+        if (!display) break;  // closed from one of its own handlers
         XFlush(display);
         if (XPending(display)) continue;
         pollfd watched[2] = {{ConnectionNumber(display), POLLIN, 0}, {wakeFd, POLLIN, 0}};
@@ -412,6 +414,10 @@ void X11Frame::Native::threadMain(Window parentWindow, CRect rect) {
     }
     runCalls();
     close();
+    if (orphaned) {
+        if (wakeFd >= 0) ::close(wakeFd);
+        delete this;
+    }
 }
 
 // ---- the loop
@@ -429,6 +435,7 @@ int X11Frame::Native::waitMilliseconds() {
 void X11Frame::Native::pumpOnce() {
     if (!display || isConnectionLost(display)) return;
     processEvents();
+    if (!display) return;  // a handler closed the editor
     const uint32_t now = getVintaTicks();
     X11SystemTimer::instance().service(now);
     if (self.frame) self.frame->idle();
@@ -540,7 +547,7 @@ void X11Frame::Native::onButtonRelease(XButtonEvent& event) {
     if (event.button >= 4 && event.button <= 7) return;
     const unsigned int stillHeld = event.state & ~buttonMask(event.button);
     self.frame->onMouseUp(toUnits(event.x, event.y), toButtonState(stillHeld, 0));
-    if (captured && !(stillHeld & (Button1Mask | Button2Mask | Button3Mask))) {
+    if (display && captured && !(stillHeld & (Button1Mask | Button2Mask | Button3Mask))) {
         XUngrabPointer(display, event.time);
         captured = false;
     }
@@ -559,7 +566,7 @@ void X11Frame::Native::onKey(XKeyEvent& event, bool down) {
     const VstKeyCode key = toVstKeyCode(symbol, event.state, text);
     int32_t result = kKeyNotHandled;
     if (key.virt != VKEY_NONE) result = down ? self.frame->onKeyDown(key) : self.frame->onKeyUp(key);
-    if (result >= 0 || !parent) return;
+    if (result >= 0 || !parent || !display) return;
     // Nobody here wants it: the host's window gets the key.
     XEvent forwarded{};
     forwarded.xkey = event;
@@ -634,7 +641,16 @@ X11Frame::X11Frame(CFrame* owner, const FrameOptions& options)
     scale = options.scale > 0.0 ? options.scale : 1.0;
 }
 
-X11Frame::~X11Frame() { destroy(); }
+X11Frame::~X11Frame() {
+    destroy();
+    if (native->thread.joinable()) {
+        // Still inside a handler on the frame's own thread, which cannot join itself: the thread
+        // finishes on its own and takes its state along.
+        native->orphaned = true;
+        native->thread.detach();
+        static_cast<void>(native.release());
+    }
+}
 
 CFrame* X11Frame::openFrame(unsigned long parentWindow, const CRect& units, IVintaEditor* editor,
                             const FrameOptions& options) {
@@ -675,8 +691,15 @@ bool X11Frame::create(void* parent, const CRect& rect) {
 void X11Frame::destroy() {
     Native& n = *native;
     n.closing = true;
+    if (n.thread.joinable() && std::this_thread::get_id() == n.thread.get_id()) {
+        // Closed from a handler on the frame's own thread: the window goes now, and the thread
+        // leaves its loop when the handler returns.
+        n.close();
+        n.quit = true;
+        frame = nullptr;
+        return;
+    }
     if (n.thread.joinable()) {
-        if (std::this_thread::get_id() == n.thread.get_id()) return;  // the thread ends on its own
         n.quit = true;
         n.wake();
         n.thread.join();

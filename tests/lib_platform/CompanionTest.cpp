@@ -52,8 +52,7 @@ TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
     auto* edit = new Vinta_TextEdit(info);
     edit->setText("start");
     panel.frame->addView(edit);
-    click(panel, 150, 200);
-    click(panel, 150, 200);  // a double click opens the field
+    doubleClick(panel, 150, 200);  // a double click opens the field
     ASSERT_TRUE(waitFor([&] { return edit->isEditing(); }));
     type(GetParam().typed);
     if (KeySym extra = GetParam().extraKeysym) {
@@ -88,8 +87,7 @@ TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhereOrATabToTheNextField
         info.dragEditable = false;
         panel.frame->addView(edits[index] = new Vinta_TextEdit(info));
     }
-    click(panel, 100, 135);
-    click(panel, 100, 135);
+    doubleClick(panel, 100, 135);
     ASSERT_TRUE(waitFor([&] { return edits[0]->isEditing(); }));
     type("k9");
     key(XK_Tab);

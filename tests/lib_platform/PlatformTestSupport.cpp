@@ -113,6 +113,11 @@ void HostWindowTest::click(const Panel& panel, int x, int y, unsigned int number
     button(number, false);
 }
 
+void HostWindowTest::doubleClick(const Panel& panel, int x, int y) {
+    moveTo(panel, x, y);
+    for (bool down : {true, false, true, false}) button(1, down);
+}
+
 void HostWindowTest::key(unsigned long keysym, bool shift) {
     const KeyCode shiftCode = XKeysymToKeycode(display, 0xffe1);
     const KeyCode code = XKeysymToKeycode(display, keysym);

@@ -41,6 +41,8 @@ protected:
     void moveTo(const Panel& panel, int x, int y);
     void button(unsigned int number, bool down);
     void click(const Panel& panel, int x, int y, unsigned int number = 1);
+    // Both clicks go out together: a busy editor thread cannot stretch them apart.
+    void doubleClick(const Panel& panel, int x, int y);
     void key(unsigned long keysym, bool shift = false);
     void type(const char* text);
     // Polls until `done` or five seconds pass (a loaded machine paints slowly).

@@ -233,3 +233,42 @@ TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
 
 }  // namespace
 }  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+// Closes the editor from its own click, on the frame's thread.
+class ClosingView : public Vinta::CView {
+public:
+    using CView::CView;
+    int32_t onMouseDown(const Vinta::CPoint&, Vinta::CButtonState) override {
+        Vinta::X11::X11Frame::closeFrame(getFrame());
+        return Vinta::kMouseEventHandled;
+    }
+};
+
+TEST_F(HostWindowTest, AViewMayCloseTheEditorFromItsOwnHandler) {
+    for (EventDriver driver : {EventDriver::OwnThread, EventDriver::HostIdle}) {
+        const int threads = countEntries("/proc/self/task");
+        Panel panel = open(1.0, driver);
+        ASSERT_NE(panel.frame, nullptr);
+        panel.frame->addView(new ClosingView(Vinta::CRect(200, 120, 280, 180)));
+        const Window window = panel.platform->getWindow();
+        const auto gone = [&] {
+            XWindowAttributes attributes{};
+            return XGetWindowAttributes(display, window, &attributes) == 0;
+        };
+        click(panel, 240, 150);
+        bool closed = false;
+        EXPECT_TRUE(waitFor([&] {
+            if (driver == EventDriver::HostIdle && !closed) {
+                panel.platform->pump();  // the last call: the frame is gone when it returns
+                closed = gone();
+            }
+            return gone() && countEntries("/proc/self/task") == threads;
+        }));
+    }
+}
+
+}  // namespace
+}  // namespace PlatformTest
