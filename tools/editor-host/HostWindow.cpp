@@ -12,12 +12,13 @@
 
 namespace EditorHost {
 
-namespace {
 // Xvfb resets, and refuses connections for a moment, whenever its last client leaves: one
 // connection stays open for the life of the process, so windows can come and go.
+Display* serverAnchor = nullptr;
+
+namespace {
 void keepServerUp() {
-    static Display* const anchor = XOpenDisplay(nullptr);
-    (void)anchor;
+    if (!serverAnchor) serverAnchor = XOpenDisplay(nullptr);
 }
 }  // namespace
 
