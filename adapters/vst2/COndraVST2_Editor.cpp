@@ -47,6 +47,8 @@ bool COndraVST2_Editor::onKeyDown(VstKeyCode& key) {
     return editor && parentWindow && editor->onKeyDown(toVinta(key)) >= 0;
 }
 
-bool COndraVST2_Editor::onKeyUp(VstKeyCode& key) { return editor && parentWindow && editor->onKeyUp(toVinta(key)) >= 0; }
+bool COndraVST2_Editor::onKeyUp(VstKeyCode& key) {
+    return editor && parentWindow && editor->onKeyUp(toVinta(key)) >= 0;
+}
 
 bool COndraVST2_Editor::onWheel(float distance) { return editor && parentWindow && editor->onWheel(distance); }

@@ -186,8 +186,6 @@ tresult Ondra_VST3_EditorView::setContentScaleFactor(ScaleFactor factor) {
     if (!target || !std::isfinite(factor) || factor <= 0.0f) return kResultFalse;
     // An open editor tells the host its new size through the controller's sizeWindow.
     target->setGuiScale(static_cast<double>(factor));
-    ViewRect size{};
-    getSize(&size);
     return kResultTrue;
 }
 

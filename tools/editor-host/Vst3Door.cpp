@@ -92,7 +92,8 @@ public:
                         if (h.fd == p.fd) h.handler->onFDIsSet(p.fd);
         const auto now = Clock::now();
         for (const Timer& t : std::vector<Timer>(timers)) {
-            auto live = std::find_if(timers.begin(), timers.end(), [&](const Timer& x) { return x.handler == t.handler; });
+            auto live =
+                std::find_if(timers.begin(), timers.end(), [&](const Timer& x) { return x.handler == t.handler; });
             if (live == timers.end() || now < live->due) continue;
             live->due = now + live->interval;
             t.handler->onTimer();
@@ -206,7 +207,9 @@ public:
         controller->setParamNormalized(static_cast<ParamID>(parameter), normalized);
     }
 
-    double getParameter(int parameter) override { return controller->getParamNormalized(static_cast<ParamID>(parameter)); }
+    double getParameter(int parameter) override {
+        return controller->getParamNormalized(static_cast<ParamID>(parameter));
+    }
 
     bool setContentScale(double scale) override {
         if (!view) {
