@@ -438,6 +438,7 @@ void X11Frame::Native::pumpOnce() {
     if (!display) return;  // a handler closed the editor
     const uint32_t now = getVintaTicks();
     X11SystemTimer::instance().service(now);
+    if (!display) return;  // so did a timer
     if (self.frame) self.frame->idle();
     const uint32_t interval = 1000u / static_cast<uint32_t>(std::max(1, frameRate.load()));
     if (needsPaint.load() && now - lastPaint >= interval) {

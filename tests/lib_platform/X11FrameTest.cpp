@@ -5,12 +5,14 @@
 #include <dirent.h>
 
 #include <cmath>
+#include <atomic>
 #include <thread>
 
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CDrawContext.h"
 #include "lib/platform-x11/X11ErrorTrap.h"
 #include "lib/views/CControl.h"
+#include "lib/views/CTimerObject.h"
 
 namespace PlatformTest {
 namespace {
@@ -237,35 +239,29 @@ TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
 namespace PlatformTest {
 namespace {
 
-// Closes the editor from its own click, on the frame's thread.
-class ClosingView : public Vinta::CView {
+// Closes the editor from a timer, on the frame's own thread.
+class ClosingTimer : public Vinta::CTimerObject {
 public:
-    using CView::CView;
-    int32_t onMouseDown(const Vinta::CPoint&, Vinta::CButtonState) override {
-        Vinta::X11::X11Frame::closeFrame(getFrame());
-        return Vinta::kMouseEventHandled;
+    explicit ClosingTimer(Vinta::CFrame* frame) : target(frame) { startTimer(10); }
+    void onTimer(uint32_t) override {
+        stopTimer();
+        Vinta::X11::X11Frame::closeFrame(target.exchange(nullptr));
     }
+    std::atomic<Vinta::CFrame*> target;
 };
 
-TEST_F(HostWindowTest, AViewMayCloseTheEditorFromItsOwnHandler) {
+TEST_F(HostWindowTest, TheEditorMayBeClosedFromItsOwnThread) {
     for (EventDriver driver : {EventDriver::OwnThread, EventDriver::HostIdle}) {
         const int threads = countEntries("/proc/self/task");
         Panel panel = open(1.0, driver);
         ASSERT_NE(panel.frame, nullptr);
-        panel.frame->addView(new ClosingView(Vinta::CRect(200, 120, 280, 180)));
         const Window window = panel.platform->getWindow();
-        const auto gone = [&] {
-            XWindowAttributes attributes{};
-            return XGetWindowAttributes(display, window, &attributes) == 0;
-        };
-        click(panel, 240, 150);
-        bool closed = false;
+        ClosingTimer closer(panel.frame);
         EXPECT_TRUE(waitFor([&] {
-            if (driver == EventDriver::HostIdle && !closed) {
-                panel.platform->pump();  // the last call: the frame is gone when it returns
-                closed = gone();
-            }
-            return gone() && countEntries("/proc/self/task") == threads;
+            if (driver == EventDriver::HostIdle && closer.target) panel.platform->pump();  // the last one closes
+            XWindowAttributes attributes{};
+            return !closer.target && XGetWindowAttributes(display, window, &attributes) == 0 &&
+                   countEntries("/proc/self/task") == threads;
         }));
     }
 }
