@@ -52,9 +52,7 @@ TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
     auto* edit = new Vinta_TextEdit(info);
     edit->setText("start");
     panel.frame->addView(edit);
-    doubleClick(panel, 150, 200);  // a double click opens the field
-    ASSERT_TRUE(waitFor([&] { return edit->isEditing(); }));
-    type(GetParam().typed);
+    // The new layout reaches the editor ahead of the clicks that open the field.
     if (KeySym extra = GetParam().extraKeysym) {
         int low = 0, high = 0, perCode = 0;
         XDisplayKeycodes(display, &low, &high);
@@ -65,8 +63,11 @@ TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
         ASSERT_GT(spare, low);
         XChangeKeyboardMapping(display, spare, 1, &extra, 1);
         XSync(display, False);
-        key(extra);
     }
+    doubleClick(panel, 150, 200);  // a double click opens the field
+    ASSERT_TRUE(waitFor([&] { return edit->isEditing(); }));
+    type(GetParam().typed);
+    if (KeySym extra = GetParam().extraKeysym) key(extra);
     key(GetParam().endKey);
     ASSERT_TRUE(waitFor([&] { return !edit->isEditing(); }));
     EXPECT_STREQ(edit->getText(), GetParam().expected);
