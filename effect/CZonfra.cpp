@@ -24,6 +24,7 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     chunk.setCompress(true);
 
     buildParameters();
+    if (editorFactory) editor = editorFactory(*this);
     setBlockSize(kStartBlockSize);
     // The LFO's start settings hold until the init preset reports its own.
     control.startLfo(kStartSampleRate);
@@ -42,7 +43,13 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     setSampleRate(kStartSampleRate);
 }
 
-CZonfra::~CZonfra() = default;
+CZonfra::EditorFactory CZonfra::editorFactory = nullptr;
+
+// The editor's views listen to the parameters: it goes while they still exist.
+CZonfra::~CZonfra() {
+    delete editor;
+    editor = nullptr;
+}
 
 void CZonfra::buildParameters() {
     parameters.setTag(kManagerTag);
@@ -204,6 +211,14 @@ bool CZonfra::setChunk(void* data, int size) {
     return true;
 }
 
-void CZonfra::getEditorRect(EditorRect&) {}
-void CZonfra::openEditor(void*) {}
-void CZonfra::closeEditor() {}
+void CZonfra::getEditorRect(EditorRect& rect) {
+    if (auto* door = dynamic_cast<ISamplerEffect*>(editor)) door->getEditorRect(rect);
+}
+
+void CZonfra::openEditor(void* parent) {
+    if (auto* door = dynamic_cast<ISamplerEffect*>(editor)) door->openEditor(parent);
+}
+
+void CZonfra::closeEditor() {
+    if (auto* door = dynamic_cast<ISamplerEffect*>(editor)) door->closeEditor();
+}

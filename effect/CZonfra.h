@@ -40,7 +40,7 @@ public:
     void setBypass(bool on) override;
     int getControlChunkSize() override;
 
-    // ISamplerEffect
+    // ISamplerEffect: handed to the editor, which places itself.
     void getEditorRect(EditorRect& rect) override;
     void openEditor(void* parent) override;
     void closeEditor() override;
@@ -48,6 +48,11 @@ public:
     // The parts, read by the editor's displays.
     const SignalChain& signalChain() const { return chain; }
     const ModulationControl& modulation() const { return control; }
+
+    // Makes the editor each new effect owns; set by the editor library where it is linked in, so
+    // tools and tests without a GUI make effects without one.
+    using EditorFactory = Ondra::PluginEditor* (*)(CZonfra& effect);
+    static EditorFactory editorFactory;
 
     // Housekeeping for the editor's pages and the preset tools.
     Ondra::ParameterProperty& getGlobalLimiterParameter() { return globalLimiter; }

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "adapters/vst2/Vst2Text.h"
+#include "lib/editor-base/CVintariaEditor.h"
 
 extern "C" Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback, int uniqueId);
 extern "C" Ondra::OndraPluginList* getOndraPluginListPTR();
@@ -77,9 +78,16 @@ OndraVST::OndraVST(audioMasterCallback host) : AudioEffectX(host, 0, 0) {
     plugin->setSampleRate(sampleRate);
     plugin->setBlockSize(blockSize);
     resizeChannelBuffers();
+    if (auto* effectEditor = dynamic_cast<Vinta::CVintariaEditor*>(plugin->getEditor())) {
+        editorWrapper = new COndraVST2_Editor(effectEditor);
+        setEditor(editorWrapper);
+    }
 }
 
 OndraVST::~OndraVST() {
+    delete editorWrapper;
+    editorWrapper = nullptr;
+    setEditor(nullptr);
     if (!plugin) return;
     for (int i = 0; i < plugin->getAutomatableCount(); ++i)
         if (Ondra::IPluginParameter* parameter = plugin->getAutomatableParameter(i)) parameter->removeListener(this);
@@ -171,10 +179,10 @@ bool OndraVST::getProductString(char* text) {
 
 VstInt32 OndraVST::getVendorVersion() { return info.versionNumber; }
 
-VstIntPtr OndraVST::vendorSpecific(VstInt32 index, VstIntPtr value, void*, float) {
+VstIntPtr OndraVST::vendorSpecific(VstInt32 index, VstIntPtr value, void*, float opt) {
     if (value == kWheelValue && (index & ~0x20) == kWheelIndex) {
-        // Steinberg hosts send the mouse wheel this way; it belongs to the editor, which takes it
-        // once there is one.
+        // Steinberg hosts send the mouse wheel this way; it belongs to the editor.
+        if (editorWrapper) editorWrapper->onWheel(opt);
         return 1;
     }
     if (value == kResetValue && index == kResetIndex) {

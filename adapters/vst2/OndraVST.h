@@ -1,6 +1,7 @@
 #pragma once
 #include <vector>
 
+#include "adapters/vst2/COndraVST2_Editor.h"
 #include "adapters/vst2/sdk/AudioEffectX.h"
 #include "framework/parameters/ParameterChangeListener.h"
 #include "framework/plugin/CNChannelBuffer.h"
@@ -95,6 +96,7 @@ private:
     void fillTimeLine(Ondra::OndraAudioBlock& block, const Vst2::VstTimeInfo& time) const;
 
     Ondra::OndraOS* plugin = nullptr;
+    COndraVST2_Editor* editorWrapper = nullptr;
     bool hostIsSetting = false;
     bool tellingHost = false;
     bool settingParameter = false;

@@ -8,10 +8,12 @@
 #include <memory>
 #include <string>
 
+#include "adapters/vst3/Ondra_VST3_EditorView.h"
 #include "adapters/vst3/sdk-helpers/StringConvert.h"
 #include "adapters/vst3/sdk-helpers/StringListParameter.h"
 #include "framework/parameters/UnitType.h"
 #include "framework/plugin/ChunkedProcess.h"
+#include "lib/editor-base/CVintariaEditor.h"
 
 extern "C" Ondra::OndraOS* createOndraInstance(Ondra::OndraCallback* callback, int uniqueId);
 extern "C" Ondra::OndraPluginList* getOndraPluginListPTR();
@@ -64,6 +66,7 @@ Ondra_VST3::Ondra_VST3(int index) : classIndex(index) {
 }
 
 Ondra_VST3::~Ondra_VST3() {
+    closeViews();
     clearParameters();
     setComponentHandler(nullptr);
     delete plugin;
@@ -163,6 +166,7 @@ void Ondra_VST3::clearParameters() {
 }
 
 tresult Ondra_VST3::terminate() {
+    closeViews();
     clearParameters();
     units.clear();
     setComponentHandler(nullptr);
@@ -482,6 +486,34 @@ void Ondra_VST3::endEdit(int index) {
 
 void Ondra_VST3::automate(int index, float value) {
     if (index >= 0) performEdit(static_cast<ParamID>(index), value);
+}
+
+Vinta::CVintariaEditor* Ondra_VST3::getEditor() const {
+    return plugin ? dynamic_cast<Vinta::CVintariaEditor*>(plugin->getEditor()) : nullptr;
+}
+
+IPlugView* Ondra_VST3::createView(FIDString name) {
+    Vinta::CVintariaEditor* editor = getEditor();
+    if (!name || std::strcmp(name, "editor") != 0 || !editor) return nullptr;
+    int32_t width = 0, height = 0;
+    editor->getRect(width, height);
+    const ViewRect size{0, 0, width, height};
+    return new Ondra_VST3_EditorView(this, size);
+}
+
+void Ondra_VST3::addView(Ondra_VST3_EditorView* view) { views.push_back(view); }
+
+void Ondra_VST3::closeViews() {
+    for (Ondra_VST3_EditorView* view : views) view->closeEditor();
+}
+
+void Ondra_VST3::removeView(Ondra_VST3_EditorView* view) {
+    views.erase(std::remove(views.begin(), views.end(), view), views.end());
+}
+
+bool Ondra_VST3::sizeWindow(int width, int height) {
+    for (Ondra_VST3_EditorView* view : views) view->requestSize(width, height);
+    return true;
 }
 
 void Ondra_VST3::updateDisplay() { restartComponent(kParamValuesChanged | kParamTitlesChanged); }

@@ -12,6 +12,12 @@
 #include "framework/plugin/OndraPluginInfo.h"
 #include "framework/parameters/ParameterProperty.h"
 
+class Ondra_VST3_EditorView;
+
+namespace Vinta {
+class CVintariaEditor;
+}
+
 // One effect instance as a single VST 3 component: component, processor, controller, unit
 // information, program list data and MIDI mapping in one object.
 class Ondra_VST3 : public Steinberg::Vst::SingleComponentEffect,
@@ -53,6 +59,8 @@ public:
     Steinberg::uint32 getTailSamples() override;
 
     // IEditController
+    // Only "editor" names a view.
+    Steinberg::IPlugView* createView(Steinberg::FIDString name) override;
     Steinberg::tresult setComponentState(Steinberg::IBStream* state) override;
     Steinberg::Vst::ParamValue getParamNormalized(Steinberg::Vst::ParamID id) override;
     Steinberg::tresult setParamNormalized(Steinberg::Vst::ParamID id, Steinberg::Vst::ParamValue value) override;
@@ -102,7 +110,8 @@ public:
     void endEdit(int index) override;
     void automate(int index, float value) override;
     float getHostTempo() override { return lastTempo; }
-    bool sizeWindow(int, int) override { return true; }
+    // The editor's new size goes to the host through each open view's frame.
+    bool sizeWindow(int width, int height) override;
     int getPluginType() override { return Ondra::kPluginTypeVST3; }
     void updateDisplay() override;
 
@@ -111,8 +120,15 @@ public:
     void parameterChanged(Ondra::IPluginParameter* property) override;
 
     Ondra::OndraOS* getPlugin() const { return plugin; }
+    // The effect's editor; null once the effect is gone.
+    Vinta::CVintariaEditor* getEditor() const;
+    // Views register while they live.
+    void addView(Ondra_VST3_EditorView* view);
+    void removeView(Ondra_VST3_EditorView* view);
 
 private:
+    // Views that outlive the effect keep nothing of it.
+    void closeViews();
     void addBuses();
     void buildParameters();
     void clearParameters();
@@ -138,5 +154,6 @@ private:
     DSP::StereoBuffer inputScratch, outputScratch;
     float lastTempo = 10.0f;
     std::vector<Steinberg::Vst::Unit> units;
+    std::vector<Ondra_VST3_EditorView*> views;
     Steinberg::Vst::UnitID selectedUnit = 0;
 };

@@ -22,6 +22,6 @@ TEST(ArdourVst2Scan, ListsThePluginWithItsNameMakerAndChannels) {
     for (const char* fragment : {"Found Plugin: 'nozV' MMK Zonfra QT", "id=\"1450864494\"" /* "Vzon" */,
                                  "name=\"MMK Zonfra QT\"", "creator=\"Morvandel\"", "n_inputs=\"2\" n_outputs=\"2\"",
                                  "n_midi_inputs=\"0\"", "is_instrument=\"0\"", "can_process_replace=\"1\"",
-                                 "has_editor=\"0\""})
+                                 "has_editor=\"1\""})
         EXPECT_NE(output.find(fragment), std::string::npos) << fragment << "\n" << output;
 }

@@ -54,7 +54,7 @@ TEST(Vst2Host, TheRecordDescribesTheEffect) {
     EXPECT_TRUE(e.flags & effFlagsCanReplacing);
     EXPECT_TRUE(e.flags & effFlagsProgramChunks);
     EXPECT_FALSE(e.flags & effFlagsCanDoubleReplacing);
-    EXPECT_FALSE(e.flags & effFlagsHasEditor);
+    EXPECT_TRUE(e.flags & effFlagsHasEditor);
     EXPECT_FALSE(e.flags & effFlagsIsSynth);
     EXPECT_NE(e.processReplacing, nullptr);
     EXPECT_NE(e.object, nullptr);
@@ -81,8 +81,12 @@ TEST(Vst2Host, FixedAnswersAndNames) {
     EXPECT_EQ(plugin.text(effGetEffectName), "MMK Zonfra QT");
     EXPECT_EQ(plugin.text(effGetVendorString), "Morvandel");
     EXPECT_EQ(plugin.text(effGetProductString), "Morvandel Mixing Kit");
+    // The editor's size is known before it opens; without a parent window it does not open.
     ERect* rect = nullptr;
-    EXPECT_EQ(plugin.dispatch(effEditGetRect, 0, 0, &rect), 0);
+    EXPECT_EQ(plugin.dispatch(effEditGetRect, 0, 0, &rect), 1);
+    ASSERT_NE(rect, nullptr);
+    EXPECT_GT(rect->right - rect->left, 0);
+    EXPECT_EQ(plugin.dispatch(effEditOpen), 0);
 }
 
 TEST(Vst2Host, PinsAndSpeakerArrangements) {

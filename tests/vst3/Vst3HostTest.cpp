@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Vst3Instance.h"
+#include "adapters/vst3/sdk/Vst3View.h"
 #include "support/AllocationCounter.h"
 
 using namespace Steinberg;
@@ -92,7 +93,11 @@ TEST_F(Vst3Host, BusesParametersUnitsAndFixedAnswers) {
     ParamID id = 12345;
     EXPECT_EQ(mapping->getMidiControllerAssignment(0, 0, 7, id), kResultFalse);
     mapping->release();
-    EXPECT_EQ(plugin.controller->createView("editor"), nullptr);
+    EXPECT_EQ(plugin.controller->createView("other"), nullptr);
+    IPlugView* view = plugin.controller->createView("editor");
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->isPlatformTypeSupported(kPlatformTypeX11EmbedWindowID), kResultTrue);
+    view->release();
 }
 
 TEST_F(Vst3Host, LatencyAndTail) {

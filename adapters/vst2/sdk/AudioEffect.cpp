@@ -128,8 +128,18 @@ VstIntPtr AudioEffect::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr val
             return ptr ? getChunk(static_cast<void**>(ptr), index != 0) : 0;
         case effSetChunk:
             return ptr && value > 0 ? setChunk(ptr, static_cast<VstInt32>(value), index != 0) : 0;
+        case effEditGetRect:
+            return editor && ptr ? editor->getRect(static_cast<ERect**>(ptr)) : 0;
+        case effEditOpen:
+            return editor ? editor->open(ptr) : 0;
+        case effEditClose:
+            if (editor) editor->close();
+            return 0;
+        case effEditIdle:
+            if (editor) editor->idle();
+            return 0;
         default:
-            return 0;  // the editor opcodes too: this object has none
+            return 0;
     }
 }
 

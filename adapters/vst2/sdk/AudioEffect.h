@@ -1,4 +1,5 @@
 #pragma once
+#include "adapters/vst2/sdk/AEffEditor.h"
 #include "adapters/vst2/sdk/AEffect.h"
 
 namespace Vst2 {
@@ -59,6 +60,13 @@ public:
     void setNumParams(VstInt32 count) { numParams = cEffect.numParams = count; }
     void setNumPrograms(VstInt32 count) { numPrograms = cEffect.numPrograms = count; }
 
+    // The editor the editor opcodes reach, not owned; the host learns of it from the flags.
+    void setEditor(AEffEditor* newEditor) {
+        editor = newEditor;
+        setFlag(effFlagsHasEditor, editor != nullptr);
+    }
+    AEffEditor* getEditor() const { return editor; }
+
     float getSampleRate() const { return sampleRate; }
     VstInt32 getBlockSize() const { return blockSize; }
 
@@ -72,6 +80,7 @@ protected:
 
     AEffect cEffect{};
     audioMasterCallback audioMaster;
+    AEffEditor* editor = nullptr;
     float sampleRate = 44100.0f;
     VstInt32 blockSize = 1024;
     VstInt32 numPrograms;

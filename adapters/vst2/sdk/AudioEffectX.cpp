@@ -88,6 +88,12 @@ VstIntPtr AudioEffectX::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr va
             return getNumMidiInputChannels();
         case effGetNumMidiOutputChannels:
             return getNumMidiOutputChannels();
+        case effEditKeyDown:
+        case effEditKeyUp: {
+            if (!editor) return 0;
+            VstKeyCode key{index, static_cast<unsigned char>(value), static_cast<unsigned char>(opt)};
+            return (opcode == effEditKeyDown ? editor->onKeyDown(key) : editor->onKeyUp(key)) ? 1 : 0;
+        }
         default:
             return AudioEffect::dispatcher(opcode, index, value, ptr, opt);
     }

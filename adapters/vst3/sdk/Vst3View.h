@@ -47,6 +47,18 @@ protected:
     ~IPlugFrame() = default;
 };
 
+// Lets a host tell the view the content scale of its screen (HiDPI); the view then sizes itself
+// by it and asks the host for the new size through IPlugFrame::resizeView.
+class IPlugViewContentScaleSupport : public FUnknown {
+public:
+    using ScaleFactor = float;
+    virtual tresult setContentScaleFactor(ScaleFactor factor) = 0;
+    static constexpr Uid iid = makeUid(0x65ED9690, 0x8AC44525, 0x8AADEF7A, 0x72EA703F);
+
+protected:
+    ~IPlugViewContentScaleSupport() = default;
+};
+
 namespace Linux {
 
 using FileDescriptor = int;
@@ -83,4 +95,10 @@ protected:
 };
 
 }  // namespace Linux
+
+// Interfaces are a table pointer and nothing else.
+static_assert(sizeof(IPlugView) == sizeof(void*) && sizeof(IPlugFrame) == sizeof(void*));
+static_assert(sizeof(IPlugViewContentScaleSupport) == sizeof(void*));
+static_assert(sizeof(Linux::IRunLoop) == sizeof(void*) && sizeof(Linux::IEventHandler) == sizeof(void*) &&
+              sizeof(Linux::ITimerHandler) == sizeof(void*));
 }  // namespace Steinberg

@@ -1,0 +1,19 @@
+#pragma once
+// A window of ours that lives beside the frame's (text field, menu): the frame hands it every
+// event first, and tells it when the connection goes so that it lets go of its X resources.
+#include <X11/Xlib.h>
+
+namespace Vinta::X11 {
+
+class X11Companion {
+public:
+    virtual ~X11Companion() = default;
+    // True when the event was for this companion.
+    virtual bool handleEvent(XEvent& event) = 0;
+    // The connection closes: free X resources now; later calls do nothing.
+    virtual void detach() = 0;
+    // While true the frame's own window takes no input (a menu is up).
+    virtual bool isModal() const { return false; }
+};
+
+}  // namespace Vinta::X11

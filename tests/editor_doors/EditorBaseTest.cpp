@@ -1,0 +1,76 @@
+// The editor base without a window: scaled sizes, the clamp of the GUI scale, the conversions at
+// the edges, and an idle that never waits for a close on another thread.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <thread>
+
+#include "framework/plugin/OndraCallback.h"
+#include "framework/plugin/OndraOS.h"
+#include "lib/editor-base/CVintariaEditor.h"
+
+namespace {
+
+struct SizeRecorder : Ondra::OndraCallback {
+    bool sizeWindow(int, int) override {
+        ++calls;
+        return true;
+    }
+    int calls = 0;
+};
+
+struct Editor : Vinta::CVintariaEditor {
+    using CVintariaEditor::CVintariaEditor;
+    Core::Threads::CCriticalSection& closeLock() { return lock; }
+};
+
+TEST(EditorBase, ScaledSizeFollowsTheClampedGuiScale) {
+    SizeRecorder host;
+    Ondra::OndraOS plugin(&host);
+    Editor editor(&plugin);
+    editor.setEditorSize(534, 488);
+    struct Case {
+        double scale, wanted;
+        int width, height;
+    };
+    for (const Case c : {Case{1.0, 1.0, 534, 488}, Case{1.25, 1.25, 667, 610}, Case{1.5, 1.5, 801, 732},
+                         Case{2.0, 2.0, 1068, 976}, Case{0.5, 1.0, 534, 488}, Case{3.0, 2.0, 1068, 976},
+                         Case{std::nan(""), 2.0, 1068, 976}}) {
+        SCOPED_TRACE(c.scale);
+        editor.setGuiScale(c.scale);
+        EXPECT_EQ(editor.getGuiScale(), c.wanted);
+        int32_t width = 0, height = 0;
+        ASSERT_TRUE(editor.getRect(width, height));
+        EXPECT_EQ(width, c.width);
+        EXPECT_EQ(height, c.height);
+        EXPECT_EQ(editor.getRectPointer().getWidth(), c.width);
+    }
+    EXPECT_FALSE(editor.isOpen());
+    EXPECT_EQ(host.calls, 0) << "a closed editor only stores its scale";
+    EXPECT_FALSE(editor.open(nullptr));
+    EXPECT_EQ(Vinta::CVintariaEditor::getOpenEditorCount(), 0);
+}
+
+TEST(EditorBase, WindowPointsReachTheTreeDividedByTheScale) {
+    Ondra::OndraOS plugin(nullptr);
+    Editor editor(&plugin);
+    editor.setGuiScale(2.0);
+    const Vinta::CPoint inTree = editor.toFrame(Vinta::CPoint{250, 100});
+    EXPECT_EQ(inTree.x, 125);
+    EXPECT_EQ(inTree.y, 50);
+    EXPECT_EQ(editor.toWindow(Vinta::CRect{10, 20, 30, 40}).bottom, 80);
+}
+
+TEST(EditorBase, IdleReturnsAtOnceWhileACloseHoldsTheLock) {
+    Ondra::OndraOS plugin(nullptr);
+    Editor editor(&plugin);
+    std::thread closing([&] {
+        editor.closeLock().enter();
+        std::thread idling([&] { editor.idle(); });
+        idling.join();  // hangs if idle waits for the lock
+        editor.closeLock().leave();
+    });
+    closing.join();
+}
+
+}  // namespace

@@ -1,0 +1,246 @@
+// The editor through each of the library's doors, in a real (virtual) X server: size and scale,
+// pixels, pointer gestures reaching the host, host changes reaching the screen, the software
+// frame, and many opens and closes leaving nothing behind.
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "CORE/files/Settings.h"
+#include "lib/drawing/CBitmap.h"
+#include "tools/editor-host/EditorDoor.h"
+#include "tools/editor-host/HostWindow.h"
+
+namespace {
+
+using namespace EditorHost;
+
+constexpr int kWidth = 534, kHeight = 488;
+// The placeholder's knobs: five columns, 64 units square from y 200; "Output Gain" is the last.
+constexpr double kColumn = kWidth / 5.0, kKnobTop = 200.0, kKnob = 64.0;
+constexpr int kOutputGainColumn = 4;
+constexpr int kKeyUp = 12, kKeyF1 = 40;  // VST virtual key codes
+
+int entries(const char* folder) {
+    int count = 0;
+    if (DIR* dir = opendir(folder)) {
+        while (readdir(dir)) ++count;
+        closedir(dir);
+    }
+    return count;
+}
+
+Vinta::CRect knobRect(int column, double scale) {
+    const double left = column * kColumn + (kColumn - kKnob) / 2.0;
+    return {left * scale, kKnobTop * scale, (left + kKnob) * scale, (kKnobTop + kKnob) * scale};
+}
+
+int distinctColours(Vinta::CBitmap* shot, const Vinta::CRect& area) {
+    std::set<uint32_t> colours;
+    for (auto y = static_cast<uint32_t>(area.top); y < area.bottom && y < shot->getPixelHeight(); ++y)
+        for (auto x = static_cast<uint32_t>(area.left); x < area.right && x < shot->getPixelWidth(); ++x) {
+            const Vinta::CColor c = shot->getPixel(x, y);
+            colours.insert(static_cast<uint32_t>(c.red) << 16 | static_cast<uint32_t>(c.green) << 8 | c.blue);
+        }
+    return static_cast<int>(colours.size());
+}
+
+int differingPixels(Vinta::CBitmap* a, Vinta::CBitmap* b, const Vinta::CRect& area) {
+    int count = 0;
+    for (auto y = static_cast<uint32_t>(area.top); y < area.bottom; ++y)
+        for (auto x = static_cast<uint32_t>(area.left); x < area.right; ++x)
+            count += a->getPixel(x, y) == b->getPixel(x, y) ? 0 : 1;
+    return count;
+}
+
+class EditorDoors : public ::testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
+        if (!std::getenv("ZONFRA_PLUGIN")) GTEST_SKIP() << "ZONFRA_PLUGIN names no plug-in";
+        char pattern[] = "/tmp/zonfra-editor-doors-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        home = pattern;
+        setenv("XDG_CONFIG_HOME", home.c_str(), 1);
+        setScaleSetting(100);
+    }
+    void TearDown() override {
+        unsetenv("ZONFRA_NO_GL");
+        if (!home.empty()) std::filesystem::remove_all(home);
+    }
+
+    static void setScaleSetting(int percent) {
+        Core::writeSetting(Core::makeKeyName("MORVANDEL", "zonfraQT"), "GuiScale", std::to_string(percent));
+    }
+
+    std::unique_ptr<EditorDoor> load() {
+        auto door = makeDoor(GetParam());
+        EXPECT_TRUE(door && door->load(std::getenv("ZONFRA_PLUGIN"))) << (door ? door->error() : "no door");
+        return door;
+    }
+
+    // A screenshot of an open editor shows the panel rather than an empty window, within a few
+    // seconds on a busy machine.
+    static void expectPainted(HostWindow& window, EditorDoor& door, double scale) {
+        int colours = 0, knobColours = 0;
+        for (int tries = 0; tries < 40 && (colours <= 16 || knobColours <= 4); ++tries) {
+            window.run(door, 100);
+            Vinta::CBitmap* shot = window.capture();
+            ASSERT_NE(shot, nullptr);
+            colours = distinctColours(shot, {0, 0, shot->getWidth(), shot->getHeight()});
+            knobColours = distinctColours(shot, knobRect(kOutputGainColumn, scale));
+            shot->forget();
+        }
+        EXPECT_GT(colours, 16);
+        EXPECT_GT(knobColours, 4) << "the knob is not drawn";
+    }
+
+    std::string home;
+};
+
+TEST_P(EditorDoors, OpensInTheHostWindowAtItsScaledSizeAndPaints) {
+    for (const int percent : {100, 150}) {
+        SCOPED_TRACE(percent);
+        setScaleSetting(percent);
+        auto door = load();
+        int width = 0, height = 0;
+        ASSERT_TRUE(door->getEditorSize(width, height));
+        const int wantedWidth = kWidth * percent / 100, wantedHeight = kHeight * percent / 100;
+        EXPECT_EQ(width, wantedWidth);
+        EXPECT_EQ(height, wantedHeight);
+        HostWindow window(width, height);
+        ASSERT_TRUE(door->openEditor(window.getWindow())) << door->error();
+        window.run(*door, 400);
+        int childWidth = 0, childHeight = 0;
+        ASSERT_TRUE(window.childSize(childWidth, childHeight));
+        EXPECT_EQ(childWidth, wantedWidth);
+        EXPECT_EQ(childHeight, wantedHeight);
+        expectPainted(window, *door, percent / 100.0);
+        // A HiDPI host (VST3) changes the scale of an open editor: the host is asked to follow.
+        if (percent == 100 && door->setContentScale(1.5)) {
+            window.run(*door, 200);
+            const auto requests = door->takeResizeRequests();
+            ASSERT_FALSE(requests.empty());
+            EXPECT_EQ(requests.back(), std::make_pair(801, 732));
+            ASSERT_TRUE(door->getEditorSize(width, height));
+            EXPECT_EQ(width, 801);
+        }
+        door->closeEditor();
+    }
+}
+
+TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture) {
+    auto door = load();
+    const int parameter = door->findParameter("Output Gain");
+    ASSERT_GE(parameter, 0);
+    HostWindow window(kWidth, kHeight);
+    ASSERT_TRUE(door->openEditor(window.getWindow()));
+    window.run(*door, 300);
+    door->takeEdits();
+    const double before = door->getParameter(parameter);
+    const Vinta::CPoint centre = knobRect(kOutputGainColumn, 1.0).getCenter();
+    window.drag(*door, static_cast<int>(centre.x), static_cast<int>(centre.y), static_cast<int>(centre.x),
+                static_cast<int>(centre.y) - 60);
+    // The editor may run on its own thread: the gesture ends when it has seen the release.
+    std::vector<EditEvent> edits = door->takeEdits();
+    for (int tries = 0; tries < 40 && (edits.empty() || edits.back().kind != EditKind::End); ++tries) {
+        window.run(*door, 100);
+        for (const EditEvent& edit : door->takeEdits()) edits.push_back(edit);
+    }
+    EXPECT_GT(door->getParameter(parameter), before + 0.05);
+    ASSERT_GE(edits.size(), 3u);
+    EXPECT_EQ(edits.front().kind, EditKind::Begin);
+    EXPECT_EQ(edits.back().kind, EditKind::End);
+    int performs = 0;
+    for (const EditEvent& edit : edits) {
+        EXPECT_EQ(edit.parameter, parameter);
+        performs += edit.kind == EditKind::Perform ? 1 : 0;
+    }
+    EXPECT_EQ(performs, static_cast<int>(edits.size()) - 2) << "one gesture, performs between its begin and end";
+
+    // Wheel and keys that the host hands over (VST3 view, VST2 opcodes) reach the knob under the
+    // pointer, which the drag gave the focus.
+    window.hover(*door, static_cast<int>(centre.x), static_cast<int>(centre.y));
+    const double dragged = door->getParameter(parameter);
+    if (door->sendWheel(-1.0f) < 0) return door->closeEditor();
+    EXPECT_LT(door->getParameter(parameter), dragged);
+    const auto wheel = door->takeEdits();
+    ASSERT_GE(wheel.size(), 2u);
+    EXPECT_EQ(wheel.front().kind, EditKind::Begin);
+    EXPECT_EQ(wheel.back().kind, EditKind::End);
+    EXPECT_EQ(door->sendKey(kKeyUp, true), 1) << "the focused knob takes the arrow keys";
+    EXPECT_EQ(door->sendKey(kKeyF1, true), 0) << "a key no view takes goes back to the host";
+    door->closeEditor();
+}
+
+TEST_P(EditorDoors, AHostChangeMovesTheKnobOnScreenInGLAndInSoftware) {
+    for (const bool software : {false, true}) {
+        SCOPED_TRACE(software ? "software frame" : "GL frame");
+        if (software) setenv("ZONFRA_NO_GL", "1", 1);
+        auto door = load();
+        const int parameter = door->findParameter("Output Gain");
+        HostWindow window(kWidth, kHeight);
+        ASSERT_TRUE(door->openEditor(window.getWindow()));
+        expectPainted(window, *door, 1.0);
+        Vinta::CBitmap* before = window.capture();
+        door->setParameter(parameter, 0.0);
+        const Vinta::CRect knob = knobRect(kOutputGainColumn, 1.0);
+        Vinta::CBitmap* after = nullptr;
+        for (int tries = 0; tries < 40 && (!after || differingPixels(before, after, knob) <= 50); ++tries) {
+            if (after) after->forget();
+            window.run(*door, 100);
+            after = window.capture();
+        }
+        EXPECT_GT(differingPixels(before, after, knob), 50);
+        EXPECT_EQ(differingPixels(before, after, knobRect(0, 1.0)), 0) << "another knob moved";
+        before->forget();
+        after->forget();
+        door->closeEditor();
+    }
+}
+
+TEST_P(EditorDoors, OpeningAndClosingLeavesNoDescriptorThreadOrTimerBehind) {
+    auto door = load();
+    auto second = load();
+    HostWindow window(kWidth, kHeight), other(kWidth, kHeight, kWidth + 10);
+    // The first open loads what stays for the process (GL drivers and their threads).
+    ASSERT_TRUE(door->openEditor(window.getWindow()));
+    window.run(*door, 100);
+    door->closeEditor();
+    const int fds = entries("/proc/self/fd"), threads = entries("/proc/self/task");
+
+    for (int round = 0; round < 200; ++round) {
+        ASSERT_TRUE(door->openEditor(window.getWindow())) << "round " << round;
+        door->idle();
+        door->closeEditor();
+    }
+    // Two instances' editors at once.
+    ASSERT_TRUE(door->openEditor(window.getWindow()));
+    ASSERT_TRUE(second->openEditor(other.getWindow()));
+    window.run(*door, 200);
+    other.run(*second, 200);
+    expectPainted(window, *door, 1.0);
+    expectPainted(other, *second, 1.0);
+    door->closeEditor();
+    second->closeEditor();
+
+    window.run(*door, 100);
+    EXPECT_EQ(entries("/proc/self/fd"), fds);
+    EXPECT_EQ(entries("/proc/self/task"), threads);
+    EXPECT_EQ(door->hostRegistrations(), 0u) << "a handler or timer is still registered with the host";
+}
+
+INSTANTIATE_TEST_SUITE_P(Doors, EditorDoors, ::testing::Values("vst3", "vst2", "embed", "vst3-no-runloop"),
+                         [](const auto& door) {
+                             std::string name = door.param;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
+
+}  // namespace

@@ -1,0 +1,316 @@
+#include "lib_platform/PlatformTestSupport.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "lib/controls/CMenuItem.h"
+#include "lib/controls/COptionMenu.h"
+#include "lib/controls/Vinta_TextEdit.h"
+#include "lib/platform-x11/CFileSelector.h"
+#include "lib/platform-x11/CMessageBox.h"
+
+namespace PlatformTest {
+namespace {
+
+using namespace Vinta;
+
+int overrideRedirectWindows(Display* display) {
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned int count = 0, shown = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
+    for (unsigned int index = 0; index < count; ++index) {
+        XWindowAttributes attributes{};
+        if (XGetWindowAttributes(display, children[index], &attributes) && attributes.override_redirect &&
+            attributes.map_state == IsViewable)
+            ++shown;
+    }
+    if (children) XFree(children);
+    return static_cast<int>(shown);
+}
+
+struct EditCase {
+    const char* typed;
+    unsigned long extraKeysym;  // a symbol the keyboard lacks, put on a spare key first (0: none)
+    unsigned long endKey;
+    const char* expected;
+};
+
+class TextEditTest : public HostWindowTest, public ::testing::WithParamInterface<EditCase> {};
+
+TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
+    Panel panel = open(1.5, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    Vinta_TextEdit::CInfo info;
+    info.rect = CRect(20, 120, 200, 150);
+    info.dragEditable = false;
+    auto* edit = new Vinta_TextEdit(info);
+    edit->setText("start");
+    panel.frame->addView(edit);
+    // The new layout reaches the editor ahead of the clicks that open the field.
+    if (KeySym extra = GetParam().extraKeysym) {
+        int low = 0, high = 0, perCode = 0;
+        XDisplayKeycodes(display, &low, &high);
+        KeySym* map = XGetKeyboardMapping(display, static_cast<KeyCode>(low), high - low + 1, &perCode);
+        int spare = high;
+        while (spare > low && map[(spare - low) * perCode] != NoSymbol) --spare;
+        XFree(map);
+        ASSERT_GT(spare, low);
+        XChangeKeyboardMapping(display, spare, 1, &extra, 1);
+        XSync(display, False);
+    }
+    doubleClick(panel, 150, 200);  // a double click opens the field
+    ASSERT_TRUE(waitFor([&] { return edit->isEditing(); }));
+    type(GetParam().typed);
+    if (KeySym extra = GetParam().extraKeysym) key(extra);
+    key(GetParam().endKey);
+    ASSERT_TRUE(waitFor([&] { return !edit->isEditing(); }));
+    EXPECT_STREQ(edit->getText(), GetParam().expected);
+    close(panel);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ends, TextEditTest,
+                         ::testing::Values(EditCase{"abc", 0, XK_Return, "abc"}, EditCase{"zz", 0, XK_Escape, "start"},
+                                           EditCase{"ab", XK_udiaeresis, XK_Return, "ab\xc3\xbc"}));
+
+TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhereOrATabToTheNextField) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    Vinta_TextEdit* edits[2];
+    for (int index = 0; index < 2; ++index) {
+        Vinta_TextEdit::CInfo info;
+        info.rect = CRect(20, 120 + index * 40, 200, 150 + index * 40);
+        info.dragEditable = false;
+        panel.frame->addView(edits[index] = new Vinta_TextEdit(info));
+    }
+    doubleClick(panel, 100, 135);
+    ASSERT_TRUE(waitFor([&] { return edits[0]->isEditing(); }));
+    type("k9");
+    key(XK_Tab);
+    ASSERT_TRUE(waitFor([&] { return edits[1]->isEditing(); }));
+    EXPECT_STREQ(edits[0]->getText(), "k9");
+    type("7");
+    click(panel, 250, 20);
+    ASSERT_TRUE(waitFor([&] { return !edits[1]->isEditing(); }));
+    EXPECT_STREQ(edits[1]->getText(), "7");
+    close(panel);
+}
+
+TEST_F(HostWindowTest, OptionMenuNavigatesIntoASubMenuAndPicks) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    auto* menu = new COptionMenu(CRect(200, 20, 280, 40));
+    auto* sub = new COptionMenu(CRect(0, 0, 10, 10));
+    sub->addEntry("Sub A");
+    sub->addEntry("Sub B");
+    menu->addEntry("One");
+    menu->addSeparator();
+    menu->addEntry("Disabled", -1, CMenuItem::kDisabled);
+    menu->addEntry(new CMenuItem("More", -1, 0, nullptr, sub));
+    sub->forget();
+    panel.frame->addView(menu);
+    click(panel, 240, 30);
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 1; }));
+    for (unsigned long step : {XK_Down, XK_Down, XK_Right}) key(step);  // separator and disabled row are skipped
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 2; }));
+    key(XK_Down);
+    key(XK_Return);
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 0; }));
+    EXPECT_TRUE(waitFor([&] { return sub->getCurrent() == 1; }));
+    close(panel);
+}
+
+TEST_F(HostWindowTest, FilesDroppedFromAnotherClientReachTheViewUnderThePointer) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    const auto atom = [&](const char* name) { return XInternAtom(display, name, False); };
+    const Window source = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 10, 10, 0, 0, 0);
+    XSetSelectionOwner(display, atom("XdndSelection"), source, CurrentTime);
+    const Window target = panel.platform->getWindow();
+    const auto send = [&](const char* type, long l1, long l2, long l3) {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = target;
+        event.xclient.message_type = atom(type);
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = static_cast<long>(source);
+        event.xclient.data.l[1] = l1;
+        event.xclient.data.l[2] = l2;
+        event.xclient.data.l[3] = l3;
+        XSendEvent(display, target, False, NoEventMask, &event);
+        XFlush(display);
+    };
+    double left = 0.0, top = 0.0;
+    panel.platform->getScreenPosition(left, top);
+    send("XdndEnter", 5L << 24, static_cast<long>(atom("text/uri-list")), 0);
+    send("XdndPosition", 0, (static_cast<long>(left + 140) << 16) | static_cast<long>(top + 60), CurrentTime);
+    send("XdndDrop", 0, CurrentTime, 0);
+    const std::string list = "file:///tmp/a%20b.wav\r\nfile://localhost/tmp/c.fxp\r\n";
+    bool finished = false, accepted = false;
+    waitFor([&] {
+        while (XPending(display)) {
+            XEvent event;
+            XNextEvent(display, &event);
+            if (event.type == SelectionRequest) {
+                const XSelectionRequestEvent& request = event.xselectionrequest;
+                XChangeProperty(display, request.requestor, request.property, request.target, 8, PropModeReplace,
+                                reinterpret_cast<const unsigned char*>(list.data()), static_cast<int>(list.size()));
+                XEvent reply{};
+                reply.xselection = {SelectionNotify, 0, True, display, request.requestor, request.selection,
+                                    request.target, request.property, request.time};
+                XSendEvent(display, request.requestor, False, NoEventMask, &reply);
+                XFlush(display);
+            } else if (event.type == ClientMessage && event.xclient.message_type == atom("XdndFinished")) {
+                finished = true;
+                accepted = event.xclient.data.l[1] & 1;
+            }
+        }
+        return finished;
+    });
+    EXPECT_TRUE(accepted);
+    EXPECT_EQ(recordedDrops(), (std::vector<std::string>{"/tmp/a b.wav", "/tmp/c.fxp"}));
+    XDestroyWindow(display, source);
+    close(panel);
+}
+
+struct ChooserCase {
+    int32_t mode;
+    const char* answer;  // empty: the stub cancels
+    const char* expectedArgument;
+};
+
+class FileChooserTest : public HostWindowTest, public ::testing::WithParamInterface<ChooserCase> {};
+
+TEST_P(FileChooserTest, RunsTheDesktopChooserAndReadsItsAnswer) {
+    const ChooserCase& c = GetParam();
+    char folder[] = "/tmp/zonfra-chooser-XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    const std::string stub = std::string(folder) + "/zenity";
+    std::ofstream(stub) << "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.args\"\n"
+                        << (*c.answer ? std::string("echo '") + c.answer + "'\nexit 0\n" : "exit 1\n");
+    chmod(stub.c_str(), 0755);
+    const std::string oldPath = std::getenv("PATH");
+    setenv("PATH", (std::string(folder) + ":/usr/bin:/bin").c_str(), 1);
+    unsetenv("KDE_FULL_SESSION");
+    setenv("XDG_CURRENT_DESKTOP", "GNOME", 1);
+
+    Panel panel = open(1.0, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    CFileSelector selector(panel.frame);
+    selector.setTitle("Load");
+    selector.setInitialPath("/tmp");
+    selector.addFileType("Presets", "fxp;zonfraPreset");
+    const uint64_t paintsBefore = panel.platform->getPaintCount();
+    EXPECT_EQ(selector.run(c.mode), *c.answer != 0);
+    EXPECT_GT(panel.platform->getPaintCount(), paintsBefore);  // the editor painted while it waited
+    if (*c.answer) {
+        EXPECT_STREQ(selector.getResult(0), c.answer);
+    }
+    std::stringstream arguments;
+    arguments << std::ifstream(stub + ".args").rdbuf();
+    EXPECT_NE(arguments.str().find("--file-selection\n--title=Load\n"), std::string::npos) << arguments.str();
+    EXPECT_NE(arguments.str().find(c.expectedArgument), std::string::npos) << arguments.str();
+    close(panel);
+    setenv("PATH", oldPath.c_str(), 1);
+    std::system((std::string("rm -rf ") + folder).c_str());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Modes, FileChooserTest,
+    ::testing::Values(ChooserCase{CFileSelector::kOpenFile, "/tmp/x.fxp", "--file-filter=Presets | *.fxp *.zonfraPreset\n"},
+                      ChooserCase{CFileSelector::kSaveFile, "/tmp/new.fxp", "--save\n"},
+                      ChooserCase{CFileSelector::kChooseFolder, "", "--directory\n"}));
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+TEST_F(HostWindowTest, OptionMenuTallerThanTheScreenScrollsToTheRowTheKeysReach) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    auto* menu = new Vinta::COptionMenu(Vinta::CRect(200, 20, 280, 40));
+    for (int row = 0; row < 80; ++row) menu->addEntry(("Row " + std::to_string(row)).c_str());
+    panel.frame->addView(menu);
+    click(panel, 240, 30);
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 1; }));
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned int count = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
+    XWindowAttributes shown{};
+    Window popup = 0;
+    for (unsigned int index = 0; index < count && !popup; ++index)
+        if (XGetWindowAttributes(display, children[index], &shown) && shown.override_redirect &&
+            shown.map_state == IsViewable)
+            popup = children[index];
+    if (children) XFree(children);
+    EXPECT_EQ(shown.height, DisplayHeight(display, DefaultScreen(display)));
+    key(XK_Up);  // from no row, up reaches the last one, below the screen's edge: the menu scrolls
+    EXPECT_TRUE(waitFor([&] {
+        XImage* bottom = XGetImage(display, popup, 0, shown.height - 10, 20, 1, AllPlanes, ZPixmap);
+        const bool highlighted = bottom && XGetPixel(bottom, 10, 0) == 0x466eaa;
+        if (bottom) XDestroyImage(bottom);
+        return highlighted;
+    }));
+    key(XK_Return);
+    ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 0; }));
+    EXPECT_TRUE(waitFor([&] { return menu->getCurrent() == 79; }));
+    close(panel);
+}
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+struct MessageCase {
+    unsigned long keysym;  // 0: click the second button
+    int32_t expected;
+};
+
+class MessageBoxTest : public HostWindowTest, public ::testing::WithParamInterface<MessageCase> {};
+
+TEST_P(MessageBoxTest, TheModalLayerAnswersTheChosenButton) {
+    Panel panel = open(1.5, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    int32_t chosen = -2;
+    ASSERT_TRUE(Vinta::CMessageBox::show(panel.frame, "Error", "Error: Cannot create GL context", {"OK", "Cancel"},
+                                         [&](int32_t button) { chosen = button; }));
+    EXPECT_FALSE(Vinta::CMessageBox::show(panel.frame, "Second", "", {}, nullptr));  // one layer at a time
+    const auto pumpUntil = [&](const std::function<bool()>& done) {
+        return waitFor([&] {
+            panel.platform->pump();
+            return done();
+        });
+    };
+    const Vinta::CRect second = static_cast<Vinta::CMessageBox*>(panel.frame->getModalView())->getButtonRect(1);
+    const Vinta::CPoint target = second.getCenter();
+    click(panel, static_cast<int>(target.x * 1.5), static_cast<int>((GetParam().keysym ? 20 : target.y) * 1.5));
+    if (GetParam().keysym) {
+        ASSERT_TRUE(pumpUntil([&] {
+            Window focus = 0;
+            int revert = 0;
+            XGetInputFocus(display, &focus, &revert);
+            return focus == panel.platform->getWindow();
+        }));
+        EXPECT_EQ(chosen, -2);  // a click beside the buttons chooses nothing
+        key(GetParam().keysym);
+    }
+    EXPECT_TRUE(pumpUntil([&] { return chosen != -2; }));
+    EXPECT_EQ(chosen, GetParam().expected);
+    EXPECT_EQ(panel.frame->getModalView(), nullptr);
+    close(panel);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, MessageBoxTest,
+                         ::testing::Values(MessageCase{0, 1}, MessageCase{XK_Return, 0}, MessageCase{XK_Escape, 1}));
+
+}  // namespace
+}  // namespace PlatformTest

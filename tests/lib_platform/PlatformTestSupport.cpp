@@ -1,0 +1,172 @@
+#include "lib_platform/PlatformTestSupport.h"
+
+#include <X11/extensions/XTest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <set>
+#include <thread>
+
+#include "lib/controls/Vinta_AnimKnob.h"
+#include "lib/drawing/CBitmap.h"
+#include "lib/drawing/CDrawContext.h"
+#include "lib/platform-x11/CDragContainer.h"
+
+namespace PlatformTest {
+
+using namespace Vinta;
+
+std::vector<std::string>& recordedKeys() {
+    static std::vector<std::string> keys;
+    return keys;
+}
+std::vector<std::string>& recordedDrops() {
+    static std::vector<std::string> drops;
+    return drops;
+}
+
+// Takes the focus, records the keys it gets and the files dropped on it.
+class RecordingView : public CView {
+public:
+    explicit RecordingView(const CRect& rect) : CView(rect) { wantsFocus = true; }
+    void draw(CDrawContext* context) override {
+        context->setFillColor(CColor{40, 160, 90, 255});
+        context->drawRect(size, kDrawFilled);
+        setDirty(false);
+    }
+    int32_t onKeyDown(const VstKeyCode& key) override {
+        recordedKeys().push_back("down " + std::to_string(key.virt) + " " + std::to_string(key.modifier));
+        return 1;
+    }
+    bool onDrop(CDragContainer* drag, const CPoint&) override {
+        int32_t type = 0;
+        for (int32_t index = 0; index < drag->getCount(); ++index) recordedDrops().push_back(drag->getItem(index, type));
+        return true;
+    }
+};
+
+// The test's own queries may race with windows the editor takes down (a menu closing).
+int ignoreRacingWindows(Display*, XErrorEvent*) { return 0; }
+
+void HostWindowTest::SetUp() {
+    // One connection for the whole run: Xvfb refuses clients for a while after its last one leaves.
+    static Display* shared = (XSetErrorHandler(ignoreRacingWindows), XOpenDisplay(nullptr));
+    display = shared;
+    if (!display) GTEST_SKIP() << "no X display (run under xvfb-run)";
+    host = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 700, 0, 0, 0x202020);
+    XMapWindow(display, host);
+    XSync(display, False);
+    recordedKeys().clear();
+    recordedDrops().clear();
+}
+
+void HostWindowTest::TearDown() {
+    if (!display) return;
+    XDestroyWindow(display, host);
+    XSync(display, False);
+}
+
+Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
+    Panel panel;
+    panel.frame = X11::X11Frame::openFrame(host, CRect(0, 0, 300, 200), nullptr, {driver, scale, allowGL});
+    if (!panel.frame) return panel;
+    panel.platform = X11::X11Frame::of(panel.frame);
+    panel.frame->setBackgroundColor(CColor{30, 60, 120, 255});
+    // A filmstrip of 16 frames, each a darker or lighter grey.
+    auto* strip = new CBitmap(40.0, 640.0);
+    CDrawContext* context = strip->getDrawContext();
+    for (int frameIndex = 0; frameIndex < 16; ++frameIndex) {
+        const auto grey = static_cast<uint8_t>(frameIndex * 16);
+        context->setFillColor(CColor{grey, grey, grey, 255});
+        context->drawRect(CRect(0, frameIndex * 40.0, 40, frameIndex * 40.0 + 40), kDrawFilled);
+    }
+    auto* knob = new Vinta_AnimKnob(CRect(20, 20, 60, 60), nullptr, 1, 16, 40.0, strip);
+    strip->forget();
+    panel.knob = knob;
+    panel.frame->addView(knob);
+    panel.recorder = new RecordingView(CRect(100, 20, 180, 100));
+    panel.frame->addView(panel.recorder);
+    panel.platform->start();
+    return panel;
+}
+
+void HostWindowTest::close(Panel& panel) {
+    X11::X11Frame::closeFrame(panel.frame);
+    panel = {};
+}
+
+void HostWindowTest::moveTo(const Panel& panel, int x, int y) {
+    double left = 0.0, top = 0.0;
+    panel.platform->getScreenPosition(left, top);
+    XTestFakeMotionEvent(display, -1, static_cast<int>(left) + x, static_cast<int>(top) + y, CurrentTime);
+    XSync(display, False);
+}
+
+void HostWindowTest::button(unsigned int number, bool down) {
+    XTestFakeButtonEvent(display, number, down, CurrentTime);
+    XSync(display, False);
+}
+
+void HostWindowTest::click(const Panel& panel, int x, int y, unsigned int number) {
+    moveTo(panel, x, y);
+    button(number, true);
+    button(number, false);
+}
+
+void HostWindowTest::doubleClick(const Panel& panel, int x, int y) {
+    moveTo(panel, x, y);
+    for (bool down : {true, false, true, false}) button(1, down);
+}
+
+void HostWindowTest::key(unsigned long keysym, bool shift) {
+    const KeyCode shiftCode = XKeysymToKeycode(display, 0xffe1);
+    const KeyCode code = XKeysymToKeycode(display, keysym);
+    if (shift) XTestFakeKeyEvent(display, shiftCode, True, CurrentTime);
+    XTestFakeKeyEvent(display, code, True, CurrentTime);
+    XTestFakeKeyEvent(display, code, False, CurrentTime);
+    if (shift) XTestFakeKeyEvent(display, shiftCode, False, CurrentTime);
+    XSync(display, False);
+}
+
+void HostWindowTest::type(const char* text) {
+    for (; *text; ++text) key(static_cast<unsigned char>(*text));
+}
+
+bool HostWindowTest::waitFor(const std::function<bool()>& done, int milliseconds) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > until) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+int Shot::distinctColours() const {
+    std::set<uint32_t> colours;
+    for (size_t index = 0; index + 3 < pixels.size(); index += 4)
+        colours.insert(pixels[index] | (pixels[index + 1] << 8) | (pixels[index + 2] << 16));
+    return static_cast<int>(colours.size());
+}
+
+double Shot::meanDifference(const Shot& other) const {
+    if (other.pixels.size() != pixels.size() || pixels.empty()) return 255.0;
+    double sum = 0.0;
+    for (size_t index = 0; index < pixels.size(); ++index) sum += std::abs(pixels[index] - other.pixels[index]);
+    return sum / static_cast<double>(pixels.size());
+}
+
+Shot takeShot(X11::X11Frame& platform) {
+    Shot shot;
+    CBitmap* bitmap = platform.screenshot();
+    if (!bitmap) return shot;
+    shot.width = bitmap->getPixelWidth();
+    shot.height = bitmap->getPixelHeight();
+    for (uint32_t y = 0; y < shot.height; ++y) {
+        const uint8_t* row = bitmap->getPixels() + static_cast<ptrdiff_t>(y) * bitmap->getStride();
+        shot.pixels.insert(shot.pixels.end(), row, row + shot.width * 4);
+    }
+    bitmap->forget();
+    return shot;
+}
+
+}  // namespace PlatformTest

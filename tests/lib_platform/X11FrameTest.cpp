@@ -1,0 +1,270 @@
+#include "lib_platform/PlatformTestSupport.h"
+
+#include <X11/keysym.h>
+
+#include <dirent.h>
+
+#include <cmath>
+#include <atomic>
+#include <thread>
+
+#include "lib/drawing/CBitmap.h"
+#include "lib/drawing/CDrawContext.h"
+#include "lib/platform-x11/X11ErrorTrap.h"
+#include "lib/views/CControl.h"
+#include "lib/views/CTimerObject.h"
+
+namespace PlatformTest {
+namespace {
+
+using namespace Vinta;
+
+int countEntries(const char* folder) {
+    int count = 0;
+    if (DIR* dir = opendir(folder)) {
+        while (readdir(dir)) ++count;
+        closedir(dir);
+    }
+    return count;
+}
+
+struct OpenCase {
+    double scale;
+    bool gl;
+};
+
+class FrameTest : public HostWindowTest, public ::testing::WithParamInterface<OpenCase> {};
+
+TEST_P(FrameTest, OpensAtTheScaledSizeAndPaintsThePanel) {
+    const OpenCase& c = GetParam();
+    Panel panel = open(c.scale, EventDriver::OwnThread, c.gl);
+    ASSERT_NE(panel.frame, nullptr);
+    EXPECT_EQ(panel.platform->isGL(), c.gl) << panel.platform->getGLError();
+    Window root = 0;
+    int x = 0, y = 0;
+    unsigned int width = 0, height = 0, border = 0, depth = 0;
+    XGetGeometry(display, panel.platform->getWindow(), &root, &x, &y, &width, &height, &border, &depth);
+    EXPECT_EQ(width, static_cast<unsigned>(300 * c.scale));
+    EXPECT_EQ(height, static_cast<unsigned>(200 * c.scale));
+    const Shot shot = takeShot(*panel.platform);
+    ASSERT_EQ(shot.width, width);
+    EXPECT_GT(shot.distinctColours(), 2);
+    // The frame's background, well away from the views.
+    const size_t at = (static_cast<size_t>(180 * c.scale) * shot.width + static_cast<size_t>(250 * c.scale)) * 4;
+    EXPECT_NEAR(shot.pixels[at], 30, 3);
+    EXPECT_NEAR(shot.pixels[at + 2], 120, 3);
+    close(panel);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scales, FrameTest,
+                         ::testing::Values(OpenCase{1.0, true}, OpenCase{1.5, true}, OpenCase{1.0, false},
+                                           OpenCase{1.5, false}));
+
+TEST_F(HostWindowTest, SoftwareFramePaintsTheSamePanelAsGL) {
+    for (double scale : {1.0, 1.5}) {
+        Shot shots[2];
+        for (bool gl : {true, false}) {
+            Panel panel = open(scale, EventDriver::OwnThread, gl);
+            ASSERT_NE(panel.frame, nullptr);
+            shots[gl] = takeShot(*panel.platform);
+            close(panel);
+        }
+        EXPECT_LT(shots[0].meanDifference(shots[1]), 6.0) << scale;
+    }
+}
+
+TEST_F(HostWindowTest, DraggingTheKnobOrTurningTheWheelOverItChangesItsValue) {
+    Panel panel = open(1.5, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    const float before = panel.knob->getValue();
+    moveTo(panel, 60, 60);
+    button(1, true);
+    for (int step = 1; step <= 10; ++step) moveTo(panel, 60, 60 - step * 8);
+    EXPECT_TRUE(waitFor([&] { return panel.knob->getValue() > before + 0.1f; })) << panel.knob->getValue();
+    button(1, false);
+    const float dragged = panel.knob->getValue();
+    moveTo(panel, 60, 60);
+    for (unsigned int wheel : {4u, 4u, 4u}) click(panel, 60, 60, wheel);  // three steps up
+    EXPECT_TRUE(waitFor([&] { return std::abs(panel.knob->getValue() - (dragged + 0.3f)) < 0.01f; }))
+        << panel.knob->getValue();
+    close(panel);
+}
+
+TEST_F(HostWindowTest, KeysReachTheFocusedView) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    XSelectInput(display, host, KeyPressMask);
+    click(panel, 140, 60);  // the click gives the editor the keyboard
+    ASSERT_TRUE(waitFor([&] {
+        Window focus = 0;
+        int revert = 0;
+        XGetInputFocus(display, &focus, &revert);
+        return focus == panel.platform->getWindow();
+    }));
+    panel.frame->setFocusView(panel.recorder);
+    key(XK_a);  // not in the virtual key table: the tree never sees it
+    key(XK_Up);
+    key(XK_Down, true);
+    ASSERT_TRUE(waitFor([] { return recordedKeys().size() >= 3; }));
+    EXPECT_EQ(recordedKeys(), (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
+    // The key nobody in the editor took went on to the host's window.
+    XEvent forwarded{};
+    EXPECT_TRUE(waitFor([&] { return XCheckTypedWindowEvent(display, host, KeyPress, &forwarded); }));
+    EXPECT_EQ(XLookupKeysym(&forwarded.xkey, 0), static_cast<KeySym>(XK_a));
+    close(panel);
+}
+
+TEST_F(HostWindowTest, AnIdleEditorStopsPaintingAndAChangeWakesIt) {
+    Panel panel = open(1.0, EventDriver::OwnThread);
+    ASSERT_NE(panel.frame, nullptr);
+    ASSERT_TRUE(waitFor([&] { return panel.platform->getPaintCount() > 0; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    const uint64_t settled = panel.platform->getPaintCount();
+    std::this_thread::sleep_for(std::chrono::milliseconds(400));
+    EXPECT_EQ(panel.platform->getPaintCount(), settled);
+    panel.knob->setValue(0.8f);
+    panel.knob->setDirty(true);
+    EXPECT_TRUE(waitFor([&] { return panel.platform->getPaintCount() > settled; }));
+    close(panel);
+}
+
+TEST_F(HostWindowTest, HostDriversPaintOnlyWhenPumped) {
+    for (EventDriver driver : {EventDriver::HostIdle, EventDriver::HostRunLoop}) {
+        Panel panel = open(1.0, driver);
+        ASSERT_NE(panel.frame, nullptr);
+        EXPECT_GE(panel.platform->getConnectionFd(), 0);
+        EXPECT_GT(panel.platform->getTimerInterval(), 0u);
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        EXPECT_EQ(panel.platform->getPaintCount(), 0u);
+        panel.platform->pump();
+        EXPECT_EQ(panel.platform->getPaintCount(), 1u);
+        close(panel);
+    }
+}
+
+TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnection) {
+    const unsigned long errors = Vinta::X11::getTrappedErrorCount();
+    Panel first = open(1.0, EventDriver::OwnThread), second = open(1.25, EventDriver::OwnThread);
+    ASSERT_TRUE(first.frame && second.frame);
+    EXPECT_NE(first.platform->getDisplay(), second.platform->getDisplay());
+    ASSERT_TRUE(waitFor([&] { return first.platform->getPaintCount() > 0 && second.platform->getPaintCount() > 0; }));
+    const uint64_t painted = second.platform->getPaintCount();
+    second.knob->setValue(0.5f);  // from another thread, as a host's parameter change comes
+    second.knob->setDirty(true);
+    EXPECT_TRUE(waitFor([&] { return second.platform->getPaintCount() > painted; }));
+    close(first);
+    EXPECT_GT(takeShot(*second.platform).distinctColours(), 2);  // the other one goes on
+    close(second);
+    EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), errors);
+}
+
+TEST_F(HostWindowTest, OpeningAndClosingLeavesNoDescriptorOrThreadBehind) {
+    const std::pair<EventDriver, bool> kinds[] = {{EventDriver::HostIdle, true}, {EventDriver::OwnThread, true},
+                                                  {EventDriver::HostIdle, false}, {EventDriver::OwnThread, false}};
+    for (const auto& [driver, gl] : kinds) {  // one round first: libraries load and stay
+        Panel panel = open(1.0, driver, gl);
+        close(panel);
+    }
+    const int descriptors = countEntries("/proc/self/fd"), threads = countEntries("/proc/self/task");
+    for (int round = 0; round < 200; ++round) {
+        const auto& [driver, gl] = kinds[round % 4];
+        Panel panel = open(1.25, driver, gl);
+        ASSERT_NE(panel.frame, nullptr);
+        if (driver != EventDriver::OwnThread) panel.platform->pump();
+        close(panel);
+    }
+    EXPECT_EQ(countEntries("/proc/self/fd"), descriptors);
+    EXPECT_EQ(countEntries("/proc/self/task"), threads);
+}
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+int hostErrors = 0;
+int countHostError(Display*, XErrorEvent*) { return ++hostErrors, 0; }
+
+TEST_F(HostWindowTest, ErrorsOfOurConnectionAreSwallowedAndTheHostsStillReachItsHandler) {
+    const XErrorHandler before = XSetErrorHandler(countHostError);
+    Panel panel = open(1.0, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    const unsigned long trapped = Vinta::X11::getTrappedErrorCount();
+    XDestroyWindow(panel.platform->getDisplay(), 0x7ffffff);  // no such window
+    XSync(panel.platform->getDisplay(), False);
+    EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), trapped + 1);
+    XDestroyWindow(display, 0x7ffffff);
+    XSync(display, False);
+    EXPECT_EQ(hostErrors, 1);
+    // Pointer shapes, and one made from a bitmap, are made without errors.
+    auto* arrow = new Vinta::CBitmap(16.0, 16.0);
+    arrow->getDrawContext()->clearWithColor(Vinta::CColor{255, 0, 0, 255});
+    EXPECT_NE(panel.platform->makeCursor(arrow), nullptr);
+    arrow->forget();
+    for (int32_t type : {0, 1, 2, 3, 4, 5, 6, 8, 9}) panel.platform->setCursor(type);
+    XSync(panel.platform->getDisplay(), False);
+    EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), trapped + 1);
+    close(panel);
+    XSetErrorHandler(before);
+}
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
+    setenv("MESA_GL_VERSION_OVERRIDE", "3.0", 1);  // Mesa then offers no 3.3 core context
+    Panel panel = open(1.0, EventDriver::HostIdle, true);
+    unsetenv("MESA_GL_VERSION_OVERRIDE");
+    ASSERT_NE(panel.frame, nullptr);
+    EXPECT_FALSE(panel.platform->isGL());
+    EXPECT_STREQ(panel.platform->getGLError(), "Error: Cannot create GL context");
+    const Shot shot = takeShot(*panel.platform);
+    int reddish = 0;  // the message's text over the panel's top edge
+    for (uint32_t y = 4; y < 22; ++y)
+        for (uint32_t x = 4; x < 200; ++x) {
+            const uint8_t* pixel = &shot.pixels[(y * shot.width + x) * 4];
+            reddish += pixel[0] > 150 && pixel[1] < 120;
+        }
+    EXPECT_GT(reddish, 20);
+    close(panel);
+}
+
+}  // namespace
+}  // namespace PlatformTest
+
+namespace PlatformTest {
+namespace {
+
+// Closes the editor from a timer, on the frame's own thread.
+class ClosingTimer : public Vinta::CTimerObject {
+public:
+    explicit ClosingTimer(Vinta::CFrame* frame) : target(frame) { startTimer(10); }
+    void onTimer(uint32_t) override {
+        stopTimer();
+        Vinta::X11::X11Frame::closeFrame(target.exchange(nullptr));
+    }
+    std::atomic<Vinta::CFrame*> target;
+};
+
+TEST_F(HostWindowTest, TheEditorMayBeClosedFromItsOwnThread) {
+    for (EventDriver driver : {EventDriver::OwnThread, EventDriver::HostIdle}) {
+        const int threads = countEntries("/proc/self/task");
+        Panel panel = open(1.0, driver);
+        ASSERT_NE(panel.frame, nullptr);
+        const Window window = panel.platform->getWindow();
+        ClosingTimer closer(panel.frame);
+        EXPECT_TRUE(waitFor([&] {
+            if (driver == EventDriver::HostIdle && closer.target) panel.platform->pump();  // the last one closes
+            XWindowAttributes attributes{};
+            return !closer.target && XGetWindowAttributes(display, window, &attributes) == 0 &&
+                   countEntries("/proc/self/task") == threads;
+        }));
+    }
+}
+
+}  // namespace
+}  // namespace PlatformTest
