@@ -1,4 +1,4 @@
-# The memory images compiled into the plug-in: the main archive (factory presets, later the
+# The memory images compiled into the plug-in: the main archive (factory presets and the
 # editor's bitmaps) and the three font archives. Each becomes a text-form array wrapped in a
 # source that registers it by name while the library loads.
 
@@ -6,9 +6,25 @@ set(ZONFRA_GENERATED "${CMAKE_BINARY_DIR}/generated")
 set(ZONFRA_PRESET_TABLE "${PROJECT_SOURCE_DIR}/effect/presets/FactoryPresets.txt")
 set(ZONFRA_PRESET_FOLDER "${ZONFRA_GENERATED}/main-archive")
 
-# Bitmaps of the main archive: one NAME=PATH entry per line.
-set(ZONFRA_MAIN_ARCHIVE_BITMAPS
-)
+# Bitmaps of the main archive: one NAME=PATH entry per line. zonfra-artwork draws them, each also
+# at double resolution under the same name with "@2x" before ".png", for GUI scales above 100 %.
+set(ZONFRA_ARTWORK_FOLDER "${ZONFRA_GENERATED}/artwork")
+set(ZONFRA_ARTWORK_NAMES ArrowDownBig ArrowLeftBig ArrowRightBig Background dial54px_small dial87px HorizontalDip
+    ledOff ledOn linkBtn MixDialFilmstrip)
+set(ZONFRA_MAIN_ARCHIVE_BITMAPS)
+set(zonfra_artwork_files)
+foreach(name ${ZONFRA_ARTWORK_NAMES})
+  foreach(variant "" "@2x")
+    list(APPEND ZONFRA_MAIN_ARCHIVE_BITMAPS "${name}${variant}.png=${ZONFRA_ARTWORK_FOLDER}/${name}${variant}.png")
+    list(APPEND zonfra_artwork_files "${ZONFRA_ARTWORK_FOLDER}/${name}${variant}.png")
+  endforeach()
+endforeach()
+add_custom_command(
+  OUTPUT ${zonfra_artwork_files}
+  COMMAND zonfra-artwork "${ZONFRA_ARTWORK_FOLDER}"
+  DEPENDS zonfra-artwork
+  COMMENT "Drawing the editor's bitmaps"
+  VERBATIM)
 
 set(ZONFRA_FONT_FOLDER /usr/share/fonts/truetype)
 set(ZONFRA_FONTS_ARIAL

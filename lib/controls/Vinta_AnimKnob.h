@@ -47,7 +47,6 @@ public:
     // Pixels moved upward; horizontal movement does not count.
     virtual double getDragDelta(const CPoint& first, const CPoint& current) const { return first.y - current.y; }
     virtual void setSensitivity(float pixels) { drag.sensitivity = pixels; }
-    virtual void setHandleBitmapOf(CBitmap* bitmap) { setHandleBitmap(bitmap); }
     virtual void setStepped(bool state, int32_t count);
 
     void setSnap(bool on, float centre, float band);

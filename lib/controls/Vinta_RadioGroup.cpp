@@ -51,8 +51,10 @@ void Vinta_RadioGroup::addItem(const char* label, double labelWidth) {
     item.index = static_cast<int32_t>(items.size());
     std::snprintf(item.label, sizeof item.label, "%s", label ? label : "");
     const CBitmap* shape = onBitmap ? onBitmap : offBitmap;
-    const double width = shape ? shape->getWidth() : 12.0;
-    const double height = shape ? shape->getHeight() : 12.0;
+    // A missing or unreadable bitmap (size 0) still leaves a 12 x 12 place to click.
+    const bool sized = shape && shape->getWidth() > 0.0 && shape->getHeight() > 0.0;
+    const double width = sized ? shape->getWidth() : 12.0;
+    const double height = sized ? shape->getHeight() : 12.0;
     const CPoint at = vertical ? CPoint(size.left, size.top + item.index * stepY)
                                : CPoint(size.left + item.index * stepX, size.top);
     item.bitmapRect = CRect(at, width, height);

@@ -54,7 +54,11 @@ void CView::drawBackground(CDrawContext* context, const CRect& rect) {
 
 void CView::setDirty(bool state) {
     dirty = state;
-    if (state && attached_ && frame) frame->addDirtyRect(getRectInFrame());
+    if (state) invalidateInFrame();
+}
+
+void CView::invalidateInFrame() {
+    if (attached_ && frame) frame->addDirtyRect(getRectInFrame());
 }
 
 void CView::invalidRect(const CRect& rect) {
@@ -69,11 +73,9 @@ void CView::invalidRect(const CRect& rect) {
 void CView::setVisible(bool state) {
     if (visible == state) return;
     visible = state;
-    if (state) {
-        setDirty(true);
-    } else if (attached_ && frame) {
-        frame->addDirtyRect(getRectInFrame());
-    }
+    dirty = true;
+    setDirty(true);
+    invalidateInFrame();
 }
 
 void CView::setEnabled(bool state) {
@@ -81,6 +83,7 @@ void CView::setEnabled(bool state) {
     enabled = state;
     dirty = true;  // the look changes even where the value does not
     setDirty(true);
+    invalidateInFrame();
 }
 
 int32_t CView::onMouseDown(const CPoint&, CButtonState) { return kMouseEventNotHandled; }
@@ -105,11 +108,14 @@ int32_t CView::onKeyDown(const VstKeyCode&) { return kKeyNotHandled; }
 int32_t CView::onKeyUp(const VstKeyCode&) { return kKeyNotHandled; }
 
 void CView::setViewSize(const CRect& rect, bool invalidate) {
-    if (invalidate && attached_ && frame) frame->addDirtyRect(getRectInFrame());
+    if (invalidate) invalidateInFrame();
     // The mouseable area follows the view when it was the whole view.
     if (mouseableArea == size) mouseableArea = rect;
     size = rect;
-    if (invalidate) setDirty(true);
+    if (invalidate) {
+        setDirty(true);
+        invalidateInFrame();
+    }
 }
 
 CRect CView::getRectInFrame() const {

@@ -100,6 +100,9 @@ public:
     double getHeight() const { return size.getHeight(); }
     // The view's rectangle in frame coordinates.
     CRect getRectInFrame() const;
+    // Enters the view's rectangle into the frame's dirty list (also for controls, whose
+    // setDirty only marks them).
+    void invalidateInFrame();
 
     // Attributes: small blobs kept by id, copied in and out.
     bool setAttribute(int32_t id, int32_t byteSize, const void* data);

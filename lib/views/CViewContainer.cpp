@@ -54,6 +54,7 @@ bool CViewContainer::insertBefore(CView* view, Node* position) {
     if (isAttached()) {
         view->attached(this);
         view->setDirty(true);
+        view->invalidateInFrame();
     }
     return true;
 }
@@ -83,7 +84,7 @@ bool CViewContainer::removeView(CView* view, bool forget) {
     delete node;
     --childCount;
     if (view->isAttached()) {
-        if (CFrame* owner = getFrame()) owner->addDirtyRect(view->getRectInFrame());
+        view->invalidateInFrame();
         view->removed(this);
     }
     view->setParentView(nullptr);
@@ -225,9 +226,7 @@ bool CViewContainer::isDirty() const {
            }) != nullptr;
 }
 
-void CViewContainer::invalid() {
-    if (isAttached() && getFrame()) getFrame()->addDirtyRect(getRectInFrame());
-}
+void CViewContainer::invalid() { invalidateInFrame(); }
 
 void CViewContainer::redrawDirty() {
     if (!visible) return;
@@ -235,8 +234,7 @@ void CViewContainer::redrawDirty() {
         invalid();
         return;
     }
-    CFrame* owner = getFrame();
-    findChild([owner](CView* child) {
+    findChild([](CView* child) {
         if (!child->isVisible() || !child->isDirty()) return false;
         if (child->notify(nullptr, kMsgCheckIfViewContainer) == 1) {
             static_cast<CViewContainer*>(child)->redrawDirty();
@@ -244,7 +242,7 @@ void CViewContainer::redrawDirty() {
             child->setDirty(true);
             // Controls mark themselves without touching the frame (they may be told on any
             // thread); their rectangle enters the list here, on the window's thread.
-            if (owner && child->isAttached()) owner->addDirtyRect(child->getRectInFrame());
+            child->invalidateInFrame();
         }
         return false;
     });
@@ -394,6 +392,33 @@ int32_t CViewContainer::onKeyUp(const VstKeyCode& key) {
         },
         true);
     return result;
+}
+
+// ---- drag and drop
+
+void CViewContainer::onDragEnter(CDragContainer* drag, const CPoint& where) { onDragMove(drag, where); }
+
+void CViewContainer::onDragMove(CDragContainer* drag, const CPoint& where) {
+    const CPoint local = toLocal(where);
+    CView* under = getViewAt(where, false);
+    if (under != dragView) {
+        if (dragView) dragView->onDragLeave(drag, local);
+        dragView = under;
+        if (under) under->onDragEnter(drag, local);
+    } else if (under) {
+        under->onDragMove(drag, local);
+    }
+}
+
+void CViewContainer::onDragLeave(CDragContainer* drag, const CPoint& where) {
+    if (dragView) dragView->onDragLeave(drag, toLocal(where));
+    dragView = nullptr;
+}
+
+bool CViewContainer::onDrop(CDragContainer* drag, const CPoint& where) {
+    CView* under = getViewAt(where, false);
+    dragView = nullptr;
+    return under && under->onDrop(drag, toLocal(where));
 }
 
 // ---- focus

@@ -23,6 +23,11 @@ public:
     bool onWheel(const CPoint& where, float delta, CButtonState buttons) override;
     int32_t onKeyDown(const VstKeyCode& key) override;
     int32_t onKeyUp(const VstKeyCode& key) override;
+    // A drag goes to the child under the pointer, which hears enter and leave as the pointer moves.
+    bool onDrop(CDragContainer* drag, const CPoint& where) override;
+    void onDragEnter(CDragContainer* drag, const CPoint& where) override;
+    void onDragLeave(CDragContainer* drag, const CPoint& where) override;
+    void onDragMove(CDragContainer* drag, const CPoint& where) override;
     void setViewSize(const CRect& rect, bool invalidate = true) override;
     bool removed(CView* parentView) override;
     bool attached(CView* parentView) override;
@@ -62,6 +67,7 @@ public:
     bool getMode() const { return mode; }
     CView* getMouseOverView() const { return mouseOverView; }
     CView* getMouseDownView() const { return mouseDownView; }
+    CView* getDragView() const { return dragView; }
 
     // Visits the children first to last (or last to first); stops when `visit` answers true.
     template <typename Visitor>

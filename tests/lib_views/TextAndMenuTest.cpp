@@ -10,6 +10,7 @@
 #include "lib/controls/ViewBuilder.h"
 #include "lib/controls/Vinta_ActionButton.h"
 #include "lib/controls/Vinta_ContextMenu.h"
+#include "lib/controls/Vinta_Label.h"
 #include "lib/controls/Vinta_ParamDisplay.h"
 #include "lib/controls/Vinta_RadioGroup.h"
 #include "lib/controls/Vinta_TextEdit.h"
@@ -223,4 +224,54 @@ TEST(RadioGroup, ChosenLedFadesInOverTicksAndDisabledLedsShowAQuarter) {
     }
     EXPECT_FALSE(group->isDirty());  // settled
     setTickSource(nullptr);
+}
+
+TEST(ActionButton, ToggleFadesItsUpperRowInOverSixTicksOfSixtyMilliseconds) {
+    setTickSource(testClock);
+    ParameterFixture f;
+    Vinta_ActionButton::CInfo info;
+    info.rect = CRect(0, 0, 20, 20);
+    info.type = Vinta_ActionButton::kToggle;
+    info.fade = true;
+    info.bitmap = new CBitmap(20, 40);
+    auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
+    info.bitmap->forget();
+    now = 5000;
+    f.frame->onMouseDown(CPoint(5, 5), kLButton);
+    f.frame->onMouseUp(CPoint(5, 5), 0);
+    RecordingContext context;
+    const struct {
+        uint32_t at;
+        uint8_t upperAlpha;
+        bool dirty;
+    } steps[] = {{5180, 127, true}, {5540, 255, false}};
+    for (const auto& s : steps) {
+        now = s.at;
+        f.frame->draw(&context);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
+        EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
+        EXPECT_EQ(button->isDirty(), s.dirty);
+    }
+    setTickSource(nullptr);
+}
+
+TEST(TextDisplays, DisplaysAndLabelsDrawTheirTextOnTheWindowThread) {
+    ParameterFixture f;
+    auto* plain = new CParamDisplay(CRect(0, 0, 40, 20), nullptr, kShadowText);
+    plain->setValue(0.5f);
+    f.frame->addView(plain);
+    Vinta_ParamDisplay::CInfo display;
+    display.rect = CRect(0, 30, 40, 60);
+    display.twoLines = true;
+    f.build(display, kKindParamDisplay);
+    Vinta_Label::CInfo label;
+    label.rect = CRect(0, 70, 40, 80);
+    label.text = "start";
+    f.build(label);
+    RecordingContext context;
+    f.frame->draw(&context);
+    char value[256];
+    f.gain.getDisplayText(f.gain.getValue(), value, 0);
+    const std::vector<std::string> expected{"0.50", "0.50", value, f.gain.getUnitLabel(), "Gain"};
+    EXPECT_EQ(context.strings, expected);  // shadow then text; value above unit; the parameter's name
 }

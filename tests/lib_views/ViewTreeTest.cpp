@@ -214,3 +214,23 @@ TEST(ControlBase, DirtyFlagFollowsOldValue) {
     EXPECT_TRUE(control->isDirty());
     control->forget();
 }
+
+TEST(ViewRouting, DragsEnterMoveAndLeaveTheChildUnderThePointer) {
+    struct DragProbe : ProbeView {
+        using ProbeView::ProbeView;
+        void onDragEnter(CDragContainer*, const CPoint&) override { note("in"); }
+        void onDragMove(CDragContainer*, const CPoint&) override { note("over"); }
+        void onDragLeave(CDragContainer*, const CPoint&) override { note("out"); }
+        bool onDrop(CDragContainer*, const CPoint&) override { return note("drop"), true; }
+    };
+    FrameFixture f;
+    f.frame->addView(new DragProbe("a", CRect(0, 0, 10, 10), f.log));
+    f.frame->addView(new DragProbe("b", CRect(20, 0, 30, 10), f.log));
+    ProbeView::alive += 2;
+    f.frame->onDragEnter(nullptr, CPoint(5, 5));
+    f.frame->onDragMove(nullptr, CPoint(6, 5));
+    f.frame->onDragMove(nullptr, CPoint(25, 5));
+    EXPECT_TRUE(f.frame->onDrop(nullptr, CPoint(25, 5)));
+    EXPECT_FALSE(f.frame->onDrop(nullptr, CPoint(15, 5)));
+    EXPECT_EQ(f.log, "a:in a:over a:out b:in b:drop ");
+}

@@ -1,10 +1,15 @@
 #include "AudioFile.h"
 
 #include <sndfile.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
-#include <unistd.h>
+#include <cstring>
+#include <filesystem>
+
+#include "DeclaredFrames.h"
 
 namespace {
 std::string lowerExtension(const std::string& path) {
@@ -16,25 +21,47 @@ std::string lowerExtension(const std::string& path) {
 }
 }  // namespace
 
-std::string readAudio(const std::string& path, StereoAudio& audio) {
+std::string readAudio(const std::string& path, StereoAudio& audio, std::string* warning) {
+    const std::string cannot = "cannot read '" + path + "': ";
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    if (!file) return "cannot read " + path + ": " + sf_strerror(nullptr);
-    if (info.channels < 1 || info.channels > 2) {
-        sf_close(file);
-        return path + " has " + std::to_string(info.channels) + " channels; only mono and stereo are supported";
+    if (!file) {
+        if (access(path.c_str(), R_OK) != 0) return cannot + std::strerror(errno);
+        if (std::filesystem::is_directory(path)) return cannot + "it is a folder";
+        return cannot + "not a WAV, FLAC or AIFF file the renderer can read (libsndfile: " + sf_strerror(nullptr) + ")";
     }
-    std::vector<float> interleaved(static_cast<size_t>(info.frames) * static_cast<size_t>(info.channels));
-    const sf_count_t got = sf_readf_float(file, interleaved.data(), info.frames);
+    std::string problem;
+    if (info.channels < 1 || info.channels > 2)
+        problem = "'" + path + "' has " + std::to_string(info.channels) + " channels; only mono and stereo are supported";
+    else if (info.samplerate < kLowestSampleRate || info.samplerate > kHighestSampleRate)
+        problem = "'" + path + "' has a sample rate of " + std::to_string(info.samplerate) + " Hz; the renderer takes " +
+                  std::to_string(kLowestSampleRate) + " to " + std::to_string(kHighestSampleRate) + " Hz";
+    if (!problem.empty()) {
+        sf_close(file);
+        return problem;
+    }
+    // Read to the end rather than to the count libsndfile gives: a damaged header may promise
+    // more than is there, or absurdly much.
+    audio.left.clear();
+    audio.right.clear();
+    constexpr sf_count_t kBlock = 4096;
+    std::vector<float> interleaved(static_cast<size_t>(kBlock * info.channels));
+    for (sf_count_t got; (got = sf_readf_float(file, interleaved.data(), kBlock)) > 0;) {
+        for (sf_count_t i = 0; i < got; ++i) {
+            audio.left.push_back(interleaved[static_cast<size_t>(i * info.channels)]);
+            audio.right.push_back(interleaved[static_cast<size_t>(i * info.channels + info.channels - 1)]);
+        }
+    }
     sf_close(file);
     audio.sampleRate = info.samplerate;
     audio.format = info.format & SF_FORMAT_TYPEMASK;
-    audio.left.resize(static_cast<size_t>(got));
-    audio.right.resize(static_cast<size_t>(got));
-    for (sf_count_t i = 0; i < got; ++i) {
-        audio.left[static_cast<size_t>(i)] = interleaved[static_cast<size_t>(i * info.channels)];
-        audio.right[static_cast<size_t>(i)] = interleaved[static_cast<size_t>(i * info.channels + info.channels - 1)];
-    }
+
+    int64_t declared = declaredFrameCount(path);
+    if (declared < 0 && info.frames != SF_COUNT_MAX) declared = info.frames;
+    const auto frames = static_cast<int64_t>(audio.left.size());
+    if (warning && frames < declared)
+        *warning = "'" + path + "' ends after " + std::to_string(frames) + " of the " + std::to_string(declared) +
+                   " frames its header states; rendering what is there";
     return "";
 }
 
@@ -50,11 +77,11 @@ std::string writeAudio(const std::string& path, const StereoAudio& audio) {
     else if (ext == "aif" || ext == "aiff")
         info.format = SF_FORMAT_AIFF | SF_FORMAT_FLOAT;
     else
-        return "unknown output format for " + path + " (use .wav, .flac or .aiff)";
+        return "unknown output format for '" + path + "' (use .wav, .flac or .aiff)";
 
-    const std::string temporary = path + ".partial";
+    const std::string temporary = partialPathOf(path);
     SNDFILE* file = sf_open(temporary.c_str(), SFM_WRITE, &info);
-    if (!file) return "cannot write " + path + ": " + sf_strerror(nullptr);
+    if (!file) return "cannot write '" + path + "' (libsndfile: " + sf_strerror(nullptr) + ")";
     // Integer formats clip what lies beyond full scale instead of wrapping (or refusing) it.
     sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     std::vector<float> interleaved(audio.left.size() * 2);
@@ -67,7 +94,9 @@ std::string writeAudio(const std::string& path, const StereoAudio& audio) {
     sf_close(file);
     if (!complete || std::rename(temporary.c_str(), path.c_str()) != 0) {
         unlink(temporary.c_str());
-        return "cannot write " + path;
+        return "cannot write '" + path + "'";
     }
     return "";
 }
+
+std::string partialPathOf(const std::string& path) { return path + ".partial"; }

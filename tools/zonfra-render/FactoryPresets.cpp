@@ -1,15 +1,18 @@
 #include "FactoryPresets.h"
 
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 
 #include "CORE/files/ModuleResources.h"
 #include "framework/plugin/OndraPluginInfo.h"
-#include "framework/presets/CPresetFormatFXP.h"
+#include "framework/presets/VstPresetFiles.h"
 #include "framework/resources/ResourceAccess.h"
+#include "framework/state/ByteOrder.h"
 
 namespace {
 constexpr char kPrefix[] = "presets/";
-constexpr size_t kFxpChunkOffset = 60;
+constexpr uintmax_t kLargestPresetFile = 64u << 20;
 
 std::string displayName(const std::string& entry) {
     std::string name = entry.substr(sizeof kPrefix - 1);
@@ -39,16 +42,34 @@ std::vector<std::string> presetEntries() {
     return entries;
 }
 
-std::string readPresetFile(const std::string& path, std::vector<uint8_t>& chunk) {
-    if (!std::filesystem::is_regular_file(path)) return "no preset file '" + path + "'";
-    Ondra::presetFormatFXP().fxID = static_cast<uint32_t>(Ondra::fourCharacterId("Vzon"));
-    void* data = nullptr;
-    int size = 0;
-    Ondra::presetFormatFXP().read(path, &data, &size);
-    if (!data) return "'" + path + "' is not a Zonfra QT preset file";
-    chunk.assign(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
-    Ondra::presetFormatFXP().freeData(data);
+// The chunk of an FXP file image. The format's own reader is silent by design; here each
+// refusal says why.
+std::string chunkOfFxp(const uint8_t* bytes, size_t size, const std::string& what, std::vector<uint8_t>& chunk) {
+    using Ondra::VstPresetFiles::kProgramHeader;
+    if (size < kProgramHeader || std::memcmp(bytes, "CcnK", 4) != 0) return what + " is not an FXP preset file";
+    if (std::memcmp(bytes + 8, "FPCh", 4) != 0 ||
+        Ondra::getBE32(bytes + 16) != static_cast<uint32_t>(Ondra::fourCharacterId("Vzon")))
+        return what + " is not a Zonfra QT preset";
+    const uint32_t chunkSize = Ondra::getBE32(bytes + kProgramHeader - 4);
+    if (chunkSize != size - kProgramHeader)
+        return what + " is damaged: its header gives " + std::to_string(chunkSize) + " bytes of state, the file holds " +
+               std::to_string(size - kProgramHeader);
+    chunk.assign(bytes + kProgramHeader, bytes + size);
     return "";
+}
+
+std::string readPresetFile(const std::string& path, std::vector<uint8_t>& chunk) {
+    const std::string what = "preset file '" + path + "'";
+    std::error_code error;
+    const auto size = std::filesystem::file_size(path, error);
+    if (error || !std::filesystem::is_regular_file(path)) return "no " + what;
+    // Far beyond any state block: not worth reading.
+    if (size > kLargestPresetFile) return what + " is not an FXP preset file";
+    std::vector<uint8_t> bytes(size);
+    std::ifstream file(path, std::ios::binary);
+    if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size)))
+        return "cannot read " + what;
+    return chunkOfFxp(bytes.data(), bytes.size(), what, chunk);
 }
 }  // namespace
 
@@ -75,9 +96,9 @@ std::string loadPresetChunk(const std::string& preset, std::vector<uint8_t>& chu
     if (matches.size() > 1) return "preset name '" + preset + "' is ambiguous; give its folder too";
     int size = 0;
     void* file = Ondra::getResource(matches.front().c_str(), &size);
-    if (!file || static_cast<size_t>(size) <= kFxpChunkOffset) return "preset '" + preset + "' is damaged";
-    const auto* bytes = static_cast<const uint8_t*>(file);
-    chunk.assign(bytes + kFxpChunkOffset, bytes + size);
+    if (!file) return "factory preset '" + preset + "' cannot be read from the archive";
+    const std::string error =
+        chunkOfFxp(static_cast<const uint8_t*>(file), static_cast<size_t>(size), "factory preset '" + preset + "'", chunk);
     Ondra::freeResource(file);
-    return "";
+    return error;
 }

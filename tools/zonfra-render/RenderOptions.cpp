@@ -3,10 +3,16 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "AudioFile.h"
+
+static_assert(kLowestSampleRate == 8000 && kHighestSampleRate == 768000, "the usage text states this range");
+
 const char* renderUsage() {
     return "usage: zonfra-render IN OUT [--preset NAME|FILE.fxp] [--set KEY=VALUE ...] [--tempo BPM]\n"
            "                     [--block N] [--tail SECONDS] [--plugin LIBRARY]\n"
-           "       zonfra-render --list-params | --list-presets\n";
+           "       zonfra-render --list-params | --list-presets | --help\n"
+           "IN is a mono or stereo WAV, FLAC or AIFF file at 8 kHz to 768 kHz (8000..768000 Hz inclusive);\n"
+           "OUT is written at the same rate, in the format its extension names (.wav, .flac, .aif, .aiff).\n";
 }
 
 namespace {
@@ -26,7 +32,9 @@ std::string parseRenderOptions(int argc, char** argv, RenderOptions& options) {
             (void)name;
             return argv[++i];
         };
-        if (arg == "--list-params") {
+        if (arg == "--help" || arg == "-h") {
+            options.help = true;
+        } else if (arg == "--list-params") {
             options.listParams = true;
         } else if (arg == "--list-presets") {
             options.listPresets = true;
@@ -34,6 +42,7 @@ std::string parseRenderOptions(int argc, char** argv, RenderOptions& options) {
                    arg == "--tail") {
             const char* v = value(arg.c_str());
             if (!v) return arg + " needs a value";
+            if (!*v) return arg + " needs a value, not an empty text";
             double n = 0;
             if (arg == "--preset") {
                 options.preset = v;
@@ -61,6 +70,7 @@ std::string parseRenderOptions(int argc, char** argv, RenderOptions& options) {
             positional.push_back(arg);
         }
     }
+    if (options.help) return "";
     if (options.listParams || options.listPresets) return positional.empty() ? "" : "the list options take no files";
     if (positional.size() != 2) return "expected an input and an output file";
     options.input = positional[0];

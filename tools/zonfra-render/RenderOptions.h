@@ -12,6 +12,7 @@ struct RenderOptions {
     double tailSeconds = 2.0;
     bool listParams = false;
     bool listPresets = false;
+    bool help = false;
     std::string plugin;
 };
 

@@ -1,7 +1,12 @@
 // Renders audio files through the Zonfra plug-in library, as a host would run it.
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <filesystem>
+#include <new>
 #include <string>
 
 #include "AudioFile.h"
@@ -30,6 +35,16 @@ void listParameters(Ondra::OndraOS& effect) {
     }
 }
 
+// Also through "..", symlinks and hard links: an existing pair is compared by device and inode.
+bool sameFile(const std::string& a, const std::string& b) {
+    struct stat first {}, second {};
+    if (stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0)
+        return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+    std::error_code error;
+    const std::filesystem::path canonical = std::filesystem::weakly_canonical(a, error);
+    return !error && canonical == std::filesystem::weakly_canonical(b, error) && !error;
+}
+
 void showProgress(double fraction) {
     const int width = 40;
     const int filled = static_cast<int>(fraction * width);
@@ -37,15 +52,8 @@ void showProgress(double fraction) {
                  static_cast<int>(fraction * 100));
     if (fraction >= 1.0) std::fprintf(stderr, "\n");
 }
-}  // namespace
 
-int main(int argc, char** argv) {
-    RenderOptions options;
-    const std::string argumentError = parseRenderOptions(argc, argv, options);
-    if (!argumentError.empty()) {
-        std::fprintf(stderr, "zonfra-render: %s\n%s", argumentError.c_str(), renderUsage());
-        return 2;
-    }
+int render(const RenderOptions& options) {
     PluginHost host;
     host.setTempo(options.tempo);
     const std::string loadError = host.load(options.plugin.empty() ? ZONFRA_PLUGIN_PATH : options.plugin);
@@ -61,9 +69,14 @@ int main(int argc, char** argv) {
         return 0;
     }
 
+    if (sameFile(options.input, options.output) || sameFile(options.input, partialPathOf(options.output)))
+        return fail("writing '" + options.output + "' would overwrite the input '" + options.input +
+                    "'; give another output path");
     StereoAudio input;
-    const std::string readError = readAudio(options.input, input);
+    std::string warning;
+    const std::string readError = readAudio(options.input, input, &warning);
     if (!readError.empty()) return fail(readError);
+    if (!warning.empty()) std::fprintf(stderr, "zonfra-render: warning: %s\n", warning.c_str());
     if (!options.preset.empty()) {
         std::vector<uint8_t> chunk;
         const std::string presetError = loadPresetChunk(options.preset, chunk);
@@ -83,7 +96,34 @@ int main(int argc, char** argv) {
     const double seconds = static_cast<double>(input.left.size()) / input.sampleRate;
     const bool showBar = isatty(STDERR_FILENO) && seconds > 20.0;
     const StereoAudio output = renderThrough(effect, input, settings, showBar ? showProgress : std::function<void(double)>{});
+    // A file of NaN is worse than none.
+    for (const std::vector<float>* channel : {&output.left, &output.right}) {
+        const auto bad = std::find_if(channel->begin(), channel->end(), [](float v) { return !std::isfinite(v); });
+        if (bad != channel->end())
+            return fail("the plug-in gave a sample that is not a number at frame " +
+                        std::to_string(bad - channel->begin()) + " at " + std::to_string(input.sampleRate) +
+                        " Hz; nothing was written");
+    }
     const std::string writeError = writeAudio(options.output, output);
     if (!writeError.empty()) return fail(writeError);
     return 0;
+}
+}  // namespace
+
+int main(int argc, char** argv) {
+    RenderOptions options;
+    const std::string argumentError = parseRenderOptions(argc, argv, options);
+    if (!argumentError.empty()) {
+        std::fprintf(stderr, "zonfra-render: %s\n%s", argumentError.c_str(), renderUsage());
+        return 2;
+    }
+    if (options.help) {
+        std::printf("%s", renderUsage());
+        return 0;
+    }
+    try {
+        return render(options);
+    } catch (const std::bad_alloc&) {
+        return fail("not enough memory to render '" + options.input + "'");
+    }
 }
