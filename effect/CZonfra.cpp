@@ -40,6 +40,7 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
 
     buildParameters();
     if (editorFactory) editor = editorFactory(*this);
+    editorTap = dynamic_cast<IEditorTap*>(editor);
     setBlockSize(kStartBlockSize);
     // The LFO's start settings hold until the init preset reports its own.
     lfo.setSampleRate(kStartSampleRate);
@@ -182,7 +183,7 @@ void CZonfra::resetInternal(bool tellEditor) {
     bypassDelay.clear();
     dryPathDelay.clear();
     mixCurrent = mixTarget;
-    (void)tellEditor;  // the editor hears of resets once it exists
+    if (tellEditor && editorTap) editorTap->resetDisplays();
     freqMod.reset();
 }
 

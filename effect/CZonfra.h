@@ -14,6 +14,7 @@
 #include "effect/CGainRamp.h"
 #include "effect/MixSmoother.h"
 #include "framework/plugin/OndraPluginInfo.h"
+#include "effect/IEditorTap.h"
 #include "effect/ISamplerEffect.h"
 #include "effect/ZonfraParameters.h"
 #include "framework/plugin/CNChannelBuffer.h"
@@ -106,6 +107,10 @@ public:
     float getEnvAttackCoefficient(bool lowSide) const { return lowSide ? low.envAttack : high.envAttack; }
     float getEnvReleaseCoefficient(bool lowSide) const { return lowSide ? low.envRelease : high.envRelease; }
     const DSP::CLfoGenerator& getLfo() const { return lfo; }
+    // Output peaks collected while the bypass is settled.
+    float getLimiterGain() const { return limiter.getMeterGain(); }
+    float getPeakHoldL() const { return peakHoldL; }
+    float getPeakHoldR() const { return peakHoldR; }
 
 private:
     // Control fields of one filter: written by parameter changes, read by the chunk step.
@@ -210,4 +215,5 @@ private:
     Ondra::ParameterProperty globalLimiter;
     int writeGlobalLimiter = 1;
     std::string presetFolder;
+    IEditorTap* editorTap = nullptr;
 };

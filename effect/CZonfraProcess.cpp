@@ -50,6 +50,13 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
         std::fill(audio.out[0].right, audio.out[0].right + n, 0.0f);
         resetRequested = true;
     }
+    // The editor reads the block's peaks; they start afresh for the next one.
+    if (editorTap) {
+        editorTap->audioTap(*this, audio.out[0].left, audio.out[0].right, n);
+        inputGain.clearPeaks();
+        outputGain.clearPeaks();
+        peakHoldL = peakHoldR = 0;
+    }
 }
 
 void CZonfra::runChain(Ondra::OndraAudioBlock& audio, int n) {
