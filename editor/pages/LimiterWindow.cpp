@@ -1,0 +1,63 @@
+#include "editor/pages/LimiterWindow.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "editor/pages/PageStyle.h"
+#include "editor/pages/Pages.h"
+#include "lib/drawing/CDrawContext.h"
+#include "lib/drawing/CFontDesc.h"
+
+namespace ZonfraPages {
+
+using namespace Vinta;
+
+CLimiterWindow::CLimiterWindow(PageHost& host, PageSides* pageSides)
+    : Vinta_AttachedWindow(pageLayout(kLimiterPage, pageSides), pageSides) {
+    DialColumn column{5.0, 4.0, 102.0, 48.0};
+    addRow(column, host.findParameter("LimitRelease"));
+    addRow(column, host.findParameter("LimiterBypass"));
+    addRow(column, host.findParameter("LimiterOutGain"));
+    bar = CRect(5.5, column.top + 2.5, 5.5 + kBarWidth, column.top + 7.5);
+    column.top += 20.0;
+    addRow(column, host.getGlobalLimiterParameter(), 0.0, "Global");
+}
+
+void CLimiterWindow::setGainReduction(float gain) {
+    if (!std::isfinite(gain)) return;
+    const float shown = shownGain.load(std::memory_order_relaxed);
+    const float gap = gain - shown;
+    shownGain.store(shown + gap * (gain < shown ? 1.0f : 0.01f) + 1e-19f, std::memory_order_relaxed);
+    markChanged();
+}
+
+double CLimiterWindow::barFraction(double gain) {
+    if (!(gain > 0.0)) return 1.0;
+    return std::clamp(std::fabs(20.0 * std::log10(gain)) / kBarRangeDb, 0.0, 1.0);
+}
+
+void CLimiterWindow::drawContent(CDrawContext* context) {
+    context->setLineWidth(1.0f);
+    context->setFrameColor(frameColour());
+    context->drawRect(bar, kDrawStroked);
+
+    context->setFont(kNormalFont, 8.0, 0);
+    context->setFontColor(kPanelColor200);
+    const double labelTop = bar.bottom + 1.0;
+    const struct {
+        const char* text;
+        double at;
+    } marks[] = {{"-24", 0.0}, {"-18", 0.25}, {"-12", 0.5}, {"-6", 0.75}, {"0", 1.0}};
+    for (const auto& mark : marks) {
+        const double x = bar.left + mark.at * kBarWidth;
+        context->drawString(mark.text, CRect(x - 10.0, labelTop, x + 10.0, labelTop + 9.0), 0, 1);
+    }
+    context->drawString("GR", CRect(bar.right + 3.0, bar.top - 3.0, bar.right + 20.0, bar.bottom + 3.0), 0, 0);
+
+    const double length = barFraction(getShownGain()) * kBarWidth;
+    if (length <= 0.0) return;
+    context->setFillColor(kValueColor);
+    context->drawRect(CRect(bar.right - length, bar.top + 1.4, bar.right, bar.bottom - 1.4), kDrawFilled);
+}
+
+}  // namespace ZonfraPages

@@ -1,0 +1,31 @@
+#include "editor/pages/RingModWindow.h"
+
+#include "editor/pages/Pages.h"
+
+namespace ZonfraPages {
+
+CRingModWin::CRingModWin(PageHost& host, PageSides* pageSides)
+    : Vinta_AttachedWindow(pageLayout(kRingModPage, pageSides), pageSides) {
+    frequency.stored = host.findParameter("RingModFreq");
+    frequency.amount = host.findParameter("RinkModLinkFreqPerc.");
+    frequency.makeProxy(ownParameter());
+
+    DialColumn column{5.0, 4.0, 105.0, 45.0};
+    frequency.shown = addRow(column, frequency.stored);
+    addRow(column, host.findParameter("RingModeStrength"), 5.0);
+    addRow(column, frequency.amount);
+    frequency.root = addRow(column, frequency.stored, 0.0, "RootFreq");
+    listenTo(frequency.amount);
+    frequency.apply();
+}
+
+void CRingModWin::setRingModFrequency(float hertz) {
+    frequency.inForce.store(hertz, std::memory_order_relaxed);
+    if (frequency.isLinked()) markChanged();
+}
+
+void CRingModWin::drawContent(Vinta::CDrawContext* context) {
+    if (frequency.isLinked()) drawLinkMark(context, 30.0, 3.0);
+}
+
+}  // namespace ZonfraPages
