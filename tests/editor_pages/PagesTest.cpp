@@ -86,13 +86,14 @@ struct ControlRow {
     const char* key;
     bool snaps = false;
     const char* link = nullptr;
+    double range = 200.0;  // units of drag for the whole range
 };
 const ControlRow kControls[] = {
     {kEnvelopePage, "LP Attack"}, {kEnvelopePage, "LP Release"}, {kEnvelopePage, "LP Strength", true},
     {kEnvelopePage, "HP Attack"}, {kEnvelopePage, "HP Release"}, {kEnvelopePage, "HP Strength", true},
     {kEnvelopePage, "MEASUREPOINT"}, {kEnvelopePage, "ENV_BOOST", true}, {kEnvelopePage, "PPZOOM"},
     {kLfoPage, "LFO Rate"}, {kLfoPage, "LFO Shape"}, {kLfoPage, "LFO Sync"}, {kLfoPage, "LP StrengthLFO", true},
-    {kLfoPage, "HP StrengthLFO", true}, {kLfoPage, "LFO Shift"}, {kLfoPage, "LFO BPM"},
+    {kLfoPage, "HP StrengthLFO", true}, {kLfoPage, "LFO Shift"}, {kLfoPage, "LFO BPM", false, nullptr, 400.0},
     {kRingModPage, "RingModFreq"}, {kRingModPage, "RingModeStrength"}, {kRingModPage, "RinkModLinkFreqPerc."},
     {kRingModPage, "RingModFreq", false, "RinkModLinkFreqPerc."},
     {kFreqModPage, "FreqModFreq"}, {kFreqModPage, "FreqModeStrength"}, {kFreqModPage, "FreqModLinkFreqPerc."},
@@ -129,11 +130,11 @@ TEST_F(Pages, EveryDialEditsItsParameterByItsMappingAndFollowsIt) {
             click(at);
             EXPECT_EQ(parameter->getBool(), before < 0.5f);
         } else {
-            const double up = before > 0.5f ? -40.0 : 40.0;  // 40 of the 200 units of the full range
+            const double up = before > 0.5f ? -40.0 : 40.0;
             display->onMouseDown(at, Vinta::kLButton);
             display->onMouseMoved(at - CPoint(0.0, up), Vinta::kLButton);
             display->onMouseUp(at - CPoint(0.0, up), Vinta::kLButton);
-            const double expected = before + up / 200.0;
+            const double expected = before + up / row.range;
             const int steps = parameter->getUnitType() == Ondra::kUnitWhole
                                   ? static_cast<int>(std::lround(parameter->getMaximum() - parameter->getMinimum()))
                                   : 0;
@@ -278,7 +279,7 @@ TEST(SyspageWindow, LongFolderPathsLoseTheirFront) {
     const auto measure = [](const std::string& text) { return 5.0 * static_cast<double>(text.size()); };
     EXPECT_EQ(CSyspageWindow::fitPath("/home/a/presets", 100.0, measure), "/home/a/presets");
     EXPECT_EQ(CSyspageWindow::fitPath("/home/someone/.local/share/zonfra/presets", 100.0, measure),
-              "....ocal/share/zonfra/presets");
+              "....e/zonfra/presets");
     EXPECT_EQ(CSyspageWindow::fitPath("/abcdef", 10.0, measure), "....");
 }
 
