@@ -18,7 +18,7 @@ CLimiterWindow::CLimiterWindow(PageHost& host, PageSides* pageSides)
     addRow(column, host.findParameter("LimitRelease"));
     addRow(column, host.findParameter("LimiterBypass"));
     addRow(column, host.findParameter("LimiterOutGain"));
-    bar = CRect(5.5, column.top + 2.5, 5.5 + kBarWidth, column.top + 7.5);
+    bar = CRect(4.5, column.top + 2.5, 4.5 + kBarWidth, column.top + 7.5);
     column.top += 20.0;
     addRow(column, host.getGlobalLimiterParameter(), 0.0, "Global");
 }
@@ -44,15 +44,18 @@ void CLimiterWindow::drawContent(CDrawContext* context) {
     context->setFont(kNormalFont, 8.0, 0);
     context->setFontColor(kPanelColor200);
     const double labelTop = bar.bottom + 1.0;
+    // The end marks stand inside the bar's ends, the others centred on their places.
     const struct {
         const char* text;
         double at;
-    } marks[] = {{"-24", 0.0}, {"-18", 0.25}, {"-12", 0.5}, {"-6", 0.75}, {"0", 1.0}};
+        int align;
+    } marks[] = {{"-24", 0.0, 0}, {"-18", 0.25, 1}, {"-12", 0.5, 1}, {"-6", 0.75, 1}, {"0", 1.0, 2}};
     for (const auto& mark : marks) {
         const double x = bar.left + mark.at * kBarWidth;
-        context->drawString(mark.text, CRect(x - 10.0, labelTop, x + 10.0, labelTop + 9.0), 0, 1);
+        const double left = mark.align == 0 ? x : mark.align == 1 ? x - 10.0 : x - 20.0;
+        context->drawString(mark.text, CRect(left, labelTop, left + 20.0, labelTop + 9.0), 0, mark.align);
     }
-    context->drawString("GR", CRect(bar.right + 3.0, bar.top - 3.0, bar.right + 20.0, bar.bottom + 3.0), 0, 0);
+    context->drawString("GR", CRect(bar.right + 2.0, bar.top - 3.0, bar.right + 16.0, bar.bottom + 3.0), 0, 0);
 
     const double length = barFraction(getShownGain()) * kBarWidth;
     if (length <= 0.0) return;

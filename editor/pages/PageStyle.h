@@ -15,7 +15,8 @@ inline constexpr CColor kPanelColor200{161, 163, 193, 200};
 
 inline constexpr CColor kLabelColor{205, 210, 224, 255};
 inline constexpr CColor kValueColor{250, 200, 60, 255};
-inline constexpr CColor kBackingColor{0, 0, 0, 200};
+// Dark enough that the plot behind a page does not compete with its text.
+inline constexpr CColor kBackingColor{0, 0, 0, 232};
 inline constexpr CColor kDialFace{33, 36, 45, 255};
 inline constexpr CColor kDialRim{140, 148, 168, 220};
 

@@ -24,7 +24,7 @@ const char* const kAboutLines[] = {
 CSyspageWindow::CSyspageWindow(PageHost& pageHost, PageSides* pageSides)
     : Vinta_AttachedWindow(pageLayout(kSystemPage, pageSides), pageSides), host(pageHost) {
     versionLine = "Version: MMK Zonfra QT - " + host.getVersion() + " 64bit " + wrapperName(host.getWrapperIndex());
-    DialColumn column{5.0, 50.0, 165.0, 110.0};
+    DialColumn column{5.0, 50.0, 185.0, 110.0};  // wider than the label needs: room for "100.00 %"
     addRow(column, host.findParameter("FilterInteria"));
 }
 
