@@ -138,8 +138,10 @@ int32_t Vinta_AttachedWindow::onMouseDown(const CPoint& where, CButtonState butt
 }
 
 bool Vinta_AttachedWindow::isDirty() const {
-    if (changed.load(std::memory_order_relaxed) || isAnimating()) return true;
-    return open ? CViewContainer::isDirty() : dirty.load();
+    if (isAnimating()) return true;
+    // A shut page shows only its tab: new data for its dials or graphics waits for the opening.
+    if (!open) return dirty.load();
+    return changed.load(std::memory_order_relaxed) || CViewContainer::isDirty();
 }
 
 void Vinta_AttachedWindow::redrawDirty() {
