@@ -1,5 +1,7 @@
 #include "editor/pages/ModLink.h"
 
+#include <cmath>
+
 #include "editor/pages/PageStyle.h"
 #include "lib/drawing/CDrawContext.h"
 
@@ -30,7 +32,7 @@ void ModLink::apply() {
     }
     if (root) root->setEnabled(linked);
     const float value = inForce.load(std::memory_order_relaxed);
-    if (linked && proxy && proxy->getValue() != value) proxy->setValue(value);
+    if (linked && proxy && std::isfinite(value) && proxy->getValue() != value) proxy->setValue(value);
 }
 
 void drawLinkMark(CDrawContext* context, double left, double top) {

@@ -275,6 +275,25 @@ TEST_F(Pages, SystemPageButtonsReachTheHostAndTheTabStillShutsIt) {
     EXPECT_FALSE(system->isOpen());
 }
 
+// A parameter the effect lacks leaves no dial, and the rows after it move up.
+TEST(PagesWithoutAParameter, TheRowsBelowMoveUp) {
+    struct Host : EffectPageHost {
+        using EffectPageHost::EffectPageHost;
+        Ondra::IPluginParameter* findParameter(const char* key) override {
+            return std::string(key) == "LP Release" ? nullptr : EffectPageHost::findParameter(key);
+        }
+    };
+    Vst3Callback callback;
+    CZonfra effect(&callback);
+    Host host(&effect);
+    auto* display = new Vinta::CViewContainer(CRect(0, 0, 496, 156));
+    const PageSet set = addPages(*display, host);
+    ASSERT_EQ(set.envelope->getDials().size(), 8u);
+    EXPECT_EQ(set.envelope->getDials()[1]->getParameter(), effect.findParameter("LP Strength"));
+    EXPECT_EQ(set.envelope->getDials()[1]->getViewSize().top, 30.0);
+    display->forget();
+}
+
 TEST(SyspageWindow, LongFolderPathsLoseTheirFront) {
     const auto measure = [](const std::string& text) { return 5.0 * static_cast<double>(text.size()); };
     EXPECT_EQ(CSyspageWindow::fitPath("/home/a/presets", 100.0, measure), "/home/a/presets");
@@ -302,6 +321,10 @@ TEST_F(Pages, DisplaysFollowTheTapAndStaySaneOnBadInput) {
     EXPECT_NEAR(CLimiterWindow::barFraction(0.5), 6.0206 / 24.0, 1e-4);
     EXPECT_EQ(CLFOWindow::previewShape(5), 7);
     EXPECT_EQ(CLFOWindow::previewShape(2), 2);
+    find("RinkModLinkFreqPerc.")->setValue(1.0f);
+    set.setRingModFrequency(NAN);
+    settle();
+    EXPECT_TRUE(std::isfinite(set.ringMod->getDials()[0]->getParameter()->getValue()));
     set.clearDisplays();
     EXPECT_EQ(set.envelope->historyAt(false, 0), 0.0f);
     EXPECT_EQ(set.limiter->getShownGain(), 1.0f);
