@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
 
 #include "editor/pages/PageStyle.h"
 #include "framework/parameters/UnitType.h"
@@ -27,26 +28,38 @@ CRect pixelAligned(const CRect& rect) {
 
 }  // namespace
 
-Vinta_AttachedWindow::Layout pageLayout(PageId id, PageSides* sides) {
+Vinta_AttachedWindow::CInfo pageRecord(PageId id, PageSides* sides, PageHost& host) {
     const PageRow& row = kPageRows[id];
-    Ondra::IPluginParameter* pageParameter = nullptr;
-    if (sides && row.side == kLeftSide) pageParameter = &sides->left;
-    if (sides && row.side == kRightSide) pageParameter = &sides->right;
-    return {row.title, row.openRect, row.tabRect, row.position, pageParameter, row.index, row.panelColor};
+    Vinta_AttachedWindow::CInfo info;
+    info.rect = row.openRect;
+    info.title = row.title;
+    info.titleFontSize = 10.0;
+    info.position = row.position;
+    info.tabRect = row.tabRect;
+    if (sides && row.side == kLeftSide) info.pageParameter = &sides->left;
+    if (sides && row.side == kRightSide) info.pageParameter = &sides->right;
+    info.pageIndex = row.index;
+    info.panelColor = row.panelColor;
+    info.sides = sides;
+    for (int i = 0; i < Vinta_AttachedWindow::CInfo::kParameterCount && row.parameters[i]; ++i)
+        info.parameters[i] = std::string_view(row.parameters[i]) == kGlobalLimiterKey ? host.getGlobalLimiterParameter()
+                                                                                     : host.findParameter(row.parameters[i]);
+    return info;
 }
 
 PageSides::PageSides() : left(sideRecord("PAGELEFT", 0x5047454C)), right(sideRecord("PAGERIGHT", 0x50474552)) {}
 
-Vinta_AttachedWindow::Vinta_AttachedWindow(const Layout& layout, PageSides* pageSides)
-    : CViewContainer(layout.openRect),
-      sides(pageSides),
-      pageParameter(layout.pageParameter),
-      pageIndex(layout.pageIndex),
-      panelColor(layout.panelColor),
-      position(layout.position),
-      tabRect(layout.tabRect),
-      currentRect(layout.tabRect) {
-    std::snprintf(title, sizeof title, "%s", layout.title ? layout.title : "");
+Vinta_AttachedWindow::Vinta_AttachedWindow(const CInfo& info)
+    : CViewContainer(info.rect),
+      sides(info.sides),
+      pageParameter(info.pageParameter),
+      pageIndex(info.pageIndex),
+      titleFontSize(info.titleFontSize),
+      panelColor(info.panelColor),
+      position(info.position),
+      tabRect(info.tabRect),
+      currentRect(info.tabRect) {
+    std::snprintf(title, sizeof title, "%s", info.title ? info.title : "");
     setTransparency(true);
     if (sides) sides->remember();
     if (pageParameter) pageParameter->addListener(this, false);

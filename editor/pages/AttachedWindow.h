@@ -36,17 +36,24 @@ class Vinta_AttachedWindow : public Vinta::CViewContainer,
                              public Vinta::IAttachedWindow,
                              public Ondra::ParameterChangeListener {
 public:
-    struct Layout {
-        const char* title;
-        Vinta::CRect openRect;
+    // The page's record: `rect` is the open rectangle; `parameters` are what the page puts on its
+    // dials, in its own order (a null one leaves its dial out).
+    class CInfo : public Vinta::Vinta_ObjectConstructorInfoBase {
+    public:
+        static constexpr int kParameterCount = 8;
+
+        const char* title = nullptr;
+        double titleFontSize = 8.0;
+        int32_t position = 0;  // 0, 2: arrow at the tab's right end; 1, 3 at its left; 2, 3 reverse it
         Vinta::CRect tabRect;
-        int32_t position;  // 0, 2: arrow at the tab's right end; 1, 3 at its left; 2, 3 reverse it
-        Ondra::IPluginParameter* pageParameter;
-        int32_t pageIndex;
-        Vinta::CColor panelColor;
+        Ondra::IPluginParameter* pageParameter = nullptr;
+        int32_t pageIndex = 0;
+        Ondra::IPluginParameter* parameters[kParameterCount] = {};
+        Vinta::CColor panelColor{50, 50, 75, 255};
+        PageSides* sides = nullptr;
     };
 
-    Vinta_AttachedWindow(const Layout& layout, PageSides* sides);
+    explicit Vinta_AttachedWindow(const CInfo& info);
 
     void setOpen(bool state) override;
     virtual void drawContent(Vinta::CDrawContext*) {}
@@ -120,7 +127,7 @@ private:
     std::atomic<bool> changed{true};
 };
 
-// The layout of one of the seven pages, tied to its side's parameter.
-Vinta_AttachedWindow::Layout pageLayout(PageId id, PageSides* sides);
+// The record of one of the seven pages: its place, its side's parameter and its dials' parameters.
+Vinta_AttachedWindow::CInfo pageRecord(PageId id, PageSides* sides, PageHost& host);
 
 }  // namespace ZonfraPages

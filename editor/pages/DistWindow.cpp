@@ -1,19 +1,18 @@
 #include "editor/pages/DistWindow.h"
 
 #include "editor/pages/ModLink.h"
-#include "editor/pages/Pages.h"
 
 namespace ZonfraPages {
 
-CDistWindow::CDistWindow(PageHost& host, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kDistPage, pageSides), pageSides), rateLink(host.findParameter("RATE_LPLINK")) {
+// Parameters: drive level and place, rate reduction and its place, its link switch and amount.
+CDistWindow::CDistWindow(const CInfo& info) : Vinta_AttachedWindow(info), rateLink(info.parameters[4]) {
     DialColumn column{5.0, 4.0, 105.0, 45.0};
-    addRow(column, host.findParameter("DISTLEVEL"));
-    addRow(column, host.findParameter("DISTPREPOST"), 5.0);
-    addRow(column, host.findParameter("RATEREDUCE_LEVEL"));
-    addRow(column, host.findParameter("RATE_PREPOST"));
+    addRow(column, info.parameters[0]);
+    addRow(column, info.parameters[1], 5.0);
+    addRow(column, info.parameters[2]);
+    addRow(column, info.parameters[3]);
     addRow(column, rateLink);
-    addRow(column, host.findParameter("RATE_LINK_AMOUNT"));
+    addRow(column, info.parameters[5]);
     listenTo(rateLink);
 }
 

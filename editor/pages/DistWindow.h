@@ -5,11 +5,9 @@
 
 namespace ZonfraPages {
 
-class PageHost;
-
 class CDistWindow : public Vinta_AttachedWindow {
 public:
-    CDistWindow(PageHost& host, PageSides* pageSides);
+    explicit CDistWindow(const CInfo& info);
 
     void drawContent(Vinta::CDrawContext* context) override;
     const char* getClassName() const override { return "CDistWindow"; }

@@ -5,7 +5,6 @@
 
 #include "editor/pages/PageLayouts.h"
 #include "editor/pages/PageStyle.h"
-#include "editor/pages/Pages.h"
 #include "framework/parameters/UnitType.h"
 #include "lib/drawing/CDrawContext.h"
 
@@ -24,21 +23,21 @@ CRect chartBeside(const CRect& page, double rowTop) {
 
 }  // namespace
 
-CEnvelopeWindow::CEnvelopeWindow(PageHost& host, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kEnvelopePage, pageSides), pageSides), zoom(ownParameter()) {
+CEnvelopeWindow::CEnvelopeWindow(const CInfo& info) : Vinta_AttachedWindow(info), zoom(ownParameter()) {
     zoom.initFromRecord({"PPZOOM", "Zoom", "Zoom", 1.0f, 15.0f, 10.0f, 10.0f, false, 0.0f, Ondra::kUnitNumber, 0});
 
     DialColumn column{5.0, 16.0, 93.0, 35.0};
-    addRow(column, host.findParameter("LP Attack"));
-    addRow(column, host.findParameter("LP Release"));
-    addRow(column, host.findParameter("LP Strength"), 5.0, nullptr, true);
-    addRow(column, host.findParameter("HP Attack"));
-    addRow(column, host.findParameter("HP Release"));
-    addRow(column, host.findParameter("HP Strength"), 5.0, nullptr, true);
+    Ondra::IPluginParameter* const* p = info.parameters;  // LP attack, release, strength, HP the same,
+    addRow(column, p[0]);                                 // measuring point, boost
+    addRow(column, p[1]);
+    addRow(column, p[2], 5.0, nullptr, true);
+    addRow(column, p[3]);
+    addRow(column, p[4]);
+    addRow(column, p[5], 5.0, nullptr, true);
     column.left = 100.0;
     column.top = 103.0;
-    addRow(column, host.findParameter("MEASUREPOINT"));
-    addRow(column, host.findParameter("ENV_BOOST"), 0.0, nullptr, true);
+    addRow(column, p[6]);
+    addRow(column, p[7], 0.0, nullptr, true);
     DialColumn zoomColumn{120.0, 55.0, 72.0, 30.0, 8.0, 9.0, 0x11};
     addRow(zoomColumn, &zoom);
 

@@ -8,14 +8,12 @@
 
 namespace ZonfraPages {
 
-class PageHost;
-
 class CEnvelopeWindow : public Vinta_AttachedWindow {
 public:
     static constexpr int kHistoryLength = 80;  // one value per pixel of the charts
     static constexpr int kTapsPerPixel = 5;
 
-    CEnvelopeWindow(PageHost& host, PageSides* pageSides);
+    explicit CEnvelopeWindow(const CInfo& info);
 
     // From the audio tap: keeps the peaks, and every fifth call moves the charts on by a pixel.
     void pushEnvelope(float low, float high);

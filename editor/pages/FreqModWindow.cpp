@@ -1,16 +1,15 @@
 #include "editor/pages/FreqModWindow.h"
 
-#include "editor/pages/Pages.h"
 
 namespace ZonfraPages {
 
-CFreqModWindow::CFreqModWindow(PageHost& host, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kFreqModPage, pageSides), pageSides) {
-    frequency.stored = host.findParameter("FreqModFreq");
-    frequency.amount = host.findParameter("FreqModLinkFreqPerc.");
+// Parameters: frequency, mix, frequency link amount, mix link amount.
+CFreqModWindow::CFreqModWindow(const CInfo& info) : Vinta_AttachedWindow(info) {
+    frequency.stored = info.parameters[0];
+    frequency.amount = info.parameters[2];
     frequency.makeProxy(ownParameter());
-    mix.stored = host.findParameter("FreqModeStrength");
-    mix.amount = host.findParameter("FreqModLinkMixPercent");
+    mix.stored = info.parameters[1];
+    mix.amount = info.parameters[3];
     mix.makeProxy(ownParameter());
 
     DialColumn column{5.0, 4.0, 105.0, 45.0};

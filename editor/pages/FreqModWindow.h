@@ -5,11 +5,9 @@
 
 namespace ZonfraPages {
 
-class PageHost;
-
 class CFreqModWindow : public Vinta_AttachedWindow {
 public:
-    CFreqModWindow(PageHost& host, PageSides* pageSides);
+    explicit CFreqModWindow(const CInfo& info);
 
     // From the audio tap: the frequency and the mix in use.
     void setFreqModValues(float frequency, float mix);

@@ -4,28 +4,26 @@
 #include <vector>
 
 #include "editor/pages/PageStyle.h"
-#include "editor/pages/Pages.h"
 #include "lib/drawing/CDrawContext.h"
 
 namespace ZonfraPages {
 
 using namespace Vinta;
 
-CLFOWindow::CLFOWindow(PageHost& host, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kLfoPage, pageSides), pageSides),
-      shape(host.findParameter("LFO Shape")),
-      shift(host.findParameter("LFO Shift")) {
+// Parameters: rate, shape, sync, low-pass and high-pass depth, shift, tempo.
+CLFOWindow::CLFOWindow(const CInfo& info)
+    : Vinta_AttachedWindow(info), shape(info.parameters[1]), shift(info.parameters[5]) {
     DialColumn column{5.0, 16.0, 115.0, 45.0};
-    addRow(column, host.findParameter("LFO Rate"));
+    addRow(column, info.parameters[0]);
     addRow(column, shape);
-    addRow(column, host.findParameter("LFO Sync"), 5.0);
-    addRow(column, host.findParameter("LP StrengthLFO"), 0.0, nullptr, true);
-    addRow(column, host.findParameter("HP StrengthLFO"), 0.0, nullptr, true);
+    addRow(column, info.parameters[2], 5.0);
+    addRow(column, info.parameters[3], 0.0, nullptr, true);
+    addRow(column, info.parameters[4], 0.0, nullptr, true);
 
     const double width = localRect().getWidth();
     DialColumn side{width - 85.0, 63.0, 75.0, 25.0, 9.0, 9.0};
     addRow(side, shift);
-    if (Vinta_MiniDial* bpm = addRow(side, host.findParameter("LFO BPM"))) bpm->setSensitivity(400.0f);
+    if (Vinta_MiniDial* bpm = addRow(side, info.parameters[6])) bpm->setSensitivity(400.0f);
     listenTo(shape);
     listenTo(shift);
 

@@ -6,11 +6,9 @@
 
 namespace ZonfraPages {
 
-class PageHost;
-
 class CLFOWindow : public Vinta_AttachedWindow {
 public:
-    CLFOWindow(PageHost& host, PageSides* pageSides);
+    explicit CLFOWindow(const CInfo& info);
 
     void drawContent(Vinta::CDrawContext* context) override;
     const char* getClassName() const override { return "CLFOWindow"; }

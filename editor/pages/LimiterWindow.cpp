@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "editor/pages/PageStyle.h"
-#include "editor/pages/Pages.h"
 #include "lib/drawing/CDrawContext.h"
 #include "lib/drawing/CFontDesc.h"
 
@@ -12,15 +11,15 @@ namespace ZonfraPages {
 
 using namespace Vinta;
 
-CLimiterWindow::CLimiterWindow(PageHost& host, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kLimiterPage, pageSides), pageSides) {
+// Parameters: release, the limiter's switch, output gain, the effect's global switch.
+CLimiterWindow::CLimiterWindow(const CInfo& info) : Vinta_AttachedWindow(info) {
     DialColumn column{5.0, 4.0, 102.0, 48.0};
-    addRow(column, host.findParameter("LimitRelease"));
-    addRow(column, host.findParameter("LimiterBypass"));
-    addRow(column, host.findParameter("LimiterOutGain"));
+    addRow(column, info.parameters[0]);
+    addRow(column, info.parameters[1]);
+    addRow(column, info.parameters[2]);
     bar = CRect(4.5, column.top + 2.5, 4.5 + kBarWidth, column.top + 7.5);
     column.top += 20.0;
-    addRow(column, host.getGlobalLimiterParameter(), 0.0, "Global");
+    addRow(column, info.parameters[3], 0.0, "Global");
 }
 
 void CLimiterWindow::setGainReduction(float gain) {

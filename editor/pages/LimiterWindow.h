@@ -7,14 +7,12 @@
 
 namespace ZonfraPages {
 
-class PageHost;
-
 class CLimiterWindow : public Vinta_AttachedWindow {
 public:
     static constexpr double kBarWidth = 100.0;
     static constexpr double kBarRangeDb = 24.0;
 
-    CLimiterWindow(PageHost& host, PageSides* pageSides);
+    explicit CLimiterWindow(const CInfo& info);
 
     // From the audio tap: the shown gain falls at once to a deeper reduction and creeps back.
     void setGainReduction(float gain);

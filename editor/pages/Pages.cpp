@@ -16,13 +16,13 @@ PageSet buildPages(Vinta::CViewContainer& display, PageHost& host, std::unique_p
     auto* sides = new PageSides;
     sides->keptHost = std::move(kept);
     PageSet set;
-    set.envelope = new CEnvelopeWindow(host, sides);
-    set.lfo = new CLFOWindow(host, sides);
-    set.ringMod = new CRingModWin(host, sides);
-    set.freqMod = new CFreqModWindow(host, sides);
-    set.distortion = new CDistWindow(host, sides);
-    set.limiter = new CLimiterWindow(host, sides);
-    set.system = new CSyspageWindow(host, sides);
+    set.envelope = new CEnvelopeWindow(pageRecord(kEnvelopePage, sides, host));
+    set.lfo = new CLFOWindow(pageRecord(kLfoPage, sides, host));
+    set.ringMod = new CRingModWin(pageRecord(kRingModPage, sides, host));
+    set.freqMod = new CFreqModWindow(pageRecord(kFreqModPage, sides, host));
+    set.distortion = new CDistWindow(pageRecord(kDistPage, sides, host));
+    set.limiter = new CLimiterWindow(pageRecord(kLimiterPage, sides, host));
+    set.system = new CSyspageWindow(pageRecord(kSystemPage, sides, host), host);
     sides->forget();  // the pages hold it now
 
     Vinta::CXButton::CInfo close;

@@ -1,18 +1,17 @@
 #include "editor/pages/RingModWindow.h"
 
-#include "editor/pages/Pages.h"
 
 namespace ZonfraPages {
 
-CRingModWin::CRingModWin(PageHost& host, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kRingModPage, pageSides), pageSides) {
-    frequency.stored = host.findParameter("RingModFreq");
-    frequency.amount = host.findParameter("RinkModLinkFreqPerc.");
+// Parameters: frequency, mix, link amount.
+CRingModWin::CRingModWin(const CInfo& info) : Vinta_AttachedWindow(info) {
+    frequency.stored = info.parameters[0];
+    frequency.amount = info.parameters[2];
     frequency.makeProxy(ownParameter());
 
     DialColumn column{5.0, 4.0, 105.0, 45.0};
     frequency.shown = addRow(column, frequency.stored);
-    addRow(column, host.findParameter("RingModeStrength"), 5.0);
+    addRow(column, info.parameters[1], 5.0);
     addRow(column, frequency.amount);
     frequency.root = addRow(column, frequency.stored, 0.0, "RootFreq");
     listenTo(frequency.amount);

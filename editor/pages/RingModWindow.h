@@ -5,11 +5,9 @@
 
 namespace ZonfraPages {
 
-class PageHost;
-
 class CRingModWin : public Vinta_AttachedWindow {
 public:
-    CRingModWin(PageHost& host, PageSides* pageSides);
+    explicit CRingModWin(const CInfo& info);
 
     // From the audio tap: the frequency in use, which the first dial shows while linked.
     void setRingModFrequency(float hertz);

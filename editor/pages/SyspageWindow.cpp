@@ -21,11 +21,11 @@ const char* const kAboutLines[] = {
 
 }  // namespace
 
-CSyspageWindow::CSyspageWindow(PageHost& pageHost, PageSides* pageSides)
-    : Vinta_AttachedWindow(pageLayout(kSystemPage, pageSides), pageSides), host(pageHost) {
+// Parameters: the filter inertia.
+CSyspageWindow::CSyspageWindow(const CInfo& info, PageHost& pageHost) : Vinta_AttachedWindow(info), host(pageHost) {
     versionLine = "Version: MMK Zonfra QT - " + host.getVersion() + " 64bit " + wrapperName(host.getWrapperIndex());
     DialColumn column{5.0, 50.0, 185.0, 110.0};  // wider than the label needs: room for "100.00 %"
-    addRow(column, host.findParameter("FilterInteria"));
+    addRow(column, info.parameters[0]);
 }
 
 const char* CSyspageWindow::wrapperName(int index) {

@@ -12,7 +12,7 @@ class PageHost;
 
 class CSyspageWindow : public Vinta_AttachedWindow {
 public:
-    CSyspageWindow(PageHost& host, PageSides* pageSides);
+    CSyspageWindow(const CInfo& info, PageHost& host);
 
     int32_t onMouseDown(const Vinta::CPoint& where, Vinta::CButtonState buttons) override;
     void drawContent(Vinta::CDrawContext* context) override;
