@@ -93,8 +93,8 @@ protected:
     // parameter adds no row. Whole-number parameters step through their values.
     Vinta_MiniDial* addRow(DialColumn& column, Ondra::IPluginParameter* parameter, double gapAfter = 0.0,
                            const char* label = nullptr, bool snapCentre = false);
-    // A dial row: `rect` in page units (0, 0 is the page's open top left). A null parameter adds
-    // nothing; the next rows then move up by the caller's bookkeeping.
+    // A dial from its record, `rect` in page units (0, 0 is the page's open top left); none for a
+    // record without a parameter.
     Vinta_MiniDial* addDial(Vinta_MiniDial::CInfo& info);
     // A parameter owned by the page (proxies, the zoom); lives as long as the page.
     Ondra::ParameterProperty& ownParameter();
