@@ -111,6 +111,11 @@ void CPlotDisplay::parameterChanged(Ondra::IPluginParameter* changed) {
     for (int s = 0; s < kSourceCount; ++s) {
         if (params[s] != changed) continue;
         if (s <= kHighWidth) markDirty(s % 2 == 1);
+        // Moved cutoffs start from a new setting until the next audio block tells where they went.
+        if (s == kLowFreq || s == kHighFreq) {
+            modulated[s].store(value(static_cast<Source>(s)), std::memory_order_relaxed);
+            modulated[2 + s].store(value(static_cast<Source>(s)), std::memory_order_relaxed);
+        }
         // The depths decide whether a moved curve differs from the static one.
         if (s >= kLowEnvDepth) markDirty(s % 2 == 0);
     }

@@ -15,6 +15,7 @@
 #include "framework/parameters/ParameterRecord.h"
 #include "framework/parameters/UnitType.h"
 #include "lib/controls/CGuiScaleContext.h"
+#include "lib/controls/CParamDisplay.h"
 #include "lib/controls/Vinta_ActionButton.h"
 #include "lib/controls/Vinta_AnimKnob.h"
 #include "lib/controls/Vinta_RadioGroup.h"
@@ -71,6 +72,16 @@ constexpr const char* kPlotKeys[] = {"LOWPASSFREQ",   "HIGHPASSFREQ",  "LOWPASSS
                                      "HP Strength",   "LP StrengthLFO", "HP StrengthLFO"};
 static_assert(sizeof kPlotKeys / sizeof *kPlotKeys == CPlotDisplay::kSourceCount);
 
+constexpr CColor kTransparent{0, 0, 0, 0};
+
+// Read-outs stand in the wells the background draws: no box of their own.
+void frameless(CView* view) {
+    if (auto* text = dynamic_cast<CParamDisplay*>(view)) {
+        text->setStyle(kNoFrame);
+        text->setTransparency(true);
+    }
+}
+
 float peakOf(float minimum, float maximum) { return std::max(-minimum, maximum); }
 
 }  // namespace
@@ -118,7 +129,8 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
         name.align = kAlignCenter;
         name.hideName = name.preciseText = true;
         name.dragEditable = false;
-        addViewFromRecord(&name, nullptr, newFrame);
+        name.backColor = kTransparent;
+        frameless(addViewFromRecord(&name, nullptr, newFrame));
     }
     filterMode = effect ? effect->findParameter("FILTERMODE") : nullptr;
     if (filterMode) filterMode->addListener(this, false);
@@ -165,7 +177,8 @@ void CZonfraEditor::buildDials(CFrame* newFrame) {
         text.twoLines = style.twoLines;
         text.preciseText = style.precise;
         text.mouseEnabled = style.mouse;
-        addViewFromRecord(&text, nullptr, newFrame);
+        text.backColor = kTransparent;
+        frameless(addViewFromRecord(&text, nullptr, newFrame));
     }
 }
 

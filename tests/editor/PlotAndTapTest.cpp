@@ -90,7 +90,11 @@ INSTANTIATE_TEST_SUITE_P(SlopesAndModes, PlotCurves,
                          });
 
 TEST_F(OpenEditor, MovedCurvesFollowTheCutoffsTheEnvelopeAndTheLfoGiveTheEffect) {
+    paint();
     parameter("LOWPASSFREQ")->setValue(500);
+    paint();
+    for (auto moved : {CPlotDisplay::kLowEnv, CPlotDisplay::kLowLfo})
+        EXPECT_EQ(display_->getPlot()->curve(moved), display_->getPlot()->curve(CPlotDisplay::kLow)) << "without depth";
     parameter("LP Strength")->setValue(1);
     parameter("HP StrengthLFO")->setValue(2);
     parameter("HIGHPASSFREQ")->setValue(100);
