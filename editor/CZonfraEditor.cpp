@@ -102,9 +102,13 @@ CZonfraEditor::~CZonfraEditor() {
     SharedBitmaps::release();
 }
 
+CBitmap* CZonfraEditor::bitmap(int id) const {
+    return SharedBitmaps::get(static_cast<BitmapId>(id), getGuiScale() > 1.0);
+}
+
 void CZonfraEditor::openHook(CFrame* newFrame) {
     if (!newFrame) return;
-    newFrame->setBackground(SharedBitmaps::get(kBackground));
+    newFrame->setBackground(bitmap(kBackground));
     buildDials(newFrame);
     buildSwitches(newFrame);
 
@@ -141,7 +145,7 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
 void CZonfraEditor::buildDials(CFrame* newFrame) {
     for (const DialRow& row : kDials) {
         Ondra::IPluginParameter* parameter = effect ? effect->findParameter(row.key) : nullptr;
-        CBitmap* strip = SharedBitmaps::get(kDialBitmaps[row.type]);
+        CBitmap* strip = bitmap(kDialBitmaps[row.type]);
         const double side = strip ? strip->getWidth() : 0.0;
         Vinta_AnimKnob::CInfo knob;
         knob.kind = kKindCreateObject;
@@ -194,8 +198,8 @@ void CZonfraEditor::buildSwitches(CFrame* newFrame) {
         slopes.stepX = 30;
         slopes.stepY = 15;
         slopes.drawOffBitmap = true;
-        slopes.onBitmap = SharedBitmaps::get(kLedOn);
-        slopes.offBitmap = SharedBitmaps::get(kLedOff);
+        slopes.onBitmap = bitmap(kLedOn);
+        slopes.offBitmap = bitmap(kLedOff);
         addViewFromRecord(&slopes, nullptr, newFrame);
     }
     struct SwitchRow {
@@ -204,13 +208,13 @@ void CZonfraEditor::buildSwitches(CFrame* newFrame) {
         const char* key;
     };
     for (const SwitchRow& row : {SwitchRow{kLinkButton, 224, 300, "LINKFILTERS"}, SwitchRow{kModeSwitch, 262, 370, "FILTERMODE"}}) {
-        CBitmap* bitmap = SharedBitmaps::get(row.bitmap);
+        CBitmap* rows = bitmap(row.bitmap);
         Vinta_ActionButton::CInfo button;
         button.kind = kKindCreateObject;
-        const double w = bitmap ? bitmap->getWidth() : 0.0, h = bitmap ? bitmap->getHeight() / 2.0 : 0.0;
+        const double w = rows ? rows->getWidth() : 0.0, h = rows ? rows->getHeight() / 2.0 : 0.0;
         button.rect = CRect(row.x, row.y, row.x + w, row.y + h);
         button.parameter = effect ? effect->findParameter(row.key) : nullptr;
-        button.bitmap = bitmap;
+        button.bitmap = rows;
         button.type = Vinta_ActionButton::kToggle;
         button.fade = true;
         button.fadeSpeed = 3.0f;

@@ -52,6 +52,8 @@ public:
     void updateHoverText();
 
 private:
+    // The shared bitmap for this editor's scale, chosen as the window opens.
+    Vinta::CBitmap* bitmap(int id) const;
     void buildDials(Vinta::CFrame* frame);
     void buildSwitches(Vinta::CFrame* frame);
 

@@ -1,6 +1,7 @@
 #pragma once
 // The main archive's bitmaps, loaded once for all editors of the process: the first editor loads
-// them, the last one releases them.
+// them, the last one releases them. Each comes twice: as drawn for 100 %, and at double resolution
+// ("@2x") for windows scaled above 100 %, measured in the same units.
 #include <cstddef>
 
 namespace Vinta {
@@ -37,8 +38,9 @@ public:
     // Use count down, never below 0; the last user releases.
     static void release();
     static int useCount();
-    // Null before the first acquire; a bitmap missing from the archive is empty.
-    static Vinta::CBitmap* get(BitmapId id);
+    // Null before the first acquire; a bitmap missing from the archive is empty. `sharp` picks the
+    // double-resolution variant where the archive has it.
+    static Vinta::CBitmap* get(BitmapId id, bool sharp = false);
 };
 
 }  // namespace ZonfraEditor

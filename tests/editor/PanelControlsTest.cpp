@@ -1,6 +1,7 @@
 #include "EditorFixture.h"
 
 #include "framework/parameters/IPluginParameter.h"
+#include "editor/EditorBitmaps.h"
 #include "lib/views/VintaEvents.h"
 
 namespace {
@@ -106,4 +107,27 @@ TEST_F(OpenEditor, HoverShowsTheControlUnderThePointerAndTheInfoPageHidesTheDisp
     EXPECT_FALSE(display_->isVisible());
     editor->getInfoPageParameter().setValue(1);
     EXPECT_TRUE(display_->isVisible());
+}
+
+TEST(SharedBitmaps, LoadOnceForAllEditorsAndTheSharpVariantsKeepTheUnitSize) {
+    using namespace ZonfraEditor;
+    const int before = SharedBitmaps::useCount();
+    SharedBitmaps::acquire();
+    Vinta::CBitmap* background = SharedBitmaps::get(kBackground);
+    SharedBitmaps::acquire();
+    EXPECT_EQ(SharedBitmaps::get(kBackground), background) << "a second editor loads again";
+    for (int id = 0; id < kBitmapCount; ++id) {
+        Vinta::CBitmap* plain = SharedBitmaps::get(static_cast<BitmapId>(id));
+        Vinta::CBitmap* sharp = SharedBitmaps::get(static_cast<BitmapId>(id), true);
+        ASSERT_TRUE(plain->isValid()) << kBitmapNames[id];
+        EXPECT_EQ(sharp->getWidth(), plain->getWidth()) << kBitmapNames[id];
+        EXPECT_EQ(sharp->getHeight(), plain->getHeight()) << kBitmapNames[id];
+    }
+    EXPECT_EQ(SharedBitmaps::get(kBackground, true)->getPixelWidth(), 2 * background->getPixelWidth());
+    SharedBitmaps::release();
+    SharedBitmaps::release();
+    EXPECT_EQ(SharedBitmaps::useCount(), before);
+    for (int i = 0; i < before + 1; ++i) SharedBitmaps::release();
+    EXPECT_EQ(SharedBitmaps::useCount(), 0) << "the count fell below 0";
+    for (int i = 0; i < before; ++i) SharedBitmaps::acquire();
 }
