@@ -226,9 +226,10 @@ void CZonfraEditor::buildSwitches(CFrame* newFrame) {
 void CZonfraEditor::close() {
     if (filterMode) filterMode->removeListener(this);
     filterMode = nullptr;
-    // The audio thread lets go of the display before the views go.
-    multiDisplay.store(nullptr, std::memory_order_release);
-    while (tapUsers.load(std::memory_order_acquire) != 0) std::this_thread::yield();
+    // The audio thread lets go of the display before the views go. Both sides store one variable
+    // and then read the other, so the order is sequentially consistent.
+    multiDisplay.store(nullptr);
+    while (tapUsers.load() != 0) std::this_thread::yield();
     CVintariaEditor::close();
     readoutParameter.setLinkedText(&emptyText);
 }
@@ -238,8 +239,8 @@ void CZonfraEditor::onIdleHook() {
 }
 
 void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const float* right, int count) {
-    tapUsers.fetch_add(1, std::memory_order_acq_rel);
-    if (CMultiDisplay* display = multiDisplay.load(std::memory_order_acquire)) {
+    tapUsers.fetch_add(1);
+    if (CMultiDisplay* display = multiDisplay.load()) {
         const bool bypassed = const_cast<CZonfra&>(source).isBypassed() && source.isBypassSettled();
         float inL, inR;
         if (bypassed) {
@@ -268,8 +269,8 @@ void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const flo
 }
 
 void CZonfraEditor::resetDisplays() {
-    tapUsers.fetch_add(1, std::memory_order_acq_rel);
-    if (CMultiDisplay* display = multiDisplay.load(std::memory_order_acquire)) display->clearDisplays();
+    tapUsers.fetch_add(1);
+    if (CMultiDisplay* display = multiDisplay.load()) display->clearDisplays();
     tapUsers.fetch_sub(1, std::memory_order_acq_rel);
 }
 

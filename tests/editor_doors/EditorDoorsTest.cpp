@@ -193,8 +193,9 @@ TEST_P(EditorDoors, OpeningAndClosingLeavesNoDescriptorThreadOrTimerBehind) {
     // Two instances' editors at once.
     ASSERT_TRUE(door->openEditor(window.getWindow()));
     ASSERT_TRUE(second->openEditor(other.getWindow()));
-    window.run(*door, 200);
-    other.run(*second, 200);
+    // The first paint of each uploads the panel's bitmaps, which takes a software GL a while.
+    window.run(*door, 600);
+    other.run(*second, 600);
     expectPainted(window, 1.0);
     expectPainted(other, 1.0);
     door->closeEditor();
