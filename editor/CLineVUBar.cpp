@@ -27,7 +27,7 @@ void CLineVUBar::setLevels(float left, float right) {
     const uint32_t now = getVintaTicks();
     update(channels[0], left, now);
     update(channels[1], right, now);
-    setDirty(true);
+    // No setDirty here: it would take the frame's lock on the audio thread. The display repaints on its timer.
 }
 
 void CLineVUBar::update(Channel& channel, float x, uint32_t now) {
@@ -57,7 +57,6 @@ void CLineVUBar::update(Channel& channel, float x, uint32_t now) {
 
 void CLineVUBar::clearLevels() {
     for (Channel& channel : channels) channel.levelDb.store(kClearedDb, std::memory_order_relaxed);
-    setDirty(true);
 }
 
 void CLineVUBar::draw(CDrawContext* context) {

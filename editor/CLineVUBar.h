@@ -17,7 +17,8 @@ public:
     // `size` holds both bars side by side.
     explicit CLineVUBar(const Vinta::CRect& size);
 
-    // Audio thread: stores numbers only. Values that are not finite count as silence.
+    // Audio thread: stores numbers only, and leaves the repaint to the display's timer. Values that
+    // are not finite count as silence.
     void setLevels(float left, float right);
     // Any thread: all lines unlit; the peak falls by itself.
     void clearLevels();

@@ -119,7 +119,8 @@ void CPlotDisplay::parameterChanged(Ondra::IPluginParameter* changed) {
         // The depths decide whether a moved curve differs from the static one.
         if (s >= kLowEnvDepth) markDirty(s % 2 == 0);
     }
-    setDirty(true);
+    // Changes may come on the audio thread, where the frame's lock must not be taken: the curves'
+    // flags are enough, as the display repaints on its timer.
 }
 
 void CPlotDisplay::computeCurve(double* out, const double* hertz, int count, float cutoff, bool highPass,

@@ -136,8 +136,6 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
         name.backColor = kTransparent;
         frameless(addViewFromRecord(&name, nullptr, newFrame));
     }
-    filterMode = effect ? effect->findParameter("FILTERMODE") : nullptr;
-    if (filterMode) filterMode->addListener(this, false);
     auto* scaleButton = new CGuiScaleContext(CRect(1, 0, 21, 45));
     newFrame->addView(scaleButton);
 }
@@ -224,8 +222,6 @@ void CZonfraEditor::buildSwitches(CFrame* newFrame) {
 }
 
 void CZonfraEditor::close() {
-    if (filterMode) filterMode->removeListener(this);
-    filterMode = nullptr;
     // The audio thread lets go of the display before the views go. Both sides store one variable
     // and then read the other, so the order is sequentially consistent.
     multiDisplay.store(nullptr);
@@ -263,7 +259,6 @@ void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const flo
         display->setGainReduction(source.getLimiterGain());
         display->setRingModFrequency(source.getRingFrequencyInForce());
         display->setFreqModValues(source.getFreqModFrequencyInForce(), source.getFreqModMixInForce());
-        display->setDirty(true);
     }
     tapUsers.fetch_sub(1, std::memory_order_acq_rel);
 }
@@ -272,10 +267,6 @@ void CZonfraEditor::resetDisplays() {
     tapUsers.fetch_add(1);
     if (CMultiDisplay* display = multiDisplay.load()) display->clearDisplays();
     tapUsers.fetch_sub(1, std::memory_order_acq_rel);
-}
-
-void CZonfraEditor::parameterChanged(Ondra::IPluginParameter*) {
-    if (CMultiDisplay* display = getMultiDisplay()) display->getPlot()->setDirty(true);
 }
 
 void CZonfraEditor::updateHoverText() {
@@ -295,7 +286,7 @@ void CZonfraEditor::updateHoverText() {
     hoverText.assign(text);
     readoutParameter.setLinkedText(text[0] ? static_cast<Core::CString*>(&hoverText) : &emptyText);
     display->getPlot()->setReadout(text);
-    readoutParameter.notify(this);
+    readoutParameter.notify();
 }
 
 void CZonfraEditor::saveGuiScale() {

@@ -6,7 +6,6 @@
 #include "CORE/strings/CString.h"
 #include "effect/IEditorTap.h"
 #include "effect/ISamplerEffect.h"
-#include "framework/parameters/ParameterChangeListener.h"
 #include "framework/parameters/ParameterProperty.h"
 #include "lib/editor-base/CVintariaEditor.h"
 
@@ -18,8 +17,7 @@ class CMultiDisplay;
 
 class CZonfraEditor : public Vinta::CVintariaEditor,
                       public ISamplerEffect,
-                      public IEditorTap,
-                      public Ondra::ParameterChangeListener {
+                      public IEditorTap {
 public:
     static constexpr double kWidth = 534.0;
     static constexpr double kHeight = 488.0;
@@ -36,8 +34,6 @@ public:
     // IEditorTap, audio thread: meters, spectrum and moved cutoffs; never waits, never allocates.
     void audioTap(const CZonfra& effect, const float* left, const float* right, int count) override;
     void resetDisplays() override;
-
-    void parameterChanged(Ondra::IPluginParameter* parameter) override;
 
     // ISamplerEffect: an embedding program has no run loop to lend, so the frame runs its own thread.
     void getEditorRect(EditorRect& out) override;
@@ -64,5 +60,4 @@ private:
     Core::CStringBufferd<192> hoverText;
     std::atomic<ZonfraEditor::CMultiDisplay*> multiDisplay{nullptr};
     std::atomic<int> tapUsers{0};
-    Ondra::IPluginParameter* filterMode = nullptr;
 };
