@@ -25,6 +25,8 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
 
     buildParameters();
     if (editorFactory) editor = editorFactory(*this);
+    editorTap = dynamic_cast<IEditorTap*>(editor);
+    editorTap = dynamic_cast<IEditorTap*>(editor);
     setBlockSize(kStartBlockSize);
     // The LFO's start settings hold until the init preset reports its own.
     control.startLfo(kStartSampleRate);
@@ -109,6 +111,7 @@ void CZonfra::setBlockSize(int samples) {
 void CZonfra::reset() {
     FloatingPointGuard guard;
     resetInternal();
+    if (editorTap) editorTap->resetDisplays();
 }
 
 // The stages clear, the control values take their parameters, and one control step sets the stages.
@@ -142,6 +145,11 @@ void CZonfra::process(Ondra::OndraAudioBlock& audio) {
     runBlock(audio, n);
     if (cleaned) chain.restoreHostInput(audio);
     if (chain.silenceIfNotFinite(audio, n)) control.requestReset();
+    // The editor reads the block's peaks; they start afresh for the next one.
+    if (editorTap) {
+        editorTap->audioTap(*this, audio.out[0].left, audio.out[0].right, n);
+        chain.clearPeaks();
+    }
 }
 
 void CZonfra::runBlock(Ondra::OndraAudioBlock& audio, int n) {

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "CORE/strings/CString.h"
+#include "effect/IEditorTap.h"
 #include "effect/ISamplerEffect.h"
 #include "effect/ModulationControl.h"
 #include "effect/SignalChain.h"
@@ -78,4 +79,5 @@ private:
     Ondra::ParameterProperty globalLimiter;
     int writeGlobalLimiter = 1;
     PresetFolderSetting presetFolder;
+    IEditorTap* editorTap = nullptr;
 };

@@ -48,6 +48,10 @@ public:
     const FilterControl& low() const { return lowSide; }
     const FilterControl& high() const { return highSide; }
     float lfoMean() const { return lfoMeanValue; }
+    // The modulators' settings in force, after their links to the filter.
+    float ringFrequencyInForce() const { return ringFreqOut; }
+    float freqModFrequencyInForce() const { return freqModFreqOut; }
+    float freqModMixInForce() const { return freqModMixOut; }
     int lfoSyncIndex() const { return syncIndex; }
     // Host sample position of the LFO's last restart by the sync, -1 before the first.
     double lastLfoRestart() const { return lastRestart; }

@@ -265,6 +265,12 @@ void SignalChain::clearFilterStates() {
     for (DSP::CBiquadCascade* c : {&dryPhaseLowL, &dryPhaseLowR, &dryPhaseHighL, &dryPhaseHighR}) c->reset();
 }
 
+void SignalChain::clearPeaks() {
+    inputGain.clearPeaks();
+    outputGain.clearPeaks();
+    peakHoldL = peakHoldR = 0;
+}
+
 void SignalChain::clearFilterDesigns() {
     for (DSP::CSlopeFilter* f : {&lowPassL, &lowPassR, &highPassL, &highPassR}) f->clearDesigns();
 }

@@ -66,6 +66,10 @@ public:
     void setMixTarget(float mix) { mixTarget = mix; }
     float mixInForce() const { return mixCurrent; }
     bool isBypassSettled() const { return bypassSettled; }
+    // Output peaks collected while the bypass is settled, and the gain stages' peaks, for the meters.
+    float peakHoldLeft() const { return peakHoldL; }
+    float peakHoldRight() const { return peakHoldR; }
+    void clearPeaks();
     float bypassFadeGain() const { return bypassFade; }
 
     // Reset in two halves around the modulation control's, which sets the stages again.

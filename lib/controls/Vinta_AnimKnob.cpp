@@ -60,7 +60,9 @@ void Vinta_AnimKnob::makeOffscreen() {
     if (offscreen) offscreen->forget();
     offscreen = nullptr;
     lastFrameKey = -1;
-    if (background && subPixmaps > 1 && size.getWidth() >= 1.0 && size.getHeight() >= 1.0)
+    // A double-resolution strip is drawn directly, so that its detail reaches a scaled window.
+    if (background && background->getDensity() == 1.0 && subPixmaps > 1 && size.getWidth() >= 1.0 &&
+        size.getHeight() >= 1.0)
         offscreen = new CBitmap(size.getWidth(), size.getHeight());
 }
 

@@ -117,6 +117,7 @@ void CBitmap::empty() {
     pixelWidth = pixelHeight = 0;
     stride = 0;
     width = height = 0.0;
+    density = 1.0;
     valid = false;
     bindPixels();
 }
@@ -143,8 +144,16 @@ void CBitmap::setSize(double w, double h) {
     pixelHeight = ph;
     width = pw;
     height = ph;
+    density = 1.0;
     valid = true;
     bindPixels();
+}
+
+void CBitmap::setDensity(double pixelsPerUnit) {
+    if (!(pixelsPerUnit > 0.0) || !std::isfinite(pixelsPerUnit)) return;
+    density = pixelsPerUnit;
+    width = pixelWidth / density;
+    height = pixelHeight / density;
 }
 
 void CBitmap::clear() {

@@ -47,6 +47,10 @@ public:
 
     // New transparent pixels; 0 in either direction, or more than 2^24 pixels, empties the bitmap.
     void setSize(double width, double height);
+    // Pixels per editor unit: a double-resolution image is 2, so that its width and height, and
+    // the rectangles and offsets it is drawn with, stay in units. Loading or resizing resets it to 1.
+    void setDensity(double pixelsPerUnit);
+    double getDensity() const { return density; }
     double getWidth() const { return width; }
     double getHeight() const { return height; }
     bool isValid() const { return valid; }
@@ -82,6 +86,7 @@ private:
     bool valid = false;
     double width = 0.0;
     double height = 0.0;
+    double density = 1.0;
     std::unique_ptr<IOSBitmap> platformBitmap;
     uint8_t* pixels = nullptr;
     uint8_t* rowStart = nullptr;

@@ -298,6 +298,10 @@ void CDrawContext_AGG::drawBitmap(CBitmap& bitmap, const CRect& rect, const CPoi
         return;
     CRect r = normalized(rect);
     r.offset(offset.x, offset.y);
+    if (bitmap.getDensity() != 1.0) {
+        drawDenseBitmap(bitmap, r, source, alphaByte, blend);
+        return;
+    }
     const int dx = static_cast<int>(std::lround(r.left)), dy = static_cast<int>(std::lround(r.top));
     const int sx = static_cast<int>(std::lround(source.x)), sy = static_cast<int>(std::lround(source.y));
     const int w = std::min(static_cast<int>(std::lround(r.getWidth())), static_cast<int>(bitmap.getPixelWidth()) - sx);
@@ -305,6 +309,37 @@ void CDrawContext_AGG::drawBitmap(CBitmap& bitmap, const CRect& rect, const CPoi
     if (sx < 0 || sy < 0 || w <= 0 || h <= 0)
         return;
     agg->blendImage(pixelsOf(bitmap), sx, sy, w, h, dx, dy, alphaByte, blend);
+}
+
+// A bitmap of more pixels than units: each unit pixel is the mean of its block of source pixels
+// (premultiplied, so the mean is right at the edges too), then blended as a plain image.
+void CDrawContext_AGG::drawDenseBitmap(CBitmap& bitmap, const CRect& r, const CPoint& source, uint8_t alphaByte,
+                                       bool blend) {
+    const double d = bitmap.getDensity();
+    const int w = static_cast<int>(std::lround(r.getWidth())), h = static_cast<int>(std::lround(r.getHeight()));
+    const int sx = static_cast<int>(std::lround(source.x * d)), sy = static_cast<int>(std::lround(source.y * d));
+    const auto pw = static_cast<int>(bitmap.getPixelWidth()), ph = static_cast<int>(bitmap.getPixelHeight());
+    if (w <= 0 || h <= 0 || sx < 0 || sy < 0 || sx >= pw || sy >= ph) return;
+    const int block = std::max(1, static_cast<int>(std::lround(d)));
+    denseScratch.assign(static_cast<size_t>(w) * h * 4, 0);
+    const uint8_t* pixels = bitmap.getPixels();
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            unsigned sum[4] = {0, 0, 0, 0}, count = 0;
+            for (int by = 0; by < block; ++by)
+                for (int bx = 0; bx < block; ++bx) {
+                    const int px = sx + x * block + bx, py = sy + y * block + by;
+                    if (px >= pw || py >= ph) continue;
+                    const uint8_t* p = pixels + static_cast<ptrdiff_t>(py) * bitmap.getStride() + px * 4;
+                    for (int c = 0; c < 4; ++c) sum[c] += p[c];
+                    ++count;
+                }
+            uint8_t* out = &denseScratch[(static_cast<size_t>(y) * w + x) * 4];
+            for (int c = 0; c < 4 && count; ++c) out[c] = static_cast<uint8_t>(sum[c] / count);
+        }
+    agg::rendering_buffer scaled(denseScratch.data(), static_cast<unsigned>(w), static_cast<unsigned>(h), w * 4);
+    agg->blendImage(scaled, 0, 0, w, h, static_cast<int>(std::lround(r.left)), static_cast<int>(std::lround(r.top)),
+                    alphaByte, blend);
 }
 
 void CDrawContext_AGG::drawBitmapStretched(CBitmap& bitmap, const CRect& rect) {

@@ -2,6 +2,7 @@
 // The software back end: draws into a premultiplied RGBA buffer through Agg2D. Every bitmap has one
 // (to draw off-screen), and windows without OpenGL draw through one.
 #include <memory>
+#include <vector>
 
 #include "lib/drawing/CDrawContext.h"
 
@@ -44,6 +45,8 @@ public:
     void drawBitmapStretched(CBitmap& bitmap, const CRect& rect) override;
 
 private:
+    void drawDenseBitmap(CBitmap& bitmap, const CRect& rect, const CPoint& source, uint8_t alphaByte, bool blend);
+    std::vector<uint8_t> denseScratch;
     void prepareStroke();
     void prepareFill();
     void finishPath(int32_t style);

@@ -22,9 +22,9 @@ namespace {
 using namespace EditorHost;
 
 constexpr int kWidth = 534, kHeight = 488;
-// The placeholder's knobs: five columns, 64 units square from y 200; "Output Gain" is the last.
-constexpr double kColumn = kWidth / 5.0, kKnobTop = 200.0, kKnob = 64.0;
-constexpr int kOutputGainColumn = 4;
+// The panel's gain dials, 87 units square from y 221: "Input Gain" at x 15, "Output Gain" at x 426.
+constexpr double kKnobLefts[] = {15.0, 426.0}, kKnobTop = 221.0, kKnob = 87.0;
+constexpr int kOutputGainColumn = 1;
 constexpr int kKeyUp = 12, kKeyF1 = 40;  // VST virtual key codes
 
 int entries(const char* folder) {
@@ -37,7 +37,7 @@ int entries(const char* folder) {
 }
 
 Vinta::CRect knobRect(int column, double scale) {
-    const double left = column * kColumn + (kColumn - kKnob) / 2.0;
+    const double left = kKnobLefts[column];
     return {left * scale, kKnobTop * scale, (left + kKnob) * scale, (kKnobTop + kKnob) * scale};
 }
 
@@ -223,8 +223,9 @@ TEST_P(EditorDoors, OpeningAndClosingLeavesNoDescriptorThreadOrTimerBehind) {
     // Two instances' editors at once.
     ASSERT_TRUE(door->openEditor(window.getWindow()));
     ASSERT_TRUE(second->openEditor(other.getWindow()));
-    window.run(*door, 200);
-    other.run(*second, 200);
+    // The first paint of each uploads the panel's bitmaps, which takes a software GL a while.
+    window.run(*door, 600);
+    other.run(*second, 600);
     expectPainted(window, *door, 1.0);
     expectPainted(other, *second, 1.0);
     door->closeEditor();

@@ -1,0 +1,333 @@
+// The slide-out pages over a real effect: every dial edits its parameter and follows it, the link
+// switches hand the dials over, pages of one side shut each other, the slide runs on ticks, and
+// the system page's buttons reach the host.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "editor/pages/EffectPageHost.h"
+#include "editor/pages/EnvelopeWindow.h"
+#include "editor/pages/FreqModWindow.h"
+#include "editor/pages/LfoWindow.h"
+#include "editor/pages/LimiterWindow.h"
+#include "editor/pages/RingModWindow.h"
+#include "editor/pages/SyspageWindow.h"
+#include "effect/CZonfra.h"
+#include "framework/parameters/UnitType.h"
+#include "lib/drawing/CBitmap.h"
+#include "lib/views/VintaClock.h"
+
+namespace {
+
+using namespace ZonfraPages;
+using Vinta::CPoint;
+using Vinta::CRect;
+
+uint32_t fakeNow = 1000;
+uint32_t fakeTicks() { return fakeNow; }
+
+struct Vst3Callback : Ondra::OndraCallback {
+    int getPluginType() override { return 2; }
+};
+
+struct RecordingHost : EffectPageHost {
+    using EffectPageHost::EffectPageHost;
+    void openPresetFolder() override { ++opened; }
+    void changePresetFolder(Vinta::CFrame*) override { ++changed; }
+    void writeSupportReport() override { ++reports; }
+    int opened = 0, changed = 0, reports = 0;
+};
+
+class Pages : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Vinta::setTickSource(fakeTicks);
+        display = new Vinta::CViewContainer(CRect(0, 0, 496, 156));
+        set = addPages(*display, host);
+    }
+    void TearDown() override {
+        display->forget();
+        canvas->forget();
+        Vinta::setTickSource(nullptr);
+    }
+    Vinta_AttachedWindow* page(PageId id) const { return set.pages()[id]; }
+    Ondra::IPluginParameter* find(const char* key) { return effect->findParameter(key); }
+    void draw(Vinta_AttachedWindow* shown) { shown->draw(canvas->getDrawContext()); }
+    void settle() {
+        fakeNow += 5000;
+        for (auto* shown : set.pages()) draw(shown);
+    }
+    void click(const CPoint& where, Vinta::CButtonState buttons = Vinta::kLButton) {
+        display->onMouseDown(where, buttons);
+        display->onMouseUp(where, buttons);
+    }
+    CPoint centreOf(const CRect& rect) const { return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2}; }
+    std::vector<bool> openStates() const {
+        std::vector<bool> states;
+        for (auto* shown : set.pages()) states.push_back(shown->isOpen());
+        return states;
+    }
+
+    Vst3Callback callback;
+    std::unique_ptr<CZonfra> effect = std::make_unique<CZonfra>(&callback);
+    RecordingHost host{effect.get()};
+    Vinta::CViewContainer* display = nullptr;
+    Vinta::CBitmap* canvas = new Vinta::CBitmap(496, 156);
+    PageSet set;
+};
+
+// Every dial of every page in its order; "@global" is the effect's global limiter switch, and a
+// link key is set before the row so that the root dials take the mouse.
+struct ControlRow {
+    PageId page;
+    const char* key;
+    bool snaps = false;
+    const char* link = nullptr;
+    double range = 200.0;  // units of drag for the whole range
+};
+const ControlRow kControls[] = {
+    {kEnvelopePage, "LP Attack"}, {kEnvelopePage, "LP Release"}, {kEnvelopePage, "LP Strength", true},
+    {kEnvelopePage, "HP Attack"}, {kEnvelopePage, "HP Release"}, {kEnvelopePage, "HP Strength", true},
+    {kEnvelopePage, "MEASUREPOINT"}, {kEnvelopePage, "ENV_BOOST", true}, {kEnvelopePage, "PPZOOM"},
+    {kLfoPage, "LFO Rate"}, {kLfoPage, "LFO Shape"}, {kLfoPage, "LFO Sync"}, {kLfoPage, "LP StrengthLFO", true},
+    {kLfoPage, "HP StrengthLFO", true}, {kLfoPage, "LFO Shift"}, {kLfoPage, "LFO BPM", false, nullptr, 400.0},
+    {kRingModPage, "RingModFreq"}, {kRingModPage, "RingModeStrength"}, {kRingModPage, "RinkModLinkFreqPerc."},
+    {kRingModPage, "RingModFreq", false, "RinkModLinkFreqPerc."},
+    {kFreqModPage, "FreqModFreq"}, {kFreqModPage, "FreqModeStrength"}, {kFreqModPage, "FreqModLinkFreqPerc."},
+    {kFreqModPage, "FreqModLinkMixPercent"}, {kFreqModPage, "FreqModFreq", false, "FreqModLinkFreqPerc."},
+    {kFreqModPage, "FreqModeStrength", false, "FreqModLinkMixPercent"},
+    {kDistPage, "DISTLEVEL"}, {kDistPage, "DISTPREPOST"}, {kDistPage, "RATEREDUCE_LEVEL"},
+    {kDistPage, "RATE_PREPOST"}, {kDistPage, "RATE_LPLINK"}, {kDistPage, "RATE_LINK_AMOUNT"},
+    {kLimiterPage, "LimitRelease"}, {kLimiterPage, "LimiterBypass"}, {kLimiterPage, "LimiterOutGain"},
+    {kLimiterPage, "@global"}, {kSystemPage, "FilterInteria"},
+};
+const char* const kLinkKeys[] = {"RinkModLinkFreqPerc.", "FreqModLinkFreqPerc.", "FreqModLinkMixPercent"};
+
+TEST_F(Pages, EveryDialEditsItsParameterByItsMappingAndFollowsIt) {
+    int rowOnPage[kPageCount] = {};
+    for (const ControlRow& row : kControls) {
+        SCOPED_TRACE(row.key);
+        Vinta_AttachedWindow* shown = page(row.page);
+        for (const char* key : kLinkKeys) find(key)->setValue(0.0f);
+        if (row.link) find(row.link)->setValue(0.5f);
+        shown->setOpen(true);
+        settle();
+        const auto& dials = shown->getDials();
+        const int index = rowOnPage[row.page]++;
+        ASSERT_LT(index, static_cast<int>(dials.size()));
+        Vinta_MiniDial* dial = dials[index];
+        Ondra::IPluginParameter* parameter = std::string(row.key) == "@global"  ? host.getGlobalLimiterParameter()
+                                             : std::string(row.key) == "PPZOOM" ? &set.envelope->getZoomParameter()
+                                                                                : find(row.key);
+        ASSERT_EQ(dial->getParameter(), parameter);
+
+        const CPoint at = centreOf(dial->getDialRect()) + shown->getViewSize().getTopLeft();
+        const float before = parameter->getNormalized();
+        if (dial->isSwitch()) {
+            click(at);
+            EXPECT_EQ(parameter->getBool(), before < 0.5f);
+        } else {
+            const double up = before > 0.5f ? -40.0 : 40.0;
+            display->onMouseDown(at, Vinta::kLButton);
+            display->onMouseMoved(at - CPoint(0.0, up), Vinta::kLButton);
+            display->onMouseUp(at - CPoint(0.0, up), Vinta::kLButton);
+            const double expected = before + up / row.range;
+            const int steps = parameter->getUnitType() == Ondra::kUnitWhole
+                                  ? static_cast<int>(std::lround(parameter->getMaximum() - parameter->getMinimum()))
+                                  : 0;
+            if (row.snaps)
+                EXPECT_GT((dial->getValue() - before) * up, 0.0);
+            else if (steps > 0)
+                EXPECT_NEAR(dial->getValue(), std::floor(expected * steps + 0.5) / steps, 1e-5);
+            else
+                EXPECT_NEAR(dial->getValue(), expected, 1e-5);
+            EXPECT_NEAR(parameter->getValue(), parameter->toValue(dial->getValue()),
+                        1e-4 * (parameter->getMaximum() - parameter->getMinimum()));
+        }
+        parameter->setNormalized(dial->isSwitch() ? 1.0f : 0.25f);
+        EXPECT_NEAR(dial->getValue(), parameter->getNormalized(), 1e-6);
+    }
+    for (int id = 0; id < kPageCount; ++id)
+        EXPECT_EQ(rowOnPage[id], static_cast<int>(page(PageId(id))->getDials().size())) << kPageRows[id].title;
+}
+
+// While a link amount is not 0 the main dial shows the value in force and rests, and the root dial
+// edits the stored value.
+struct LinkRow {
+    PageId page;
+    const char* amount;
+    int shownDial, rootDial;
+    const char* stored;
+};
+const LinkRow kLinks[] = {
+    {kRingModPage, "RinkModLinkFreqPerc.", 0, 3, "RingModFreq"},
+    {kFreqModPage, "FreqModLinkFreqPerc.", 0, 4, "FreqModFreq"},
+    {kFreqModPage, "FreqModLinkMixPercent", 1, 5, "FreqModeStrength"},
+};
+
+TEST_F(Pages, LinkAmountsHandTheMainDialToTheValueInForce) {
+    for (const LinkRow& row : kLinks) {
+        SCOPED_TRACE(row.amount);
+        Vinta_AttachedWindow* shown = page(row.page);
+        shown->setOpen(true);
+        Vinta_MiniDial* main = shown->getDials()[row.shownDial];
+        Vinta_MiniDial* root = shown->getDials()[row.rootDial];
+        Ondra::IPluginParameter* stored = find(row.stored);
+        const float inForce = stored->getMinimum() + 0.3f * (stored->getMaximum() - stored->getMinimum());
+        set.setRingModFrequency(inForce);
+        set.setFreqModValues(inForce, inForce);
+
+        find(row.amount)->setValue(0.5f);
+        settle();
+        EXPECT_NE(main->getParameter(), stored);
+        EXPECT_STREQ(main->getParameter()->getName(), stored->getName());
+        EXPECT_FLOAT_EQ(main->getParameter()->getValue(), inForce);
+        EXPECT_FALSE(main->isMouseActive());
+        EXPECT_TRUE(root->isMouseActive());
+        const float kept = stored->getValue();
+        click(centreOf(main->getDialRect()) + shown->getViewSize().getTopLeft(), Vinta::kLButton | Vinta::kControl);
+        EXPECT_EQ(stored->getValue(), kept);
+
+        find(row.amount)->setValue(0.0f);
+        settle();
+        EXPECT_EQ(main->getParameter(), stored);
+        EXPECT_TRUE(main->isMouseActive());
+        EXPECT_FALSE(root->isMouseActive());
+    }
+}
+
+// Clicks on tabs in turn and the pages open after each, in the order of the pages.
+TEST_F(Pages, PagesOfOneSideShutEachOtherAndTheCrossShutsAll) {
+    const struct {
+        int click;  // a page's tab, or -1 for the close cross
+        std::vector<bool> open;
+    } steps[] = {
+        {kEnvelopePage, {1, 0, 0, 0, 0, 0, 0}}, {kFreqModPage, {0, 0, 0, 1, 0, 0, 0}},
+        {kRingModPage, {0, 0, 1, 1, 0, 0, 0}},  {kEnvelopePage, {1, 0, 0, 0, 0, 0, 0}},
+        {kLfoPage, {1, 1, 0, 0, 0, 0, 0}},      {kDistPage, {1, 0, 0, 0, 1, 0, 0}},
+        {kLimiterPage, {1, 0, 0, 0, 1, 1, 0}},  {kLfoPage, {1, 1, 0, 0, 0, 0, 0}},
+        {kSystemPage, {1, 1, 0, 0, 0, 0, 1}},   {kSystemPage, {1, 1, 0, 0, 0, 0, 0}},
+        {kSystemPage, {1, 1, 0, 0, 0, 0, 1}},   {-1, {0, 0, 0, 0, 0, 0, 0}},
+    };
+    for (const auto& step : steps) {
+        click(centreOf(step.click < 0 ? kCloseButtonRect : kPageRows[step.click].tabRect));
+        settle();
+        EXPECT_EQ(openStates(), step.open) << "after a click on " << step.click;
+    }
+}
+
+TEST_F(Pages, EachPageSlidesOpenAndShutOverTicks) {
+    const auto midway = [](const CRect& a, const CRect& b) {
+        return CRect((a.left + b.left) / 2, (a.top + b.top) / 2, (a.right + b.right) / 2, (a.bottom + b.bottom) / 2);
+    };
+    for (auto* shown : set.pages()) {
+        SCOPED_TRACE(shown->getTitle());
+        const CRect tab = shown->getTabRect(), full = shown->getViewSize();
+        click(centreOf(tab));
+        fakeNow += 60;  // half of the 120 ticks of a step's full way
+        draw(shown);
+        EXPECT_EQ(shown->getCurrentRect(), midway(tab, full));
+        EXPECT_TRUE(shown->isAnimating());
+        fakeNow += 120;
+        draw(shown);
+        EXPECT_EQ(shown->getCurrentRect(), full);
+        EXPECT_FALSE(shown->isAnimating());
+        click(centreOf(tab));
+        fakeNow += 60;
+        draw(shown);
+        EXPECT_EQ(shown->getCurrentRect(), midway(full, tab));
+        fakeNow += 120;
+        draw(shown);
+        EXPECT_EQ(shown->getCurrentRect(), tab);
+    }
+}
+
+TEST(PageAnimation, EdgesMoveByTheFractionAndSnapWhenClose) {
+    const struct {
+        double from, to, fraction, expected;
+    } cases[] = {{0, 100, 0.5, 50}, {100, 0, 0.25, 75}, {10, 10.7, 0.1, 10.7}, {10, 10.8, 0.5, 10.4}, {5, 9, 0, 5}};
+    for (const auto& c : cases) {
+        CRect rect(c.from, c.from, c.from, c.from);
+        Vinta_Animation::moveRect(rect, CRect(c.to, c.to, c.to, c.to), c.fraction);
+        EXPECT_DOUBLE_EQ(rect.left, c.expected) << c.from << " to " << c.to;
+        EXPECT_DOUBLE_EQ(rect.bottom, c.expected);
+    }
+}
+
+TEST_F(Pages, SystemPageButtonsReachTheHostAndTheTabStillShutsIt) {
+    Vinta_AttachedWindow* system = page(kSystemPage);
+    click(centreOf(system->getTabRect()));
+    settle();
+    const CPoint origin = system->getViewSize().getTopLeft();
+    click(centreOf(set.system->openButton()) + origin);
+    click(centreOf(set.system->changeButton()) + origin);
+    click(centreOf(set.system->changeButton()) + origin, Vinta::kRButton);
+    click(centreOf(set.system->supportButton()) + origin);
+    EXPECT_EQ(host.opened, 1);
+    EXPECT_EQ(host.changed, 1);
+    EXPECT_EQ(host.reports, 1);
+    EXPECT_EQ(set.system->getVersionLine(), "Version: MMK Zonfra QT - 1.3.0 64bit VST3");
+    EXPECT_TRUE(system->isOpen());
+    click(centreOf(system->getTabRect()));
+    EXPECT_FALSE(system->isOpen());
+}
+
+// A parameter the effect lacks leaves no dial, and the rows after it move up.
+TEST(PagesWithoutAParameter, TheRowsBelowMoveUp) {
+    struct Host : EffectPageHost {
+        using EffectPageHost::EffectPageHost;
+        Ondra::IPluginParameter* findParameter(const char* key) override {
+            return std::string(key) == "LP Release" ? nullptr : EffectPageHost::findParameter(key);
+        }
+    };
+    Vst3Callback callback;
+    CZonfra effect(&callback);
+    Host host(&effect);
+    auto* display = new Vinta::CViewContainer(CRect(0, 0, 496, 156));
+    const PageSet set = addPages(*display, host);
+    ASSERT_EQ(set.envelope->getDials().size(), 8u);
+    EXPECT_EQ(set.envelope->getDials()[1]->getParameter(), effect.findParameter("LP Strength"));
+    EXPECT_EQ(set.envelope->getDials()[1]->getViewSize().top, 30.0);
+    display->forget();
+}
+
+TEST(SyspageWindow, LongFolderPathsLoseTheirFront) {
+    const auto measure = [](const std::string& text) { return 5.0 * static_cast<double>(text.size()); };
+    EXPECT_EQ(CSyspageWindow::fitPath("/home/a/presets", 100.0, measure), "/home/a/presets");
+    EXPECT_EQ(CSyspageWindow::fitPath("/home/someone/.local/share/zonfra/presets", 100.0, measure),
+              "....e/zonfra/presets");
+    EXPECT_EQ(CSyspageWindow::fitPath("/abcdef", 10.0, measure), "....");
+}
+
+TEST_F(Pages, DisplaysFollowTheTapAndStaySaneOnBadInput) {
+    for (int i = 0; i < 4; ++i) set.pushEnvelope(0.2f * i, 0.1f);
+    EXPECT_EQ(set.envelope->historyAt(true, 0), 0.0f);  // four taps make no pixel yet
+    set.pushEnvelope(NAN, 0.9f);
+    EXPECT_FLOAT_EQ(set.envelope->historyAt(true, 0), 0.6f);
+    EXPECT_FLOAT_EQ(set.envelope->historyAt(false, 0), 0.9f);
+
+    set.setGainReduction(0.5f);
+    EXPECT_NEAR(set.limiter->getShownGain(), 0.5f, 1e-6);  // down at once
+    set.setGainReduction(1.0f);
+    EXPECT_NEAR(set.limiter->getShownGain(), 0.505f, 1e-6);  // back slowly
+    set.setGainReduction(NAN);
+    EXPECT_NEAR(set.limiter->getShownGain(), 0.505f, 1e-6);
+    EXPECT_DOUBLE_EQ(CLimiterWindow::barFraction(1.0), 0.0);
+    EXPECT_DOUBLE_EQ(CLimiterWindow::barFraction(std::pow(10.0, -24.0 / 20.0)), 1.0);
+    EXPECT_DOUBLE_EQ(CLimiterWindow::barFraction(0.0001), 1.0);
+    EXPECT_NEAR(CLimiterWindow::barFraction(0.5), 6.0206 / 24.0, 1e-4);
+    EXPECT_EQ(CLFOWindow::previewShape(5), 7);
+    EXPECT_EQ(CLFOWindow::previewShape(2), 2);
+    find("RinkModLinkFreqPerc.")->setValue(1.0f);
+    set.setRingModFrequency(NAN);
+    settle();
+    EXPECT_TRUE(std::isfinite(set.ringMod->getDials()[0]->getParameter()->getValue()));
+    set.clearDisplays();
+    EXPECT_EQ(set.envelope->historyAt(false, 0), 0.0f);
+    EXPECT_EQ(set.limiter->getShownGain(), 1.0f);
+}
+
+}  // namespace
