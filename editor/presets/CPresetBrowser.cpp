@@ -80,7 +80,7 @@ int32_t CPresetBrowser::onMouseDown(const CPoint& where, CButtonState buttons) {
         const bool left = leftRect.pointInside(where);
         (left ? leftPressed : rightPressed) = true;
         internalChange = true;
-        const bool ok = presets.count() >= 0 && presets.step(left ? -1 : +1);
+        const bool ok = presets.step(left ? -1 : +1);
         internalChange = false;
         // An empty folder leaves the arrows doing nothing, without a message.
         if (presets.count() > 0) report(ok);
@@ -249,7 +249,11 @@ void CPresetBrowser::parameterChanged(Ondra::IPluginParameter* changed) {
         CControl::parameterChanged(changed);
         return;
     }
-    if (internalChange) return;
+    // Any name the browser sets itself ends a rename that was never typed.
+    if (internalChange) {
+        renaming = false;
+        return;
+    }
     const int previous = presets.getCurrentIndex();
     const std::string typed = plugin ? plugin->getPresetName() : "";
     if (renaming) {

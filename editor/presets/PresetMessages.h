@@ -1,7 +1,7 @@
 #pragma once
 // Questions and messages of the preset browser, shown by the desktop's dialog program (zenity or
-// kdialog) while the editor goes on painting. Without either, questions answer "no" and messages
-// are dropped, so nothing is replaced unasked.
+// kdialog, else the X utilities' xmessage) while the editor goes on painting. Without any of them
+// questions answer "no" and messages are dropped, so nothing is replaced unasked.
 #include <string>
 
 namespace Vinta {
