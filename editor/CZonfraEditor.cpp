@@ -11,6 +11,7 @@
 #include "editor/CMultiDisplay.h"
 #include "editor/EditorBitmaps.h"
 #include "editor/EditorPalette.h"
+#include "editor/presets/CPresetBrowser.h"
 #include "effect/CZonfra.h"
 #include "framework/parameters/ParameterRecord.h"
 #include "framework/parameters/UnitType.h"
@@ -119,7 +120,7 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
     newFrame->addView(display);
     multiDisplay.store(display, std::memory_order_release);
 
-    // The preset name; the browser's arrows beside it come with the preset browser.
+    // The preset name and the browser's arrows beside it.
     if (effect) {
         Vinta_TextEdit::CInfo name;
         name.kind = kKindTextEdit;
@@ -134,7 +135,10 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
         name.hideName = name.preciseText = true;
         name.dragEditable = false;
         name.backColor = kTransparent;
-        frameless(addViewFromRecord(&name, nullptr, newFrame));
+        CView* nameBox = addViewFromRecord(&name, nullptr, newFrame);
+        frameless(nameBox);
+        newFrame->addView(new ZonfraPresets::CPresetBrowser(CRect(220, 11, 258, 33), effect, bitmap(kArrowLeft),
+                                                            bitmap(kArrowRight), bitmap(kArrowDown), 0, 4, nameBox));
     }
     auto* scaleButton = new CGuiScaleContext(CRect(1, 0, 21, 45));
     newFrame->addView(scaleButton);
