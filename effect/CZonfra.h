@@ -58,6 +58,7 @@ public:
     // Housekeeping for the editor's pages and the preset tools.
     Ondra::ParameterProperty& getGlobalLimiterParameter() { return globalLimiter; }
     Ondra::ParameterProperty& getPresetNameParameter() { return presetNameParameter; }
+    const char* getPresetName() const { return presetName.c_str(); }
     // Whether getChunk writes the global limiter switch; presets leave it out.
     void setWriteGlobalLimiter(int on) { writeGlobalLimiter = on; }
     std::string getPresetFolder() { return presetFolder.get(); }

@@ -167,11 +167,18 @@ int32_t CVintariaEditor::onKeyUp(const VstKeyCode& key) {
 }
 
 bool CVintariaEditor::onWheel(float delta) {
-    return withFrame(
-        [&](CFrame* target) {
-            return target->onWheel(target->getCurrentLocation(), delta, target->getCurrentMouseButtons());
-        },
-        false);
+    // The pointer is asked of the window's thread before the frame's lock is taken: that thread may
+    // be waiting for the same lock to paint, and the question would wait for it in turn.
+    lock.enter();
+    CPoint where;
+    CButtonState buttons = 0;
+    if (frame) {
+        where = frame->getCurrentLocation();
+        buttons = frame->getCurrentMouseButtons();
+    }
+    const bool handled = withFrame([&](CFrame* target) { return target->onWheel(where, delta, buttons); }, false);
+    lock.leave();
+    return handled;
 }
 
 void CVintariaEditor::beginEdit(Ondra::IPluginParameter* parameter) {
