@@ -44,3 +44,22 @@ function(zonfra_test name)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ENVIRONMENT
                        "ZONFRA_PLUGIN=$<TARGET_FILE:zonfra_plugin>")
 endfunction()
+
+# A GoogleTest executable `test_<name>` that opens windows: CTest runs it as `<name>` inside a virtual
+# X server with Mesa's software GL. Without xvfb-run it runs as it is and skips when there is no display.
+function(zonfra_window_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  find_package(X11 REQUIRED)
+  add_executable(test_${name} ${ARG_SOURCES})
+  target_link_libraries(test_${name} PRIVATE ${ARG_LIBS} X11::X11 GTest::gtest GTest::gtest_main)
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  add_dependencies(test_${name} zonfra_plugin)
+  zonfra_warnings(test_${name})
+  find_program(ZONFRA_XVFB_RUN xvfb-run)
+  if(ZONFRA_XVFB_RUN)
+    add_test(NAME ${name} COMMAND ${ZONFRA_XVFB_RUN} -a -s "-screen 0 1280x1024x24" $<TARGET_FILE:test_${name}>)
+  else()
+    add_test(NAME ${name} COMMAND test_${name})
+  endif()
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "ZONFRA_PLUGIN=$<TARGET_FILE:zonfra_plugin>")
+endfunction()
