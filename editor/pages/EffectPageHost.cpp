@@ -1,5 +1,8 @@
 #include "editor/pages/EffectPageHost.h"
 
+#include "CORE/report/SupportReport.h"
+#include "lib/platform-x11/CMessageBox.h"
+
 #include "CORE/files/ShellCommands.h"
 #include "effect/CZonfra.h"
 #include "framework/plugin/OndraPluginInfo.h"
@@ -31,6 +34,23 @@ void EffectPageHost::changePresetFolder(Vinta::CFrame* frame) {
     chooser.setInitialPath(getPresetFolder().c_str());
     if (chooser.run(Vinta::CFileSelector::kChooseFolder) && chooser.getResultCount() > 0)
         effect->setPresetFolder(chooser.getResult(0));
+}
+
+void EffectPageHost::writeSupportReport(Vinta::CFrame* frame) {
+    if (!effect) return;
+    Ondra::OndraCallback* callback = effect->getCallback();
+    char product[256] = {0}, vendor[256] = {0};
+    std::string version;
+    if (callback) {
+        callback->getHostProductString(product);
+        callback->getHostVendorString(vendor);
+        if (const int number = callback->getHostVendorVersion()) version = std::to_string(number);
+    }
+    const char* type = effect->getHostedPluginTypeName();
+    const Core::SupportReportOutcome outcome = Core::writeSupportReport(
+        Core::buildProductSection(getVersion().c_str(), getPresetFolder(), type),
+        Core::buildHostSection(effect->getBlockSize(), effect->getSampleRate(), type, product, vendor, version));
+    if (outcome.tellUser && frame) Vinta::CMessageBox::show(frame, outcome.title, outcome.text, {outcome.button}, nullptr);
 }
 
 std::string EffectPageHost::getVersion() {

@@ -1,6 +1,6 @@
 #pragma once
 // The pages' way to the effect: its parameters, its preset folder, the desktop's file manager and
-// folder chooser. The support report is not written yet: the call does nothing until it exists.
+// folder chooser, and the support report.
 #include "editor/pages/Pages.h"
 
 class CZonfra;
@@ -16,7 +16,7 @@ public:
     std::string getPresetFolder() override;
     void openPresetFolder() override;
     void changePresetFolder(Vinta::CFrame* frame) override;
-    void writeSupportReport() override {}
+    void writeSupportReport(Vinta::CFrame* frame) override;
     std::string getVersion() override;
     int getWrapperIndex() override;
 

@@ -39,7 +39,8 @@ public:
     virtual void openPresetFolder() = 0;
     // Lets the user pick a new folder (a folder chooser over `frame`) and stores it.
     virtual void changePresetFolder(Vinta::CFrame* frame) = 0;
-    virtual void writeSupportReport() = 0;
+    // Writes the support report to the desktop and tells the user in the editor.
+    virtual void writeSupportReport(Vinta::CFrame* frame) = 0;
     // The product's version ("1.0.0") and the door the editor was opened through: 0 none, 1 VST2,
     // 2 VST3, 5 AAX.
     virtual std::string getVersion() = 0;

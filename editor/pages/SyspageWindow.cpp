@@ -79,7 +79,7 @@ int32_t CSyspageWindow::onMouseDown(const CPoint& where, CButtonState buttons) {
     }
     const int32_t result = Vinta_AttachedWindow::onMouseDown(where, buttons);
     if (result == kMouseEventHandled) return result;
-    if ((buttons & kLButton) && supportButton().pointInside(local)) host.writeSupportReport();
+    if ((buttons & kLButton) && supportButton().pointInside(local)) host.writeSupportReport(getFrame());
     return kMouseEventHandled;
 }
 

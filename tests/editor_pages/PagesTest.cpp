@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "core_files/TempHome.h"
 #include "editor/pages/EffectPageHost.h"
 #include "editor/pages/EnvelopeWindow.h"
 #include "editor/pages/FreqModWindow.h"
@@ -37,7 +39,7 @@ struct RecordingHost : EffectPageHost {
     using EffectPageHost::EffectPageHost;
     void openPresetFolder() override { ++opened; }
     void changePresetFolder(Vinta::CFrame*) override { ++changed; }
-    void writeSupportReport() override { ++reports; }
+    void writeSupportReport(Vinta::CFrame*) override { ++reports; }
     int opened = 0, changed = 0, reports = 0;
 };
 
@@ -331,3 +333,16 @@ TEST_F(Pages, DisplaysFollowTheTapAndStaySaneOnBadInput) {
 }
 
 }  // namespace
+
+// The system page's Support button writes the report with the effect's and the host's sections.
+TEST(SyspageWindow, SupportWritesTheReportToTheDesktop) {
+    TempHome home;
+    setenv("XDG_DESKTOP_DIR", (home.root / "Desktop").c_str(), 1);
+    Vst3Callback callback;
+    CZonfra effect(&callback);
+    EffectPageHost(&effect).writeSupportReport(nullptr);
+    std::ifstream in(home.root / "Desktop" / "zonfraQT Support.txt");
+    const std::string text((std::istreambuf_iterator<char>(in)), {});
+    EXPECT_NE(text.find("hosted plugin type: VST3\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("Samplerate : 44100\nInterface  : VST3\n"), std::string::npos) << text;
+}
