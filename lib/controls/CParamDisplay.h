@@ -54,6 +54,24 @@ public:
     virtual void getDisplayString(char* out, size_t capacity) const;
 
 protected:
+    // The fields every text record of the parameter-tied layer shares, and its parameter tie.
+    template <typename Info>
+    void takeTextRecord(const Info& info) {
+        tag = info.tag;
+        if (info.font) fontID = info.font;
+        fontSize = info.fontSize;
+        horiTxtAlign = info.align;
+        fontColor = info.fontColor;
+        transparent = info.transparent;
+        mouseEnabled = info.mouseEnabled;
+        setVisibilityParameter(info.visibilityParameter);
+        setEnableParameter(info.enableParameter);
+        if (info.parameter) {
+            setParameter(info.parameter);
+            listenToParameter();
+        }
+    }
+
     void drawBack(CDrawContext* context);
     void drawFrame(CDrawContext* context);
     void drawText(CDrawContext* context, const char* text, const CRect& rect);

@@ -9,19 +9,7 @@ namespace Vinta {
 CView* Vinta_Label::CInfo::CreateObject() { return object = new Vinta_Label(*this); }
 
 Vinta_Label::Vinta_Label(const CInfo& info) : CTextLabel(info.rect, info.text, nullptr, info.style) {
-    tag = info.tag;
-    if (info.font) fontID = info.font;
-    fontSize = info.fontSize;
-    horiTxtAlign = info.align;
-    fontColor = info.fontColor;
-    transparent = info.transparent;
-    mouseEnabled = info.mouseEnabled;
-    setVisibilityParameter(info.visibilityParameter);
-    setEnableParameter(info.enableParameter);
-    if (info.parameter) {
-        setParameter(info.parameter);
-        listenToParameter();
-    }
+    takeTextRecord(info);
 }
 
 Vinta_Label::~Vinta_Label() { stopListeningToParameter(); }

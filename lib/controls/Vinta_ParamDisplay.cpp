@@ -21,20 +21,8 @@ Vinta_ParamDisplay::Vinta_ParamDisplay(const CRect& rect, Ondra::IPluginParamete
 
 Vinta_ParamDisplay::Vinta_ParamDisplay(const CInfo& info)
     : CParamDisplay(info.rect, nullptr, info.style), twoLines(info.twoLines), hideName(info.hideName) {
-    tag = info.tag;
-    if (info.font) fontID = info.font;
-    fontSize = info.fontSize;
-    fontColor = info.fontColor;
     backColor = info.backColor;
-    horiTxtAlign = info.align;
-    transparent = info.transparent;
-    mouseEnabled = info.mouseEnabled;
-    setVisibilityParameter(info.visibilityParameter);
-    setEnableParameter(info.enableParameter);
-    if (info.parameter) {
-        setParameter(info.parameter);
-        listenToParameter();
-    }
+    takeTextRecord(info);
 }
 
 Vinta_ParamDisplay::~Vinta_ParamDisplay() { stopListeningToParameter(); }
