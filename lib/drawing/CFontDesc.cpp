@@ -72,4 +72,14 @@ CFontDesc* const kSystemFont = new CFontDesc("fonts-arial", "arial.ttf", "arialb
 CFontDesc* const kBoldFont = new CFontDesc("fonts-arial", "arial.ttf", "arialbd.ttf", 3);
 CFontDesc* const kNormalFont = new CFontDesc("fonts-roboto", "Roboto-Regular.ttf", "Roboto-Bold.ttf", 2);
 
+namespace {
+// The global fonts live as long as the library: a plug-in library that a host unloads gives them
+// back, and so does every program at its end.
+struct GlobalFontsRelease {
+    ~GlobalFontsRelease() {
+        for (CFontDesc* font : {kSystemFont, kBoldFont, kNormalFont}) font->forget();
+    }
+} globalFontsRelease;
+}  // namespace
+
 }  // namespace Vinta

@@ -57,7 +57,7 @@ private:
     mutable bool loaded = false;
 };
 
-// Built at start-up, shared by every editor; never forget them.
+// Built at start-up, shared by every editor, given back when the library unloads; never forget them.
 extern CFontDesc* const kSystemFont;
 extern CFontDesc* const kBoldFont;
 extern CFontDesc* const kNormalFont;

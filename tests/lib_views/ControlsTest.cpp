@@ -30,7 +30,11 @@ struct KnobFixture : FrameFixture {
         knob = static_cast<Vinta_AnimKnob*>(info.CreateObject());
         frame->addView(knob);
     }
-    ~KnobFixture() { strip->forget(); }
+    // The views go before the parameter they listen to.
+    ~KnobFixture() {
+        frame->removeAll();
+        strip->forget();
+    }
     // Press at the centre, move by (dx, dy) in `steps` moves, release.
     void drag(double dx, double dy, CButtonState buttons, int steps = 4) {
         frame->onMouseDown(centre, buttons);

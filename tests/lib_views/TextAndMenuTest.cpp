@@ -26,6 +26,7 @@ struct ParameterFixture : FrameFixture {
         gain.setDefault(0.5f);
         gain.setNormalized(0.2f);
     }
+    ~ParameterFixture() { frame->removeAll(); }  // the views go before the parameter they listen to
     template <typename Record>
     auto* build(Record& record, int32_t kind = kKindCreateObject) {
         record.kind = kind;
@@ -130,8 +131,8 @@ TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
 }
 
 TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
+    Ondra::ParameterProperty mode;  // outlives the views that listen to it
     ParameterFixture f;
-    Ondra::ParameterProperty mode;
     mode.setMaximum(5.0f);
     auto* sub = new Vinta_ContextMenu(CRect(), nullptr, 0, nullptr, &mode);
     sub->addEntry("x");
