@@ -55,8 +55,8 @@ public:
     CBiquadCascade& lowPathB() { return lowB; }
     CBiquadCascade& allPassStages() { return allPass; }
 
-    // 0: high-pass as all-pass minus low-pass; otherwise a direct high-pass. Call setSlope after
-    // writing it.
+    // Zero makes the high-pass the all-pass minus the low-pass; any other value a direct high-pass.
+    // Call setSlope after writing it.
     unsigned mode = 0;
 
 private:

@@ -18,7 +18,7 @@ public:
         float snapBand = 0.02f;
         float snapCentre = 0.5f;
         float zoomFactor = 10.0f;
-        float hitRadius = 0.0f;  // 0: half the width
+        float hitRadius = 0.0f;  // zero means half the width
         bool circularHit = true;
         bool returnOnRelease = false;
         bool stepped = false;

@@ -64,7 +64,7 @@ public:
 
     int32_t count = 0;
     bool noItems = false;  // the caller adds the items
-    int32_t vertical = 0;  // 1: a column
+    int32_t vertical = 0;  // nonzero stacks the items in a column
     CBitmap* onBitmap = nullptr;
     CBitmap* offBitmap = nullptr;
     double stepX = 0.0;

@@ -14,7 +14,7 @@ using CMessageID = const char*;
 
 class IMessageResponder {
 public:
-    // 0: not handled.
+    // Answers zero when the message is not handled.
     virtual int32_t notify(CBaseObject* sender, CMessageID message) = 0;
 
 protected:

@@ -271,7 +271,7 @@ namespace PlatformTest {
 namespace {
 
 struct MessageCase {
-    unsigned long keysym;  // 0: click the second button
+    unsigned long keysym;  // zero clicks the second button instead
     int32_t expected;
 };
 

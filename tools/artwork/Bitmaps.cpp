@@ -41,7 +41,7 @@ struct KnobShape {
     double trackRadius, trackWidth;
     double capRadius;
     double pointerInner, pointerWidth;
-    int ticks;  // 0: no scale
+    int ticks;  // zero draws no scale
 };
 
 // A dark cap in a recessed track; the value lights the track in amber from the start, and a light
