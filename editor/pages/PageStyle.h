@@ -1,17 +1,16 @@
 #pragma once
 // Colours and text sizes of the slide-out pages: the panel's light blue-grey at several strengths,
 // the body colours of the drawn artwork, and its amber for values.
-#include "lib/views/VintaTypes.h"
+#include "editor/EditorPalette.h"
 
 namespace ZonfraPages {
 
 using Vinta::CColor;
-
-inline constexpr CColor kPanelColor20{161, 163, 193, 20};
-inline constexpr CColor kPanelColor60{161, 163, 193, 60};
-inline constexpr CColor kPanelColor120{161, 163, 193, 120};
-inline constexpr CColor kPanelColor130{161, 163, 193, 130};
-inline constexpr CColor kPanelColor200{161, 163, 193, 200};
+using ZonfraEditor::kPanelColor120;
+using ZonfraEditor::kPanelColor130;
+using ZonfraEditor::kPanelColor20;
+using ZonfraEditor::kPanelColor200;
+using ZonfraEditor::kPanelColor60;
 
 inline constexpr CColor kLabelColor{205, 210, 224, 255};
 inline constexpr CColor kValueColor{250, 200, 60, 255};
