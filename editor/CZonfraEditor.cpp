@@ -242,7 +242,7 @@ void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const flo
     if (CMultiDisplay* display = beginTap()) {
         const SignalChain& chain = source.signalChain();
         const ModulationControl& control = source.modulation();
-        const bool bypassed = const_cast<CZonfra&>(source).isBypassed() && chain.isBypassSettled();
+        const bool bypassed = source.isBypassed() && chain.isBypassSettled();
         float inL, inR;
         if (bypassed) {
             inL = chain.peakHoldLeft(), inR = chain.peakHoldRight();
@@ -256,7 +256,7 @@ void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const flo
             display->setOutputLevels(inL, inR);
         else
             display->setOutputLevels(peakOf(out.minL, out.maxL), peakOf(out.minR, out.maxR));
-        display->getPlot()->setSampleRate(const_cast<CZonfra&>(source).getSampleRate());
+        display->getPlot()->setSampleRate(source.getSampleRate());
         if (left && count > 0) display->pushSpectrum(left, right, count);
         display->setEnvelopeCutoffs(control.low().target, control.high().target);
         display->setLfoCutoffs(control.low().modulated, control.high().modulated);
