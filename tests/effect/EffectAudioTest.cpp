@@ -8,31 +8,18 @@
 
 #include "EffectHarness.h"
 
-namespace {
-int fadeLength(float rate) { return static_cast<int>(std::ceil(15.0f * rate * 0.001f)); }
-}  // namespace
-
-TEST(EffectAudio, ControlChunkSizeIsFiveHundredPerSecond) {
+TEST(EffectAudio, ChunkSizeAndLatencyFollowTheSampleRateBothWays) {
     EffectHarness harness;
-    EXPECT_EQ(harness.effect->getControlChunkSize(), 88);
-    harness.effect->setSampleRate(48000);
-    EXPECT_EQ(harness.effect->getControlChunkSize(), 96);
-    harness.effect->setSampleRate(96000);
-    EXPECT_EQ(harness.effect->getControlChunkSize(), 192);
-}
-
-TEST(EffectAudio, LatencyFollowsTheSampleRateAndIsReported) {
-    EffectHarness harness;
-    EXPECT_EQ(harness.effect->signalChain().latency(), 221);
-    EXPECT_EQ(harness.effect->getInitialDelay(), 221);
-    EXPECT_EQ(harness.callback.reportedLatency, 221);
-    harness.effect->setSampleRate(48000);
-    EXPECT_EQ(harness.callback.reportedLatency, 240);
-    harness.effect->setSampleRate(44100);  // the way back ends where it began
-    EXPECT_EQ(harness.callback.reportedLatency, 221);
-    EffectHarness high(96000);
-    EXPECT_EQ(high.callback.reportedLatency, 481);
-    EXPECT_EQ(high.effect->getInitialDelay(), 481);
+    const struct {
+        float rate;
+        int chunk, latency;
+    } rows[] = {{44100, 88, 221}, {48000, 96, 240}, {96000, 192, 481}, {44100, 88, 221}};
+    for (const auto& row : rows) {
+        harness.effect->setSampleRate(row.rate);
+        EXPECT_EQ(harness.effect->getControlChunkSize(), row.chunk) << row.rate;
+        EXPECT_EQ(harness.callback.reportedLatency, row.latency) << row.rate;
+        EXPECT_EQ(harness.effect->getInitialDelay(), row.latency) << row.rate;
+    }
 }
 
 TEST(EffectAudio, SettledBypassIsTheInputDelayedBitForBit) {
@@ -47,13 +34,9 @@ TEST(EffectAudio, SettledBypassIsTheInputDelayedBitForBit) {
         std::vector<float> left = sine(5000, 441, 44100), right = sine(5000, 1000, 44100);
         const std::vector<float> inL = left, inR = right;
         harness.run(left, right, hostBlock);
-        for (size_t i = 0; i < 221; ++i) {
-            ASSERT_EQ(left[i], 0.25f) << i;
-            ASSERT_EQ(right[i], -0.25f) << i;
-        }
-        for (size_t i = 221; i < left.size(); ++i) {
-            ASSERT_EQ(left[i], inL[i - 221]) << "block " << hostBlock << " sample " << i;
-            ASSERT_EQ(right[i], inR[i - 221]) << "block " << hostBlock << " sample " << i;
+        for (size_t i = 0; i < left.size(); ++i) {
+            ASSERT_EQ(left[i], i < 221 ? 0.25f : inL[i - 221]) << "block " << hostBlock << " sample " << i;
+            ASSERT_EQ(right[i], i < 221 ? -0.25f : inR[i - 221]) << "block " << hostBlock << " sample " << i;
         }
     }
 }
@@ -61,6 +44,7 @@ TEST(EffectAudio, SettledBypassIsTheInputDelayedBitForBit) {
 TEST(EffectAudio, BypassFadeLastsFifteenMillisecondsAtAnyRateAndHostBlock) {
     // The fade runs per sample, so every host block settles it on the same sample.
     for (float rate : {44100.0f, 96000.0f}) {
+        const int fade = static_cast<int>(std::ceil(15.0f * rate * 0.001f));
         for (int hostBlock : {1, 7, 32, 500, 4096}) {
             EffectHarness harness(rate, 512);
             std::vector<float> warmL(4096, 0.5f), warmR = warmL;
@@ -73,37 +57,31 @@ TEST(EffectAudio, BypassFadeLastsFifteenMillisecondsAtAnyRateAndHostBlock) {
                 harness.run(l, r, hostBlock);
                 processed += hostBlock;
             }
-            EXPECT_GE(processed, fadeLength(rate) - 1) << rate << " " << hostBlock;
-            EXPECT_LE(processed - hostBlock, fadeLength(rate)) << rate << " " << hostBlock;
+            EXPECT_GE(processed, fade - 1) << rate << " " << hostBlock;
+            EXPECT_LE(processed - hostBlock, fade) << rate << " " << hostBlock;
         }
     }
 }
 
-TEST(EffectAudio, SetBypassWithTheSameStateStartsNoFade) {
+TEST(EffectAudio, SetBypassWithTheSameStateStartsNoFadeAndEmptyBlocksChangeNothing) {
     EffectHarness harness;
     harness.effect->setBypass(false);
     EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
+    harness.set(kDryWetMix, 0.3f);
     harness.effect->setBypass(true);
     EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
     EXPECT_FLOAT_EQ(harness.effect->signalChain().bypassFadeGain(), 1.0f);
-    std::vector<float> left(2000, 0.1f), right(2000, 0.1f);
-    harness.run(left, right, 512);
-    ASSERT_TRUE(harness.effect->signalChain().isBypassSettled());
-    harness.effect->setBypass(true);
-    EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
-}
-
-TEST(EffectAudio, ZeroSampleBlockLeavesStateAlone) {
-    EffectHarness harness;
-    harness.set(kDryWetMix, 0.3f);
-    harness.set(kBypass, 1);
-    const float fade = harness.effect->signalChain().bypassFadeGain();
     const float mix = harness.effect->signalChain().mixInForce();
     float left = 0, right = 0;
     harness.runBlock(&left, &right, 0);
-    EXPECT_EQ(harness.effect->signalChain().bypassFadeGain(), fade);
+    EXPECT_EQ(harness.effect->signalChain().bypassFadeGain(), 1.0f);
     EXPECT_EQ(harness.effect->signalChain().mixInForce(), mix);
     EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
+    std::vector<float> l(2000, 0.1f), r(2000, 0.1f);
+    harness.run(l, r, 512);
+    ASSERT_TRUE(harness.effect->signalChain().isBypassSettled());
+    harness.effect->setBypass(true);
+    EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
 }
 
 TEST(EffectAudio, GainRampSnapTakesTheTargetAndClearsThePeaks) {
