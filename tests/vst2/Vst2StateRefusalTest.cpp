@@ -9,11 +9,10 @@
 using namespace Vst2;
 using namespace Vst2Test;
 
-class Vst2StateRefusal : public ::testing::Test {
+class Vst2StateRefusal : public Started {
 protected:
     void SetUp() override {
-        ASSERT_NE(plugin.effect, nullptr);
-        plugin.start(44100, 512);
+        Started::SetUp();
         plugin.setParameter(1, 0.25f);
         plugin.setParameter(20, 0.7f);
         saved = chunk();
@@ -27,7 +26,6 @@ protected:
     VstIntPtr load(ChunkDamage::Bytes block, VstInt32 isPreset = 1) {
         return plugin.dispatch(effSetChunk, isPreset, static_cast<VstIntPtr>(block.size()), block.data());
     }
-    Plugin plugin;
     ChunkDamage::Bytes saved;
 };
 
