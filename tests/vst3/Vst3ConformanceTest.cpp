@@ -1,6 +1,6 @@
 // What the hosts' VST 3 conformance suite asks of a plug-in, asked the same way: parameter descriptions,
-// bypass persistence, bus arrangements, input buffers, silence flags, odd block sizes and calls without
-// audio. Odd sample rates: SampleRates; state round trips and lifecycle rounds: Vst3HostTest.
+// bypass persistence, bus arrangements, input buffers, silence flags, odd block sizes and sample rates,
+// and calls without audio. State round trips and lifecycle rounds: Vst3HostTest.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -177,6 +177,30 @@ TEST_F(Vst3Conformance, BlocksOfAnySizeUpToTheMaximum) {
         ASSERT_EQ(plugin.lastResult, kResultOk) << n;
         ASSERT_TRUE(allFinite(l) && allFinite(r)) << n;
         position += static_cast<size_t>(n);
+    }
+}
+
+TEST_F(Vst3Conformance, OddSampleRatesGiveFiniteOutput) {
+    // Resonance, steep slopes and both modulators at rates far from the usual ones.
+    Changes busy;
+    busy.add(kLowPassFrequency, 0.6).add(2, 0.9).add(4, 1.0).add(5, 0.3).add(6, 0.9).add(8, 1.0);
+    busy.add(27, 0.7).add(37, 0.5).add(43, 0.5);
+    Instance switched(module);
+    for (double rate : {1234.5678, 12345.678, 22050.0, 32000.0, 44100.0, 48000.0, 88200.0, 96000.0, 123456.78, 192000.0,
+                        384000.0, 1234567.8}) {
+        SCOPED_TRACE(rate);
+        Instance fresh(module, rate, 512);
+        ASSERT_EQ(switched.reconfigure(rate, 512), kResultOk);
+        for (Instance* plugin : {&fresh, &switched}) {
+            int firstNonFinite = -1;
+            for (int b = 0; b < 40; ++b) {
+                std::vector<float> l = sine(512, 440, static_cast<size_t>(b) * 512), r = l;
+                plugin->run(l.data(), r.data(), 512, b == 20 ? &busy : nullptr);
+                ASSERT_EQ(plugin->lastResult, kResultOk);
+                if (firstNonFinite < 0 && !(allFinite(l) && allFinite(r))) firstNonFinite = b;
+            }
+            EXPECT_EQ(firstNonFinite, -1) << (plugin == &fresh ? "made at this rate" : "switched to this rate");
+        }
     }
 }
 
