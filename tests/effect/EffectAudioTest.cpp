@@ -94,17 +94,6 @@ TEST(EffectAudio, GainRampSnapTakesTheTargetAndClearsThePeaks) {
     EXPECT_TRUE(ramp.maxL == 0.0f && ramp.minR == 0.0f);
 }
 
-TEST(EffectAudio, DryWetMovesSmoothlyToItsTarget) {
-    EffectHarness harness;
-    harness.set(kDryWetMix, 0.0f);
-    std::vector<float> l = sine(2, 1000, 44100), r = l;
-    harness.run(l, r, 2);
-    EXPECT_NEAR(harness.effect->signalChain().mixInForce(), 1.0f - 2 * 0.005f, 1e-4);
-    std::vector<float> more = sine(44100, 1000, 44100), moreR = more;
-    harness.run(more, moreR, 512);
-    EXPECT_NEAR(harness.effect->signalChain().mixInForce(), 0.0f, 1e-5);
-}
-
 TEST(EffectAudio, EntryOperationsRestoreTheHostsFloatingPointMode) {
     EffectHarness harness;
     const unsigned host = _mm_getcsr();
