@@ -171,3 +171,28 @@ TEST(SlopeFilterCache, SweepThroughTwoThousandNewBinsDoesNotAllocate) {
     f.setCutoff(333);
     EXPECT_EQ(scope.allocations(), 0u);
 }
+
+TEST(SlopeFilterResponse, SeriesPathFollowsTheSquaredButterworthMagnitude) {
+    for (int slope : {12, 24, 48, 96}) {
+        for (unsigned type : {0u, 1u}) {
+            for (double cutoff : {100.0, 1000.0, 8000.0}) {
+                CSlopeFilter f(8);
+                f.mode = 2;
+                f.setSampleRate(48000);
+                f.setType(type);
+                f.setSlope(slope);
+                f.setCutoff(cutoff);
+                std::vector<double> freqs, db;
+                for (double ratio : {0.03, 0.3, 0.7, 1.0, 1.4, 2.9, 12.0})
+                    if (ratio * cutoff < 23000) freqs.push_back(ratio * cutoff);
+                db.resize(freqs.size());
+                f.response(freqs.data(), db.data(), static_cast<int>(freqs.size()));
+                for (std::size_t i = 0; i < freqs.size(); ++i) {
+                    const double m = FilterTest::butterworthMagnitude(freqs[i], cutoff, 48000, slope / 12, type == 1);
+                    EXPECT_NEAR(db[i], std::max(2 * FilterTest::toDb(m), -200.0), 1e-6) << slope << " " << freqs[i];
+                }
+                EXPECT_NEAR(db[3], -6.0206, 1e-3) << "at the cutoff";
+            }
+        }
+    }
+}
