@@ -142,18 +142,3 @@ TEST_F(ControlLayer, SyncRestartsOnTheHostsPeriodAcrossBlockSizes) {
     row(kLfoSync)->setValue(0);
     EXPECT_EQ(control().lfoSyncIndex(), 0);
 }
-
-TEST_F(ControlLayer, SyncedLfoMovesTheCutoff) {
-    row(kLfoSync)->setValue(1);
-    row(kLfoShape)->setValue(0);
-    row(kLowPassFreq)->setValue(1000);
-    row(kLpStrengthLfo)->setValue(1);
-    float lowest = 1e9f, highest = 0;
-    for (int i = 0; i < 1100; ++i) {  // one bar of the 1/1 sync at 120 BPM
-        restartsOver(i * 88.0, {88});
-        lowest = std::min(lowest, control().low().modulated);
-        highest = std::max(highest, control().low().modulated);
-    }
-    EXPECT_LT(lowest, 400.0f);    // down to a quarter
-    EXPECT_GT(highest, 2500.0f);  // up to three times
-}
