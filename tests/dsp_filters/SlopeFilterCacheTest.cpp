@@ -29,19 +29,6 @@ bool sameCoefficients(const CBiquadCascade& a, const CBiquadCascade& b) {
 }
 }  // namespace
 
-TEST(SlopeFilterCache, BinCurveSpendsBinsOnTheLowRange) {
-    EXPECT_EQ(CSlopeFilter::cacheBin(10), 26);
-    EXPECT_EQ(CSlopeFilter::cacheBin(22000), 2755);
-    std::set<int> lowBins;
-    for (int hz = 10; hz < 680; ++hz) {
-        EXPECT_EQ(CSlopeFilter::cacheBin(hz), expectedBin(static_cast<float>(hz)));
-        lowBins.insert(CSlopeFilter::cacheBin(hz));
-    }
-    EXPECT_EQ(lowBins.size(), 670u);
-    EXPECT_EQ(CSlopeFilter::cacheBin(20000), expectedBin(20000.0f));
-    EXPECT_EQ(CSlopeFilter::cacheBin(20050), CSlopeFilter::cacheBin(20000));
-}
-
 TEST(SlopeFilterCache, CutoffIsFlooredAndClampedAndDesignedBelow0_4995TimesTheRate) {
     CSlopeFilter f(8);
     for (auto [set, kept] : {std::pair{5.0, 10.0}, {10.9, 10.0}, {1234.99, 1234.0}, {30000.0, 22000.0}}) {
@@ -59,32 +46,6 @@ TEST(SlopeFilterCache, CutoffIsFlooredAndClampedAndDesignedBelow0_4995TimesTheRa
     FilterTest::expectRelative(f.lowPathA().b0[0], expected.b0, 1e-9, "b0");
     FilterTest::expectRelative(f.lowPathA().a1[0], expected.a1, 1e-9, "a1");
     FilterTest::expectRelative(f.lowPathA().a2[0], expected.a2, 1e-9, "a2");
-}
-
-TEST(SlopeFilterCache, SecondCutoffInAVisitedBinKeepsTheFirstVisitorsCoefficients) {
-    ASSERT_EQ(CSlopeFilter::cacheBin(20000), CSlopeFilter::cacheBin(20050));
-    CSlopeFilter first(8), second(8);
-    first.setSlope(48);
-    second.setSlope(48);
-    first.setCutoff(20000);
-    second.setCutoff(20050);
-    ASSERT_FALSE(sameCoefficients(first.lowPathA(), second.lowPathA()));
-
-    CSlopeFilter f(8);
-    f.setSlope(48);
-    f.setCutoff(20000);
-    f.setCutoff(3000);
-    f.setCutoff(20050);
-    EXPECT_EQ(f.getCutoff(), 20050.0);
-    EXPECT_TRUE(sameCoefficients(f.lowPathA(), first.lowPathA()));
-    EXPECT_TRUE(sameCoefficients(f.lowPathB(), first.lowPathA()));
-
-    // Clearing by setSlope designs again at the current cutoff; an invalid slope keeps the order.
-    f.setSlope(6);
-    EXPECT_EQ(f.getOrder(), 4);
-    EXPECT_TRUE(sameCoefficients(f.lowPathA(), second.lowPathA()));
-    f.setCutoff(20000);
-    EXPECT_TRUE(sameCoefficients(f.lowPathA(), second.lowPathA()));
 }
 
 TEST(SlopeFilterCache, TypeSampleRateAndModeChangesClearTheCache) {

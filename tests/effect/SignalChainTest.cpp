@@ -1,23 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <complex>
 #include <vector>
 
 #include "EffectHarness.h"
 #include "support/Samples.h"
 
 using TestSupport::allFinite;
-
-namespace {
-std::vector<float> impulseResponse(EffectHarness& harness, size_t length, size_t at, float height) {
-    harness.effect->reset();  // the mix snaps to its target
-    std::vector<float> l(length, 0.0f), r(length, 0.0f);
-    l[at] = r[at] = height;
-    harness.run(l, r, 512);
-    return l;
-}
-}  // namespace
 
 TEST(SignalChain, ImpulseLatencyIsTheReportedOneOnEveryPath) {
     for (auto [rate, latency] : {std::pair{44100.0f, 221}, {48000.0f, 240}, {96000.0f, 481}}) {
@@ -32,31 +21,16 @@ TEST(SignalChain, ImpulseLatencyIsTheReportedOneOnEveryPath) {
                 harness.set(kDryWetMix, mix);
                 harness.set(kLowPassFreq, 22050);
                 EXPECT_EQ(harness.callback.reportedLatency, latency);
-                const std::vector<float> l = impulseResponse(harness, 4096, 1000, 0.5f);
+                harness.effect->reset();  // the mix snaps to its target
+                std::vector<float> l(4096, 0.0f), r(4096, 0.0f);
+                l[1000] = r[1000] = 0.5f;
+                harness.run(l, r, 512);
                 // Above 44.1 kHz the open low-pass (22 kHz at most) still has a sample or two of group delay.
                 EXPECT_NEAR(static_cast<double>(TestSupport::peakIndex(l)), 1000.0 + latency, rate > 45000 ? 2.0 : 0.0)
                     << rate << " limiter case " << limiterCase << " mix " << mix;
                 for (int i = 0; i < 1000 + latency - 3; ++i) ASSERT_NEAR(l[static_cast<size_t>(i)], 0.0f, 1e-12) << i;
             }
         }
-    }
-}
-
-TEST(SignalChain, DryPathIsTheInputThroughAllPassesOnly) {
-    EffectHarness harness;
-    harness.set(kDryWetMix, 0);
-    harness.set(kInputGain, 0.5f);
-    harness.set(kDistPrePost, 1);  // no stage before the filters: the dry path carries the input gain
-    harness.set(kLowPassSlope, 4);
-    harness.set(kHighPassSlope, 3);
-    const std::vector<float> l = impulseResponse(harness, 65536, 0, 1.0f);
-    for (size_t i = 0; i < 200; ++i) ASSERT_EQ(l[i], 0.0f) << "nothing before the latency";
-    // Below 40 Hz the float rounding behind each section of the 10 Hz all-pass costs about 0.015 dB.
-    for (double f = 40; f < 20000; f *= 1.25) {
-        std::complex<double> sum = 0;
-        for (size_t n = 221; n < l.size(); ++n)
-            sum += static_cast<double>(l[n]) * std::polar(1.0, -2.0 * M_PI * f * static_cast<double>(n - 221) / 44100);
-        EXPECT_NEAR(20.0 * std::log10(std::abs(sum) / 0.5), 0.0, 0.01) << f << " Hz";
     }
 }
 
