@@ -5,10 +5,10 @@
 
 #include "dsp/effects/CFXLimiter.h"
 #include "support/AllocationCounter.h"
-#include "support/Samples.h"
 
 using DSP::FX::CFXLimiter;
 
+// Its gain curve, attack, release and make-up shape every reference output of the effect.
 class Limiter : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -29,25 +29,6 @@ protected:
     }
     CFXLimiter limiter;
 };
-
-TEST_F(Limiter, LoneOverloadComesOutLateAndLimited) {
-    std::vector<float> in(2000, 0.0f);
-    in[500] = 2.0f;
-    const std::vector<float> out = run(in);
-    const size_t peak = TestSupport::peakIndex(out);
-    EXPECT_EQ(peak, 721u);
-    EXPECT_LE(out[peak], 1.0f + 0.02f);  // the attack lag allows a hair above the ceiling
-    EXPECT_GT(out[peak], 0.9f);
-}
-
-TEST_F(Limiter, BelowTheCeilingItIsAPureDelayTimesTheOutputGain) {
-    limiter.setParam(4, 0.5f);
-    std::vector<float> in(3000);
-    for (size_t i = 0; i < in.size(); ++i) in[i] = 0.9f * std::sin(static_cast<float>(i) * 0.05f);
-    const std::vector<float> out = run(in, 100);
-    for (size_t i = 221; i < in.size(); ++i) ASSERT_EQ(out[i], in[i - 221] * 0.5f) << i;
-    EXPECT_FLOAT_EQ(limiter.getMeterGain(), 1.0f);
-}
 
 TEST_F(Limiter, LoudProgrammeNeverPassesTheCeilingForLong) {
     limiter.setParam(3, 1.0f);  // automatic release
