@@ -108,25 +108,3 @@ TEST(PeakBiquad, DirectWritesTakeEffectOnUpdateAndSampleRateRedesigns) {
     EXPECT_EQ(p.sampleRate, 96000.0);
     EXPECT_EQ(p.a1, a1);
 }
-
-TEST(PeakBiquad, ProcessMatchesTickInPlaceAndResetClearsState) {
-    CPeakBiquad a = make(6, 800, 1, 10, true);
-    CPeakBiquad b = a;
-    std::vector<float> left(256), right(256);
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        left[i] = static_cast<float>(std::sin(0.1 * static_cast<double>(i)));
-        right[i] = i == 0 ? 1.0f : 0.0f;
-    }
-    std::vector<float> expectedL = left, expectedR = right;
-    for (std::size_t i = 0; i < left.size(); ++i) b.tick(expectedL[i], expectedR[i]);
-    const float* const in[2] = {left.data(), right.data()};
-    float* const out[2] = {left.data(), right.data()};
-    a.process(in, out, 256);
-    EXPECT_EQ(left, expectedL);
-    EXPECT_EQ(right, expectedR);
-    a.reset();
-    EXPECT_EQ(a.x1L, 0.0);
-    EXPECT_EQ(a.y2R, 0.0);
-    a.process(in, out, 0);
-    EXPECT_EQ(left, expectedL);
-}
