@@ -17,7 +17,8 @@ TEST(RateReduction, Mappings) {
         rr.setBits(bits);
         EXPECT_NEAR(rr.getLevels(), levels, tolerance > 0 ? tolerance : 1e-6f * levels) << bits;
     }
-    for (auto [rate, step, tolerance] : {std::tuple{1.0f, 1.0f, 0.0f}, {0.0f, 0.01204f, 1e-5f}, {0.5f, 0.0754f, 1e-4f}}) {
+    for (auto [rate, step, tolerance] :
+         {std::tuple{1.0f, 1.0f, 0.0f}, {0.0f, 0.01204f, 1e-5f}, {0.5f, 0.0754f, 1e-4f}}) {
         rr.setRate(rate);
         EXPECT_NEAR(rr.getPhaseStep(), step, tolerance > 0 ? tolerance : 1e-6f) << rate;
     }

@@ -115,7 +115,8 @@ TEST_F(Vst2Host, PinsAndSpeakerArrangements) {
 }
 
 TEST_F(Vst2Host, VendorRequestsResumeAndBypass) {
-    const VstInt32 dAud = ('d' << 24) | ('A' << 16) | ('u' << 8) | 'd', stCA = ('s' << 24) | ('t' << 16) | ('C' << 8) | 'A';
+    const VstInt32 dAud = ('d' << 24) | ('A' << 16) | ('u' << 8) | 'd';
+    const VstInt32 stCA = ('s' << 24) | ('t' << 16) | ('C' << 8) | 'A';
     const struct {
         VstInt32 index;
         VstIntPtr value;
