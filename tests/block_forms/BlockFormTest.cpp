@@ -40,18 +40,19 @@ struct Case {
     std::function<bool()> sameState = [] { return true; };
 };
 
-// Two objects of one kind, the first run as blocks, the second sample by sample.
+// Two objects of one kind set up alike, the first run as blocks, the second sample by sample.
 template <typename T>
-std::shared_ptr<std::array<T, 2>> pair() {
-    return std::make_shared<std::array<T, 2>>();
+std::shared_ptr<std::array<T, 2>> pair(const std::function<void(T&)>& setUp) {
+    auto both = std::make_shared<std::array<T, 2>>();
+    for (T& one : *both) setUp(one);
+    return both;
 }
 
 Case sineOscillator() {
-    auto o = pair<Generators::CSineOSC>();
-    for (int i : {0, 1}) {
-        (*o)[i].setSampleRate(48000);
-        (*o)[i].setFrequency(800);
-    }
+    auto o = pair<Generators::CSineOSC>([](auto& osc) {
+        osc.setSampleRate(48000);
+        osc.setFrequency(800);
+    });
     return {"sine oscillator", [o](int round, bool asBlock, float* l, float*, int n) {
                 Generators::CSineOSC& osc = (*o)[asBlock ? 0 : 1];
                 if (round == 3) osc.setPhase(0.3);
@@ -61,12 +62,11 @@ Case sineOscillator() {
 }
 
 Case ringModulator() {
-    auto m = pair<FX::CFXRingMod>();
-    for (int i : {0, 1}) {
-        (*m)[i].setSampleRate(48000);
-        (*m)[i].setFrequency(500);
-        (*m)[i].setMix(0.6f);
-    }
+    auto m = pair<FX::CFXRingMod>([](auto& ring) {
+        ring.setSampleRate(48000);
+        ring.setFrequency(500);
+        ring.setMix(0.6f);
+    });
     return {"ring modulator", [m](int round, bool asBlock, float* l, float* r, int n) {
                 FX::CFXRingMod& ring = (*m)[asBlock ? 0 : 1];
                 if (round == 40) ring.setMix(0.0f);
@@ -79,12 +79,11 @@ Case ringModulator() {
 }
 
 Case vibrato() {
-    auto v = pair<FX::CVibrato>();
-    for (int i : {0, 1}) {
-        (*v)[i].setSampleRate(48000);
-        (*v)[i].setFrequency(5);
-        (*v)[i].setDepth(0.5f);
-    }
+    auto v = pair<FX::CVibrato>([](auto& vib) {
+        vib.setSampleRate(48000);
+        vib.setFrequency(5);
+        vib.setDepth(0.5f);
+    });
     return {"vibrato", [v](int round, bool asBlock, float* l, float* r, int n) {
                 FX::CVibrato& vib = (*v)[asBlock ? 0 : 1];
                 if (round == 300) vib.setDepth(0.0f);
@@ -101,8 +100,7 @@ Case vibrato() {
 }
 
 Case monoDelay(int length) {
-    auto d = pair<DELAY::CSimpleMonoDelay>();
-    for (int i : {0, 1}) (*d)[i].setDelaySamples(length);
+    auto d = pair<DELAY::CSimpleMonoDelay>([length](auto& delay) { delay.setDelaySamples(length); });
     std::vector<float> in = BlockForm::noise(5000, static_cast<uint32_t>(length));
     in[10] = -0.0f;
     return {"delay of " + std::to_string(length), [d, length](int round, bool asBlock, float* l, float*, int n) {
@@ -115,13 +113,12 @@ Case monoDelay(int length) {
 
 // One sample per call runs every library function afresh; longer blocks reuse their results.
 Case limiter(float releaseMs) {
-    auto f = pair<FX::CFXLimiter>();
-    for (int i : {0, 1}) {
-        (*f)[i].setSampleRate(48000);
-        (*f)[i].setBlockSize(512);
-        (*f)[i].setReleaseMs(releaseMs);
-        (*f)[i].setOutputGain(0.9f);
-    }
+    auto f = pair<FX::CFXLimiter>([releaseMs](auto& limiter) {
+        limiter.setSampleRate(48000);
+        limiter.setBlockSize(512);
+        limiter.setReleaseMs(releaseMs);
+        limiter.setOutputGain(0.9f);
+    });
     std::vector<float> l = BlockForm::noise(20000, 5, 3.0f), r = BlockForm::noise(20000, 6, 2.0f);
     for (size_t i = 8000; i < 9000; ++i) l[i] = r[i] = 0.1f * l[i];  // release between the loud parts
     return {"limiter releasing in " + std::to_string(releaseMs) + " ms",

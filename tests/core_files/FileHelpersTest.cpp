@@ -27,18 +27,18 @@ std::string readText(const fs::path& path) {
 }
 }  // namespace
 
-TEST(FileNames, SplitAtTheLastSeparatorAndDot) {
-    EXPECT_STREQ(Core::fileTitle("C:/a/b.c.d"), "b.c");
-    EXPECT_STREQ(Core::fileExtension("C:/a/b.c.d"), ".d");
-    EXPECT_STREQ(Core::fileName("C:/a/b.c.d"), "b.c.d");
-    EXPECT_STREQ(Core::fileTitle("x\\y.z.fxp"), "y.z");
-    EXPECT_STREQ(Core::fileTitle("C:name.txt"), "name");
-    EXPECT_STREQ(Core::fileExtension("/no/extension"), "");
+TEST(FileNames, SplitAtTheLastSeparatorAndDotAndIllegalCharacters) {
+    // Each answer lives in a buffer of its function until the next call.
+    const struct {
+        const char* (*split)(const char*);
+        const char *path, *part;
+    } splits[] = {{Core::fileTitle, "C:/a/b.c.d", "b.c"},  {Core::fileExtension, "C:/a/b.c.d", ".d"},
+                  {Core::fileName, "C:/a/b.c.d", "b.c.d"}, {Core::fileTitle, "x\\y.z.fxp", "y.z"},
+                  {Core::fileTitle, "C:name.txt", "name"}, {Core::fileExtension, "/no/extension", ""}};
+    for (const auto& s : splits) EXPECT_STREQ(s.split(s.path), s.part) << s.path;
     EXPECT_STREQ(Core::convertSeparators(1, "a/b\\c"), "a\\b\\c");
     EXPECT_STREQ(Core::convertSeparators(2, "a/b\\c"), "a/b/c");
-}
 
-TEST(FileNames, IllegalCharactersAreTheFifteenOfTheTable) {
     const std::string illegal = "^:*.\",/\\[];|=<>";
     ASSERT_EQ(illegal.size(), 15u);
     for (char c : illegal) EXPECT_FALSE(Core::isLegalFileNameChar(c)) << c;

@@ -10,7 +10,7 @@
 
 using namespace Core::Threads;
 
-TEST(ThreadEvent, SignalBeforeWaitReturnsAtOnceAndStays) {
+TEST(ThreadEvent, SignalBeforeWaitReturnsAtOnceAndAnotherThreadWakesTheWaiter) {
     ThreadEvent event;
     event.signal();
     event.wait();
@@ -20,15 +20,11 @@ TEST(ThreadEvent, SignalBeforeWaitReturnsAtOnceAndStays) {
     event.wait();
     EXPECT_FALSE(event.isSignalled());
     EXPECT_FALSE(event.waitFor(20));
-}
-
-TEST(ThreadEvent, AnotherThreadWakesTheWaiter) {
-    ThreadEvent event;
     std::thread signaller([&] {
         sleepMilliseconds(30);
         event.signal();
     });
-    EXPECT_TRUE(event.waitFor(5000));
+    EXPECT_TRUE(event.waitFor(5000));  // another thread wakes the waiter
     signaller.join();
 }
 

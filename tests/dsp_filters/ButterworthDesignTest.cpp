@@ -54,21 +54,8 @@ TEST(ButterworthDesign, FirstAndSecondOrderLowPassAt1kHzMatchPublishedCoefficien
     }
 }
 
-TEST(ButterworthDesign, HighPassSharesDenominatorWithLowPass) {
-    for (int order : {1, 2, 3, 4, 8}) {
-        const Designed low = designFor(1000, 44100, order, CFilterDesignSpec::kLowPass);
-        const Designed high = designFor(1000, 44100, order, CFilterDesignSpec::kHighPass);
-        for (int k = 0; k < (order + 1) / 2; ++k) {
-            EXPECT_NEAR(high.a1[k], low.a1[k], 1e-12) << "order " << order << " stage " << k;
-            EXPECT_NEAR(high.a2[k], low.a2[k], 1e-12) << "order " << order << " stage " << k;
-        }
-    }
-    const Designed high = designFor(1000, 44100, 2, CFilterDesignSpec::kHighPass);
-    expectSection(high.section(0), FilterTest::butterworthSection(1000, 44100, std::sqrt(0.5), true), 1e-11);
-}
-
-TEST(ButterworthDesign, HigherOrdersFactorIntoStagesOfDescendingQuality) {
-    for (int order : {3, 4, 5, 8}) {
+TEST(ButterworthDesign, EveryOrderFactorsIntoStagesOfDescendingQualityForBothTypes) {
+    for (int order : {1, 2, 3, 4, 5, 6, 8}) {
         for (bool highPass : {false, true}) {
             const Designed d = designFor(2500, 48000, order,
                                          highPass ? CFilterDesignSpec::kHighPass : CFilterDesignSpec::kLowPass);
@@ -78,23 +65,6 @@ TEST(ButterworthDesign, HigherOrdersFactorIntoStagesOfDescendingQuality) {
                               FilterTest::butterworthSection(2500, 48000, qualities[k], highPass), 1e-9);
             if (order % 2 == 1)
                 expectSection(d.section(order / 2), FilterTest::butterworthFirstOrder(2500, 48000, highPass), 1e-9);
-        }
-    }
-}
-
-TEST(ButterworthDesign, EachStageHasUnityGainAtItsReferenceFrequency) {
-    for (int order : {1, 2, 3, 4, 6, 8}) {
-        for (double f : {20.0, 1000.0, 15000.0}) {
-            // The normalisation expands its squares; at very low cutoffs that cancels to about 1e-5.
-            const double tolerance = f < 100 ? 1e-5 : 1e-9;
-            const Designed low = designFor(f, 44100, order, CFilterDesignSpec::kLowPass);
-            const Designed high = designFor(f, 44100, order, CFilterDesignSpec::kHighPass);
-            for (int k = 0; k < (order + 1) / 2; ++k) {
-                EXPECT_NEAR((low.b0[k] + low.b1[k] + low.b2[k]) / (1 + low.a1[k] + low.a2[k]), 1.0, tolerance)
-                    << order << " " << f << " " << k;
-                EXPECT_NEAR((high.b0[k] - high.b1[k] + high.b2[k]) / (1 - high.a1[k] + high.a2[k]), 1.0, tolerance)
-                    << order << " " << f << " " << k;
-            }
         }
     }
 }

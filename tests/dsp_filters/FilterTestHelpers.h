@@ -53,14 +53,6 @@ inline double butterworthMagnitude(double f, double cutoff, double fs, int order
 
 inline double toDb(double magnitude) { return 20.0 * std::log10(magnitude); }
 
-// Complex spectrum of a finite signal at one frequency.
-inline std::complex<double> dft(const std::vector<float>& x, double f, double fs, std::size_t start = 0) {
-    std::complex<double> sum = 0.0;
-    for (std::size_t n = start; n < x.size(); ++n)
-        sum += static_cast<double>(x[n]) * std::polar(1.0, -2.0 * kPi * f * static_cast<double>(n - start) / fs);
-    return sum;
-}
-
 inline void expectRelative(double actual, double expected, double relative, const char* what) {
     const double tolerance = relative * std::max(std::abs(expected), 1e-12);
     if (std::abs(actual - expected) > tolerance) {

@@ -35,31 +35,23 @@ TEST(LfoGenerator, SineStartsAtZeroRising) {
     EXPECT_NEAR(v[219 - 110 - 1], std::sin(2 * M_PI * 100 * 109 / 44000.0), 1e-9);
 }
 
-TEST(LfoGenerator, SawFallsFromOneAndWrapsOnlyPastOne) {
-    CLfoGenerator lfo = make(CLfoGenerator::kSaw, 11025.0);  // step 0.25
-    const std::vector<double> v = ticks(lfo, 6);
-    EXPECT_DOUBLE_EQ(v[0], 0.5);
-    EXPECT_DOUBLE_EQ(v[1], 0.0);
-    EXPECT_DOUBLE_EQ(v[2], -0.5);
-    EXPECT_DOUBLE_EQ(v[3], -1.0);  // phase exactly 1 does not wrap yet
-    EXPECT_DOUBLE_EQ(v[4], 0.5);   // 1.25 wraps to 0.25
-}
-
-TEST(LfoGenerator, SquareWrapsAtOneOrMore) {
-    CLfoGenerator lfo = make(CLfoGenerator::kSquare, 11025.0);  // step 0.25
-    const std::vector<double> v = ticks(lfo, 5);
-    EXPECT_EQ(v, (std::vector<double>{1, -1, -1, 1, 1}));  // 0.25 0.5 0.75 1->0 0.25
-}
-
-TEST(LfoGenerator, TriangleReflectsEvenForLargeSteps) {
-    CLfoGenerator lfo = make(CLfoGenerator::kTriangle, 5512.5);  // step 0.5
-    const std::vector<double> v = ticks(lfo, 6);
-    EXPECT_EQ(v, (std::vector<double>{0.5, 1.0, 0.5, 0.0, -0.5, -1.0}));
-    CLfoGenerator fast = make(CLfoGenerator::kTriangle, 27562.5);  // step 2.5
-    for (double x : ticks(fast, 50)) {
-        EXPECT_GE(x, -1.0);
-        EXPECT_LE(x, 1.0);
+// Saw and square wrap at one or more, the triangle reflects even for large steps.
+TEST(LfoGenerator, SawSquareAndTriangleSteps) {
+    const struct {
+        int shape;
+        double hertz;
+        std::vector<double> values;
+    } rows[] = {
+        {CLfoGenerator::kSaw, 11025.0, {0.5, 0.0, -0.5, -1.0, 0.5}},  // step 0.25: phase exactly 1 does not wrap yet
+        {CLfoGenerator::kSquare, 11025.0, {1, -1, -1, 1, 1}},         // 0.25 0.5 0.75 1->0 0.25
+        {CLfoGenerator::kTriangle, 5512.5, {0.5, 1.0, 0.5, 0.0, -0.5, -1.0}},  // step 0.5
+    };
+    for (const auto& row : rows) {
+        CLfoGenerator lfo = make(row.shape, row.hertz);
+        EXPECT_EQ(ticks(lfo, static_cast<int>(row.values.size())), row.values) << row.shape;
     }
+    CLfoGenerator fast = make(CLfoGenerator::kTriangle, 27562.5);  // step 2.5
+    for (double x : ticks(fast, 50)) EXPECT_TRUE(x >= -1.0 && x <= 1.0);
 }
 
 TEST(LfoGenerator, RandomShapesRepeatAfterConstructionButNotAfterRestart) {
@@ -102,15 +94,10 @@ TEST(LfoGenerator, SineShapesStayInRange) {
 
 TEST(LfoGenerator, TempoToHertzTable) {
     const double b = 120.0 / 60.0;
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(1, 120), b / 16);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(6, 120), b);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(8, 120), 4 * b);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(9, 120), 1.5 * b / 16);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(16, 120), 6 * b);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(17, 120), (2.0 / 3.0) * b / 16);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(24, 120), (8.0 / 3.0) * b);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(0, 120), 1.0);
-    EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(25, 120), 1.0);
+    const std::pair<int, double> rows[] = {{1, b / 16},       {6, b},         {8, 4 * b},  {9, 1.5 * b / 16},
+                                           {16, 6 * b},       {17, (2.0 / 3.0) * b / 16}, {24, (8.0 / 3.0) * b},
+                                           {0, 1.0},          {25, 1.0}};
+    for (auto [index, hertz] : rows) EXPECT_DOUBLE_EQ(CLfoGenerator::tempoToHertz(index, 120), hertz) << index;
 }
 
 TEST(LfoGenerator, SyncKeepsTheLastSyncedFrequencyUntilTheNextRate) {

@@ -24,28 +24,20 @@ struct Stage {
         for (DSP::CSlopeFilter* f : {&lowL, &lowR, &highL, &highR}) {
             f->setSampleRate(48000);
             f->mode = parallel ? 1 : 0;
+            f->setType(f == &highL || f == &highR ? 1 : 0);
+            f->setSlope(f == &highL || f == &highR ? highSlope : lowSlope);
         }
-        highL.setType(1);
-        highR.setType(1);
-        lowL.setSlope(lowSlope);
-        lowR.setSlope(lowSlope);
-        highL.setSlope(highSlope);
-        highR.setSlope(highSlope);
         resonanceLow.set(6, 1000, 0.9f, 9, true);
         resonanceHigh.set(6, 300, 0.7f, 6, true);
     }
 
     void setCutoffs(double low, double high) {
-        lowL.setCutoff(low);
-        lowR.setCutoff(low);
-        highL.setCutoff(high);
-        highR.setCutoff(high);
+        for (DSP::CSlopeFilter* f : {&lowL, &lowR}) f->setCutoff(low);
+        for (DSP::CSlopeFilter* f : {&highL, &highR}) f->setCutoff(high);
         resonanceLow.setFrequency(static_cast<float>(low));
         resonanceHigh.setFrequency(static_cast<float>(high));
-        dryHighL.copyCoefficients(highL.allPassStages());
-        dryHighR.copyCoefficients(highL.allPassStages());
-        dryLowL.copyCoefficients(lowL.allPassStages());
-        dryLowR.copyCoefficients(lowL.allPassStages());
+        for (DSP::CBiquadCascade* c : {&dryHighL, &dryHighR}) c->copyCoefficients(highL.allPassStages());
+        for (DSP::CBiquadCascade* c : {&dryLowL, &dryLowR}) c->copyCoefficients(lowL.allPassStages());
     }
 
     FilterStageParts parts() {
@@ -123,21 +115,19 @@ TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
                                            n);
                     at += static_cast<size_t>(n);
                 }
+                SCOPED_TRACE(testing::Message() << "slopes " << lowSlope << "/" << highSlope << ", parallel " << parallel);
                 for (size_t i = 0; i < 2 * total; ++i) {
-                    ASSERT_EQ(bits(outA[i]), bits(outB[i])) << "wet " << i << " slopes " << lowSlope << "/" << highSlope
-                                                            << (parallel ? " parallel" : " series");
-                    ASSERT_EQ(bits(dryA[i]), bits(dryB[i])) << "dry " << i << " slopes " << lowSlope << "/" << highSlope
-                                                            << (parallel ? " parallel" : " series");
+                    ASSERT_EQ(bits(outA[i]), bits(outB[i])) << "wet " << i;
+                    ASSERT_EQ(bits(dryA[i]), bits(dryB[i])) << "dry " << i;
                 }
-                EXPECT_TRUE(sameState(fused->lowL.lowPathA(), plain->lowL.lowPathA()));
-                EXPECT_TRUE(sameState(fused->lowR.lowPathB(), plain->lowR.lowPathB()));
-                EXPECT_TRUE(sameState(fused->highL.lowPathA(), plain->highL.lowPathA()));
-                EXPECT_TRUE(sameState(fused->highR.lowPathB(), plain->highR.lowPathB()));
-                EXPECT_TRUE(sameState(fused->highL.allPassStages(), plain->highL.allPassStages()));
-                EXPECT_TRUE(sameState(fused->dryHighR, plain->dryHighR));
-                EXPECT_TRUE(sameState(fused->dryLowL, plain->dryLowL));
-                EXPECT_TRUE(sameState(fused->resonanceLow, plain->resonanceLow));
-                EXPECT_TRUE(sameState(fused->resonanceHigh, plain->resonanceHigh));
+                const Stage &a = *fused, &b = *plain;
+                EXPECT_TRUE(sameState(a.lowL.lowPathA(), b.lowL.lowPathA()) &&
+                            sameState(a.lowR.lowPathB(), b.lowR.lowPathB()) &&
+                            sameState(a.highL.lowPathA(), b.highL.lowPathA()) &&
+                            sameState(a.highR.lowPathB(), b.highR.lowPathB()) &&
+                            sameState(a.highL.allPassStages(), b.highL.allPassStages()) &&
+                            sameState(a.dryHighR, b.dryHighR) && sameState(a.dryLowL, b.dryLowL) &&
+                            sameState(a.resonanceLow, b.resonanceLow) && sameState(a.resonanceHigh, b.resonanceHigh));
             }
         }
     }

@@ -7,18 +7,15 @@
 
 using Ondra::IPluginParameter;
 
-namespace {
-std::string display(IPluginParameter* p, float value, int flags = 0) {
-    char out[Ondra::kParameterTextSize];
-    p->getDisplayText(value, out, flags);
-    return out;
-}
-}  // namespace
-
 class ParameterSet : public ::testing::Test {
 protected:
-    EffectHarness harness;
     IPluginParameter* row(int id) { return harness.effect->getParameter(id); }
+    std::string display(IPluginParameter* p, float value, int flags = 0) {
+        char out[Ondra::kParameterTextSize];
+        p->getDisplayText(value, out, flags);
+        return out;
+    }
+    EffectHarness harness;
 };
 
 TEST_F(ParameterSet, FortyNineRowsWithUniqueKeysAndTheAutomationGap) {
@@ -40,46 +37,38 @@ TEST_F(ParameterSet, FortyNineRowsWithUniqueKeysAndTheAutomationGap) {
     EXPECT_EQ(effect.findParameter("nope"), nullptr);
 }
 
-TEST_F(ParameterSet, FormattersAToH) {
-    const int plain = Ondra::kDisplayPlain;
-    const int unit = Ondra::kDisplayWithUnit;
-    EXPECT_EQ(display(row(11), 0), "Bandpass");
-    EXPECT_EQ(display(row(11), 1), "Notch");
-    EXPECT_EQ(display(row(18), 100), "All");
-    EXPECT_EQ(display(row(18), 100.5f, unit), "100.50Hz");
-    EXPECT_EQ(display(row(18), 100.5f), "100.50");
-    EXPECT_EQ(display(row(18), 4000, unit), "4.00kHz");
-    EXPECT_EQ(display(row(18), 4000), "4.00k");
-    const char* shapes[] = {"Sine", "Triangle", "Saw", "Dbl Sine", "Mod. Sine", "Square", ""};
-    for (int s = 0; s <= 6; ++s) EXPECT_EQ(display(row(21), static_cast<float>(s)), shapes[s]);
-    EXPECT_EQ(display(row(25), 29), "Host");
-    EXPECT_EQ(display(row(25), 29.99f), "30");  // the effect reads it as 30: the first host step
-    EXPECT_EQ(display(row(25), 30), "30");
-    EXPECT_EQ(display(row(28), 0), "pre Filter");
-    EXPECT_EQ(display(row(32), 1), "post Filter");
-    EXPECT_EQ(display(row(34), 1), "Auto");
-    EXPECT_EQ(display(row(34), 110, unit), "110 ms");
-    EXPECT_EQ(display(row(34), 110), " 110");
-    EXPECT_EQ(display(row(47), 0), "Off");
-    EXPECT_EQ(display(row(47), -0.5f), "-50.00%");
-    EXPECT_EQ(display(row(47), 0.5f), "+50.00%");
-    EXPECT_EQ(display(row(5), 0.001f, plain), "0");
-    EXPECT_EQ(display(row(19), 1), "1.0");
-    EXPECT_EQ(display(row(0), 2), "+6.02");
+TEST_F(ParameterSet, EveryFormatterInBothForms) {
+    const int plain = Ondra::kDisplayPlain, unit = Ondra::kDisplayWithUnit;
+    row(22)->setValue(0);  // the LFO rate in hertz
+    const struct {
+        int id;
+        float value;
+        int flags;
+        const char* shown;
+    } rows[] = {
+        {11, 0, 0, "Bandpass"},     {11, 1, 0, "Notch"},           {18, 100, 0, "All"},
+        {18, 100.5f, unit, "100.50Hz"}, {18, 100.5f, 0, "100.50"}, {18, 4000, unit, "4.00kHz"},
+        {18, 4000, 0, "4.00k"},     {21, 0, 0, "Sine"},            {21, 1, 0, "Triangle"},
+        {21, 2, 0, "Saw"},          {21, 3, 0, "Dbl Sine"},        {21, 4, 0, "Mod. Sine"},
+        {21, 5, 0, "Square"},       {21, 6, 0, ""},                {25, 29, 0, "Host"},
+        {25, 29.99f, 0, "30"},  // the effect reads it as 30: the first host step
+        {25, 30, 0, "30"},          {28, 0, 0, "pre Filter"},      {32, 1, 0, "post Filter"},
+        {34, 1, 0, "Auto"},         {34, 110, unit, "110 ms"},     {34, 110, 0, " 110"},
+        {47, 0, 0, "Off"},          {47, -0.5f, 0, "-50.00%"},     {47, 0.5f, 0, "+50.00%"},
+        {5, 0.001f, plain, "0"},    {19, 1, 0, "1.0"},             {0, 2, 0, "+6.02"},
+        {20, 0.5f, unit, "0.500Hz"}, {20, 2.5f, 0, "2.50"},  // the LFO rate, not synced
+    };
+    for (const auto& r : rows) EXPECT_EQ(display(row(r.id), r.value, r.flags), r.shown) << r.id << " " << r.value;
 }
 
 TEST_F(ParameterSet, LfoRateTextFollowsTheSyncSwitch) {
     IPluginParameter* rate = row(20);
     row(22)->setValue(1);
-    rate->setNormalized(0.0f);
-    EXPECT_EQ(display(rate, rate->getValue()), "4/1");
-    rate->setNormalized(1.0f);
-    EXPECT_EQ(display(rate, rate->getValue()), "1/16D");
-    rate->setNormalized(6.0f / 23.0f);  // index 7
-    EXPECT_EQ(display(rate, rate->getValue()), "1/8");
-    row(22)->setValue(0);
-    EXPECT_EQ(display(rate, 0.5f, Ondra::kDisplayWithUnit), "0.500Hz");
-    EXPECT_EQ(display(rate, 2.5f), "2.50");
+    const std::pair<float, const char*> steps[] = {{0, "4/1"}, {1, "1/16D"}, {6.0f / 23, "1/8"}};
+    for (const auto& [normalized, shown] : steps) {
+        rate->setNormalized(normalized);
+        EXPECT_EQ(display(rate, rate->getValue()), shown);
+    }
     for (int i = 1; i <= 24; ++i) EXPECT_EQ(lfoSyncIndexFromNormalized((i - 1) / 23.0f), i);
     EXPECT_STREQ(lfoSyncText(12), "1/1T");
     EXPECT_STREQ(lfoSyncText(20), "1/1D");

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "EffectHarness.h"
-#include "framework/plugin/ChunkedProcess.h"
 #include "support/HeaviestSettings.h"
 
 namespace {
@@ -54,6 +53,10 @@ void testSignal(float rate, size_t frames, std::vector<float>& left, std::vector
     }
 }
 
+void setAll(EffectHarness& h, std::initializer_list<std::pair<int, float>> values) {
+    for (auto [id, value] : values) h.set(id, value);
+}
+
 // The heaviest settings with a hot input, so that the limiter works on most of the signal.
 void heaviest(EffectHarness& h) {
     TestSupport::applyHeaviestSettings(*h.effect);
@@ -88,21 +91,9 @@ struct Case {
     bool playing = false;  // the host's transport runs, so that a synced LFO locks to it
 };
 
-void runPlaying(EffectHarness& h, float rate, float* left, float* right, int n) {
-    Ondra::OndraAudioBlock block;
-    block.in[0].refer(left, right, n);
-    block.out[0].refer(left, right, n);
-    block.inputCount = block.outputCount = 1;
-    block.tempo = 120;
-    block.transportPlaying = true;
-    block.samplePos = h.position;
-    block.ppqPos = h.position / rate * 2.0;
-    Ondra::processInChunks(*h.effect, block, n, Ondra::ChunkingRules{});
-    h.position += n;
-}
-
 uint64_t render(const Case& c) {
     EffectHarness harness(c.rate, 512);
+    harness.playing = c.playing;  // at the harness's 120 BPM
     if (c.setup) c.setup(harness);
     std::vector<float> left, right;
     testSignal(c.rate, kSeconds * static_cast<size_t>(c.rate), left, right);
@@ -111,10 +102,7 @@ uint64_t render(const Case& c) {
     for (size_t at = 0; at < left.size(); at += static_cast<size_t>(c.block), ++index) {
         if (c.automate) c.automate(harness, index);
         const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(c.block), left.size() - at));
-        if (c.playing)
-            runPlaying(harness, c.rate, left.data() + at, right.data() + at, n);
-        else
-            harness.runBlock(left.data() + at, right.data() + at, n);
+        harness.runBlock(left.data() + at, right.data() + at, n);
     }
     double energy = 0;
     for (size_t i = 0; i < left.size(); ++i) energy += static_cast<double>(left[i]) * left[i] + right[i] * right[i];
@@ -131,28 +119,13 @@ void expectReference(const Case& c) {
 
 void parallelHeavy(EffectHarness& h) {
     heaviest(h);
-    h.set(kFilterMode, 1);
-    h.set(kDistPrePost, 1);
-    h.set(kRatePrePost, 0);
-    h.set(kLowPassFreq, 600);
-    h.set(kHighPassFreq, 5000);
+    setAll(h, {{kFilterMode, 1}, {kDistPrePost, 1}, {kRatePrePost, 0}, {kLowPassFreq, 600}, {kHighPassFreq, 5000}});
 }
 
 void preStagesWithMix(EffectHarness& h) {
-    h.set(kLowPassSlope, 3);
-    h.set(kHighPassSlope, 1);
-    h.set(kLowPassFreq, 6000);
-    h.set(kHighPassFreq, 120);
-    h.set(kDistLevel, 0.9f);
-    h.set(kDistPrePost, 0);
-    h.set(kRateReduceLevel, 0.3f);
-    h.set(kRatePrePost, 0);
-    h.set(kDryWetMix, 0.35f);
-    h.set(kInputGain, 0.7f);
-    h.set(kOutputGain, 1.3f);
-    h.set(kLimiterBypass, 1);
-    h.set(kLimitRelease, 200);
-    h.set(kMeasurePoint, 100);
+    setAll(h, {{kLowPassSlope, 3}, {kHighPassSlope, 1}, {kLowPassFreq, 6000}, {kHighPassFreq, 120}, {kDistLevel, 0.9f},
+               {kDistPrePost, 0}, {kRateReduceLevel, 0.3f}, {kRatePrePost, 0}, {kDryWetMix, 0.35f}, {kInputGain, 0.7f},
+               {kOutputGain, 1.3f}, {kLimiterBypass, 1}, {kLimitRelease, 200}, {kMeasurePoint, 100}});
 }
 
 // Cutoffs, gains and structure move between blocks, as host automation would move them.
@@ -171,20 +144,13 @@ void automateSweep(EffectHarness& h, int block) {
 
 void limiterWithManualRelease(EffectHarness& h) {
     heaviest(h);
-    h.set(kInputGain, 2.0f);
-    h.set(kLimitRelease, 200);
-    h.set(kLimiterOutGain, -0.5f);
+    setAll(h, {{kInputGain, 2.0f}, {kLimitRelease, 200}, {kLimiterOutGain, -0.5f}});
 }
 
 void syncedLfo(EffectHarness& h) {
     TestSupport::applyHeaviestSettings(*h.effect);
-    h.set(kLfoSync, 1);
-    h.set(kLfoRate, 2.5f);
-    h.set(kLfoShape, 1);
-    h.set(kLfoShift, 0.3f);
-    h.set(kLowPassSlope, 3);
-    h.set(kHighPassSlope, 2);
-    h.set(kFilterMode, 1);
+    setAll(h, {{kLfoSync, 1}, {kLfoRate, 2.5f}, {kLfoShape, 1}, {kLfoShift, 0.3f}, {kLowPassSlope, 3},
+               {kHighPassSlope, 2}, {kFilterMode, 1}});
 }
 
 void bypassToggles(EffectHarness& h, int block) {

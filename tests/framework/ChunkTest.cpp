@@ -50,18 +50,15 @@ TEST(COndraChunk, LayoutOfAFinishedChunk) {
     ChunkLayout::Outer outer;
     ASSERT_TRUE(ChunkLayout::readOuter(block.data(), block.size(), outer));
     EXPECT_EQ(outer.tag, "MMK-zonfra-Preset");
-    EXPECT_EQ(outer.reserved, 0);
-    EXPECT_EQ(outer.headerSize, 44);
-    EXPECT_EQ(outer.version, 0x1000);
-    EXPECT_EQ(outer.compressed, 1);
+    EXPECT_EQ(std::vector<int32_t>({outer.reserved, outer.headerSize, outer.version, outer.compressed}),
+              std::vector<int32_t>({0, 44, 0x1000, 1}));
     for (size_t i = 17; i < 20; ++i) EXPECT_EQ(block[i], 0) << "tag is zero-filled";
     const auto records = ChunkLayout::readRecords(outer.plain);
     ASSERT_EQ(records.size(), 3u);
     EXPECT_EQ(records[0].name, "First");
     EXPECT_EQ(records[0].offset, 0u);
-    EXPECT_EQ(records[0].headerSize, 40);
-    EXPECT_EQ(records[0].version, 0x1000);
-    EXPECT_EQ(records[0].dataSize, 5);
+    EXPECT_EQ(std::vector<int32_t>({records[0].headerSize, records[0].version, records[0].dataSize}),
+              std::vector<int32_t>({40, 0x1000, 5}));
     EXPECT_EQ(records[1].offset, 45u);  // no padding between records
     EXPECT_EQ(records[1].data, (std::vector<uint8_t>{1, 2, 3}));
     EXPECT_EQ(records[2].name, "PresetName");
@@ -69,69 +66,19 @@ TEST(COndraChunk, LayoutOfAFinishedChunk) {
     EXPECT_EQ(static_cast<size_t>(outer.plainSize), outer.plain.size());
 }
 
-TEST(COndraChunk, ReadFindsRecordsAndName) {
-    COndraChunk writer = effectChunk();
-    writer.setPresetName("Sweep");
-    writer.addChunk("Data", "hello");
-    std::vector<uint8_t> block = finished(writer);
-    COndraChunk reader = effectChunk();
-    ASSERT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
-    void* data = nullptr;
-    EXPECT_EQ(reader.find("Data", &data), 6);
-    EXPECT_STREQ(static_cast<char*>(data), "hello");
-    EXPECT_EQ(reader.find("Missing", &data), 0);
-    EXPECT_EQ(data, nullptr);
-    EXPECT_STREQ(reader.getPresetName(), "Sweep");
-}
-
-TEST(COndraChunk, RefusesShortForeignAndNewerBlocks) {
+// Damage the effect reads is refused by the effect's tests; a newer version is the reader's alone.
+TEST(COndraChunk, RefusesNewerVersionsAndNothingStagedGivesNothing) {
     COndraChunk writer = effectChunk();
     writer.addChunk("Data", "x");
     std::vector<uint8_t> block = finished(writer);
     COndraChunk reader = effectChunk();
-    std::vector<uint8_t> copy(block.begin(), block.begin() + 43);
-    EXPECT_EQ(reader.read(copy.data(), 43), 2);
-    copy = block;
-    copy[4] = 'X';  // another product's tag
-    EXPECT_EQ(reader.read(copy.data(), static_cast<int>(copy.size())), 2);
-    copy = block;
-    EXPECT_EQ(reader.read(copy.data(), static_cast<int>(copy.size()) - 1), 2);  // truncated payload
-    copy = block;
-    copy[28] = 0x01, copy[29] = 0x10;  // version 0x1001
-    EXPECT_EQ(reader.read(copy.data(), static_cast<int>(copy.size())), 2);
+    block[28] = 0x01, block[29] = 0x10;  // version 0x1001
+    EXPECT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 2);
     EXPECT_EQ(reader.read(nullptr, 100), 2);
-}
-
-TEST(COndraChunk, EmptyNameIsNoNameAndLongNamesAreRefused) {
-    COndraChunk chunk = effectChunk();
-    chunk.setPresetName("");
-    EXPECT_STREQ(chunk.getPresetName(), "NoName");
+    COndraChunk empty = effectChunk();
     void* out = nullptr;
-    EXPECT_EQ(chunk.finish(&out), 0);  // nothing staged
+    EXPECT_EQ(empty.finish(&out), 0);
     EXPECT_EQ(out, nullptr);
-
-    COndraChunk writer = effectChunk();
-    const std::string name41(41, 'n');
-    writer.addChunk("PresetName", name41.c_str());
-    std::vector<uint8_t> block = finished(writer);
-    COndraChunk reader = effectChunk();
-    ASSERT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
-    EXPECT_STREQ(reader.getPresetName(), "");
-}
-
-TEST(COndraChunk, ABodyThatDoesNotUnpackToItsStatedSizeIsRefused) {
-    COndraChunk writer = effectChunk();
-    writer.addChunk("Data", "some text that compresses");
-    const std::vector<uint8_t> good = finished(writer);
-    std::vector<uint8_t> garbled = good, longer = good, shorter = good;
-    for (size_t i = 44; i < garbled.size(); ++i) garbled[i] ^= 0x5A;
-    longer[40] += 1;   // stated plain size
-    shorter[40] -= 1;
-    for (std::vector<uint8_t>* block : {&garbled, &longer, &shorter}) {
-        COndraChunk reader = effectChunk();
-        EXPECT_EQ(reader.read(block->data(), static_cast<int>(block->size())), 2);
-        EXPECT_EQ(reader.getRecordsRead(), 0);
-    }
 }
 
 TEST(COndraChunk, RandomCorruptionNeverCrashes) {
@@ -190,13 +137,9 @@ TEST_F(ManagerFixture, TableLayout) {
     ChunkLayout::ParameterTable table;
     ASSERT_TRUE(ChunkLayout::readParameterTable(data, table));
     EXPECT_EQ(table.tag, "MMK zonfra");
-    EXPECT_EQ(table.headerSize, 48);
-    EXPECT_EQ(table.version, 0x1000);
-    EXPECT_EQ(table.compressed, 0);
-    EXPECT_EQ(table.storedSize, 3 * 64);
-    EXPECT_EQ(table.plainSize, 3 * 64);
-    EXPECT_EQ(table.recordSize, 64);
-    EXPECT_EQ(table.count, 3);
+    EXPECT_EQ(std::vector<int32_t>({table.headerSize, table.version, table.compressed, table.storedSize, table.plainSize,
+                                    table.recordSize, table.count}),
+              std::vector<int32_t>({48, 0x1000, 0, 3 * 64, 3 * 64, 64, 3}));
     EXPECT_EQ(data.size(), 48u + 3 * 64);
     ASSERT_EQ(table.rows.size(), 3u);
     EXPECT_EQ(table.rows[0].key, "ALPHA");

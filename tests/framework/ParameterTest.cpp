@@ -40,33 +40,29 @@ TEST(ParameterCurve, ShapeValuesAndInverse) {
     EXPECT_FLOAT_EQ(shape(0.3f, 0), 0.3f);
 }
 
-TEST(ParameterProperty, NormalisedRoundTripOverTheCurve) {
+TEST(ParameterProperty, NormalisedRoundTripOverTheCurveAndClipping) {
     auto p = make(40, 22050, 22050, 22050, 30, kUnitFrequency);
-    p->setNormalized(1.0f);
-    EXPECT_FLOAT_EQ(p->getValue(), 22050);
-    p->setNormalized(0.0f);
-    EXPECT_FLOAT_EQ(p->getValue(), 40);
+    for (auto [normalized, value] : {std::pair{1.0f, 22050.0f}, {0.0f, 40.0f}, {1.7f, 22050.0f}}) {  // clipped to 0..1
+        p->setNormalized(normalized);
+        EXPECT_FLOAT_EQ(p->getValue(), value) << normalized;
+    }
     p->setNormalized(0.5f);
     EXPECT_NEAR(p->getValue(), 40 + (22050 - 40) * 0.03125f, 0.01);
     EXPECT_NEAR(p->getNormalized(), 0.5f, 1e-5);
-    p->setNormalized(1.7f);  // clipped to 0..1
-    EXPECT_FLOAT_EQ(p->getValue(), 22050);
-}
-
-TEST(ParameterProperty, SetValueClipsAndAlwaysNotifies) {
+    // Values clip to the range, also an inverted one, and always notify.
     std::vector<std::string> log;
     RecordingListener listener(&log, "a");
-    auto p = make(0, 2, 1, 1, 0, kUnitGain);
-    p->addListener(&listener, false);
-    p->setValue(5);
-    EXPECT_FLOAT_EQ(p->getValue(), 2);
-    p->setValue(2);
+    auto gain = make(0, 2, 1, 1, 0, kUnitGain);
+    gain->addListener(&listener, false);
+    gain->setValue(5);
+    EXPECT_FLOAT_EQ(gain->getValue(), 2);
+    gain->setValue(2);
     EXPECT_EQ(log.size(), 2u);
     auto inverted = make(1, -1, 0, 0, 0, kUnitFraction);
-    inverted->setValue(3);
-    EXPECT_FLOAT_EQ(inverted->getValue(), 1);
-    inverted->setValue(-3);
-    EXPECT_FLOAT_EQ(inverted->getValue(), -1);
+    for (float v : {3.0f, -3.0f}) {
+        inverted->setValue(v);
+        EXPECT_FLOAT_EQ(inverted->getValue(), v / 3);
+    }
 }
 
 TEST(ParameterProperty, ListenersLastAddedFirstAndExceptSkipsTheSetter) {
@@ -106,18 +102,16 @@ TEST(ParameterProperty, DefaultsAndResetAreSeparateFromTheInitialValue) {
 }
 
 TEST(ParameterProperty, IntAndBool) {
-    auto p = make(-5, 5, 0, 0, 0, kUnitWhole);
-    p->setValue(2.99f);
-    EXPECT_EQ(p->getInt(), 3);
-    p->setValue(2.97f);
-    EXPECT_EQ(p->getInt(), 2);
-    p->setValue(-2.99f);
-    EXPECT_EQ(p->getInt(), -3);
+    auto whole = make(-5, 5, 0, 0, 0, kUnitWhole);
+    for (auto [value, rounded] : {std::pair{2.99f, 3}, {2.97f, 2}, {-2.99f, -3}}) {
+        whole->setValue(value);
+        EXPECT_EQ(whole->getInt(), rounded) << value;
+    }
     auto sw = make(0, 1, 0, 0, 0, kUnitSwitch);
-    sw->setValue(0.49f);
-    EXPECT_FALSE(sw->getBool());
-    sw->setValue(0.5f);
-    EXPECT_TRUE(sw->getBool());
+    for (auto [value, on] : {std::pair{0.49f, false}, {0.5f, true}}) {
+        sw->setValue(value);
+        EXPECT_EQ(sw->getBool(), on) << value;
+    }
 }
 
 TEST(ParameterProperty, MinimumAndMaximumClipThePresentValue) {

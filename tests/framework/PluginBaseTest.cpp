@@ -66,21 +66,28 @@ struct HostBlock {
 
 }  // namespace
 
-TEST(OndraOS, HostTypeNamesTempoAndDelayReport) {
+TEST(OndraOS, HostTypeNamesTempoDelayAndAutomationReports) {
     OndraOS alone(nullptr);
     EXPECT_STREQ(alone.getHostedPluginTypeName(), "NO_CALLBACK");
     EXPECT_FLOAT_EQ(alone.getHostTempo(), 10.0f);
     const char* expected[] = {"-", "VST2", "VST3", "RTAS", "AU", "AAX", "Ondra", ""};
     for (int type = 0; type <= 7; ++type) {
         TypedCallback callback(type);
-        OndraOS plugin(&callback);
-        EXPECT_STREQ(plugin.getHostedPluginTypeName(), expected[type]);
+        EXPECT_STREQ(OndraOS(&callback).getHostedPluginTypeName(), expected[type]);
     }
     TypedCallback callback(2);
-    OndraOS plugin(&callback);
+    struct WithCallback : RecordingPlugin {
+        explicit WithCallback(OndraCallback* cb) { callback = cb; }
+    } plugin(&callback);
     plugin.setInitialDelay(240);
     EXPECT_EQ(callback.reported, 240);
     EXPECT_FLOAT_EQ(plugin.getHostTempo(), 133.0f);
+    // Only automatable parameters go to the host.
+    plugin.b.setValue(5);
+    plugin.automate(&plugin.b);
+    plugin.a.setAutomatable(false);
+    plugin.automate(&plugin.a);
+    EXPECT_EQ(callback.automated, (std::vector<std::pair<int, float>>{{1, 0.5f}}));
 }
 
 TEST(OndraOS, BypassCallsSuspendOrResumeAfterStoring) {
@@ -93,20 +100,6 @@ TEST(OndraOS, BypassCallsSuspendOrResumeAfterStoring) {
     plugin.setBypass(true);
     plugin.setBypass(false);
     EXPECT_EQ(plugin.log, std::vector<std::string>({"suspend:1", "resume:0"}));
-}
-
-TEST(OndraOS, AutomateGoesToTheHostOnlyForAutomatableParameters) {
-    TypedCallback callback(1);
-    struct WithCallback : RecordingPlugin {
-        explicit WithCallback(OndraCallback* cb) { callback = cb; }
-    } withCallback(&callback);
-    withCallback.b.setValue(5);
-    withCallback.automate(&withCallback.b);
-    withCallback.a.setAutomatable(false);
-    withCallback.automate(&withCallback.a);
-    ASSERT_EQ(callback.automated.size(), 1u);
-    EXPECT_EQ(callback.automated[0].first, 1);
-    EXPECT_FLOAT_EQ(callback.automated[0].second, 0.5f);
 }
 
 TEST(ChunkedProcess, CutsAtTheControlChunkAndAdvancesTheTimeLine) {
@@ -134,31 +127,25 @@ TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
     ASSERT_EQ(plugin.chunks.size(), 2u);
     EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 88.0 / (0.5 * 44100.0));
     EXPECT_EQ(plugin.chunks[0].toNextBeat, 22050);
+    EXPECT_EQ(samplesToNextBeat(0.5, 120, 44100), 11025);
+    EXPECT_EQ(samplesToNextBeat(0.0, 0, 44100), 264600);  // tempo below 10 counts as 10
 }
 
 TEST(ChunkedProcess, WholeBlockRules) {
-    RecordingPlugin plugin;
-    HostBlock host(176);
-    ChunkingRules vst3;
-    vst3.wholeBlockBelowTwoChunks = true;
-    processInChunks(plugin, host.block, 100, vst3);
-    EXPECT_EQ(plugin.chunks.size(), 1u);
-    plugin.chunks.clear();
-    HostBlock second(176);
-    processInChunks(plugin, second.block, 176, vst3);
-    EXPECT_EQ(plugin.chunks.size(), 2u);
-    plugin.chunks.clear();
-    plugin.chunkSize = -1;
-    HostBlock third(300);
-    processInChunks(plugin, third.block, 300, ChunkingRules{});
-    EXPECT_EQ(plugin.chunks.size(), 1u);
-}
-
-TEST(ChunkedProcess, SamplesToNextBeat) {
-    EXPECT_EQ(samplesToNextBeat(0.0, 120, 44100), 22050);
-    EXPECT_EQ(samplesToNextBeat(0.5, 120, 44100), 11025);
-    // Tempo below 10 counts as 10.
-    EXPECT_EQ(samplesToNextBeat(0.0, 0, 44100), 264600);
+    const struct {
+        int chunkSize, samples;
+        bool wholeBelowTwoChunks;
+        size_t chunks;
+    } rows[] = {{88, 100, true, 1}, {88, 176, true, 2}, {-1, 300, false, 1}};
+    for (const auto& row : rows) {
+        RecordingPlugin plugin;
+        plugin.chunkSize = row.chunkSize;
+        HostBlock host(row.samples);
+        ChunkingRules rules;
+        rules.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks;
+        processInChunks(plugin, host.block, row.samples, rules);
+        EXPECT_EQ(plugin.chunks.size(), row.chunks) << row.samples;
+    }
 }
 
 TEST(AutomationQueue, QueuedPointsCutChunksAtTheirOffsets) {
@@ -168,12 +155,13 @@ TEST(AutomationQueue, QueuedPointsCutChunksAtTheirOffsets) {
     plugin.queueAutomation(&plugin.b, 0.2f, 30);
     processInChunks(plugin, host.block, 176, ChunkingRules{});
     ASSERT_EQ(plugin.chunks.size(), 3u);
-    EXPECT_EQ(plugin.chunks[0].samples, 30);
-    EXPECT_FLOAT_EQ(plugin.chunks[0].a, 1.0f);
-    EXPECT_FLOAT_EQ(plugin.chunks[0].b, 0.0f);
-    EXPECT_EQ(plugin.chunks[1].samples, 88);
-    EXPECT_FLOAT_EQ(plugin.chunks[1].b, 2.0f);
-    EXPECT_EQ(plugin.chunks[2].samples, 58);
+    const int samples[] = {30, 88, 58};
+    const float a[] = {1, 1, 1}, b[] = {0, 2, 2};
+    for (size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(plugin.chunks[i].samples, samples[i]) << i;
+        EXPECT_FLOAT_EQ(plugin.chunks[i].a, a[i]) << i;
+        EXPECT_FLOAT_EQ(plugin.chunks[i].b, b[i]) << i;
+    }
     EXPECT_FALSE(plugin.hasQueuedAutomation());
 }
 
@@ -243,14 +231,12 @@ TEST(MidiDecoding, NotesBendsAndControllers) {
     OndraOS plugin(nullptr);
     plugin.processMidiEvents(events);
     // "All notes off" runs first among the events of its delta.
-    EXPECT_EQ(events[0].kind, kMidiAllNotesOff);
-    EXPECT_EQ(events[1].kind, kMidiNoteOn);
+    const int kinds[] = {kMidiAllNotesOff, kMidiNoteOn, kMidiNoteOff, events[3].kind, kMidiAllSoundOff};
+    for (size_t i = 0; i < 5; ++i) EXPECT_EQ(events[i].kind, kinds[i]) << i;
     EXPECT_EQ(events[1].channel, 3);
     EXPECT_FLOAT_EQ(events[1].value1, 1.0f);
-    EXPECT_EQ(events[2].kind, kMidiNoteOff);
     EXPECT_EQ(events[2].status, 0x80);
     EXPECT_FLOAT_EQ(events[3].value2, 8191.0f / 8152.0f);
-    EXPECT_EQ(events[4].kind, kMidiAllSoundOff);
     EXPECT_FLOAT_EQ(events[4].value2, 64.0f / 127.0f);
 
     std::vector<OndraMidiEvent> bends = {midi(0xE0, 1, 64), midi(0xE0, 0, 0)};  // +1: dead zone; -8192

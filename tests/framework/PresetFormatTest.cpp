@@ -12,6 +12,7 @@
 #include "framework/presets/CPresetFormatFXB.h"
 #include "framework/presets/CPresetFormatFXP.h"
 #include "framework/presets/CZonfraPresetFormat.h"
+#include "support/Samples.h"
 
 namespace fs = std::filesystem;
 using namespace Ondra;
@@ -19,10 +20,7 @@ using namespace Ondra;
 namespace {
 const uint32_t kVzon = static_cast<uint32_t>(fourCharacterId("Vzon"));
 
-std::vector<uint8_t> fileBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), {});
-}
+std::vector<uint8_t> fileBytes(const fs::path& path) { return TestSupport::fileBytes(path.string()); }
 uint32_t be32(const std::vector<uint8_t>& b, size_t at) {
     return uint32_t(b[at]) << 24 | uint32_t(b[at + 1]) << 16 | uint32_t(b[at + 2]) << 8 | b[at + 3];
 }
@@ -59,15 +57,11 @@ TEST_F(PresetFormats, FxpHeaderIsBigEndianAndRoundTrips) {
     presetFormatFXP().write(path.string(), block.data(), int(block.size()));
     const auto bytes = fileBytes(path);
     ASSERT_EQ(bytes.size(), 60 + block.size());
-    EXPECT_EQ(text4(bytes, 0), "CcnK");
-    EXPECT_EQ(be32(bytes, 4), block.size() + 52);
-    EXPECT_EQ(text4(bytes, 8), "FPCh");
-    EXPECT_EQ(be32(bytes, 12), 1u);
-    EXPECT_EQ(text4(bytes, 16), "Vzon");
-    EXPECT_EQ(be32(bytes, 20), 1u);
-    EXPECT_EQ(be32(bytes, 24), 0u) << "numPrograms stays 0";
+    EXPECT_EQ(text4(bytes, 0) + text4(bytes, 8) + text4(bytes, 16), "CcnKFPChVzon");
+    // Size, format version, plug-in version, programs (stays 0), chunk size.
+    for (auto [at, value] : {std::pair{4, block.size() + 52}, {12, 1}, {20, 1}, {24, 0}, {56, block.size()}})
+        EXPECT_EQ(be32(bytes, static_cast<size_t>(at)), value) << at;
     EXPECT_STREQ(reinterpret_cast<const char*>(&bytes[28]), "Warm Sweep");
-    EXPECT_EQ(be32(bytes, 56), block.size());
 
     std::vector<uint8_t> back;
     ASSERT_TRUE(readBack(presetFormatFXP(), path, back));
@@ -80,8 +74,7 @@ TEST_F(PresetFormats, FxbHeaderAndRoundTrip) {
     const auto bytes = fileBytes(path);
     ASSERT_EQ(bytes.size(), 160 + block.size());
     EXPECT_EQ(be32(bytes, 4), block.size() + 152);
-    EXPECT_EQ(text4(bytes, 8), "FBCh");
-    EXPECT_EQ(text4(bytes, 16), "Vzon");
+    EXPECT_EQ(text4(bytes, 8) + text4(bytes, 16), "FBChVzon");
     for (size_t i = 28; i < 156; ++i) ASSERT_EQ(bytes[i], 0) << i;
     EXPECT_EQ(be32(bytes, 156), block.size());
     std::vector<uint8_t> back;
@@ -163,18 +156,15 @@ TEST_F(PresetFormats, NativeFormatWritesItsOwnLayoutAndReadsFxp) {
 }
 
 TEST_F(PresetFormats, ExtensionsAndTheRawBase) {
+    for (auto [format, extension] : {std::pair<CFileFormat*, const char*>{&presetFormatFXP(), ".fxp"},
+                                     {&presetFormatFXB(), ".fxb"}, {&zonfraPresetFormat(), ".zonfraPreset"}})
+        EXPECT_STREQ(format->getExtension(), extension);
     CFileFormat raw;
-    CFileFormatCppHeader header;
-    EXPECT_STREQ(raw.getExtension(), ".none");
-    EXPECT_STREQ(presetFormatFXP().getExtension(), ".fxp");
-    EXPECT_STREQ(presetFormatFXB().getExtension(), ".fxb");
-    EXPECT_STREQ(zonfraPresetFormat().getExtension(), ".zonfraPreset");
-    EXPECT_STREQ(header.getExtension(), ".h");
-
     raw.write((dir / "raw.bin").string(), block.data(), int(block.size()));
     std::vector<uint8_t> back;
     ASSERT_TRUE(readBack(raw, dir / "raw.bin", back));
     EXPECT_EQ(back, block);
+    CFileFormatCppHeader header;
     header.write((dir / "h.h").string(), block.data(), int(block.size()));
     EXPECT_FALSE(fs::exists(dir / "h.h"));
 }

@@ -1,12 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdio>
 #include <set>
 #include <string>
-#include <vector>
 
-#include "framework/plugin/ChunkedProcess.h"
 #include "framework/plugin/OndraOS.h"
 #include "framework/plugin/OndraPluginInfo.h"
 #include "support/PluginLibrary.h"
@@ -49,7 +46,7 @@ TEST(PluginLibrary, ExportsOnlyTheEntryPoints) {
         EXPECT_TRUE(ours.count(name) || families.count(name)) << "unexpected export " << name;
 }
 
-TEST(PluginLibrary, MakesAnInstanceThatProcessesAudio) {
+TEST(PluginLibrary, MakesAnInstanceThatReportsItsLatency) {
     TestSupport::PluginLibrary library;
     ASSERT_TRUE(library.loaded()) << library.error();
     auto getList = library.function<GetPluginList>("getOndraPluginListPTR");
@@ -73,24 +70,9 @@ TEST(PluginLibrary, MakesAnInstanceThatProcessesAudio) {
     EXPECT_STREQ(plugin->getHostedPluginTypeName(), "Ondra");
     EXPECT_NE(sampler(plugin), nullptr);
     EXPECT_EQ(sampler(nullptr), nullptr);
+    // Its sound is the effect's, which the effect's tests hear through the same interface.
     plugin->setSampleRate(48000);
-    plugin->setBlockSize(256);
     EXPECT_EQ(plugin->getInitialDelay(), 240);
 
-    std::vector<float> left(2048), right(2048);
-    for (size_t i = 0; i < left.size(); ++i) left[i] = right[i] = i == 0 ? 1.0f : 0.0f;
-    for (size_t at = 0; at < left.size(); at += 256) {
-        Ondra::OndraAudioBlock block;
-        block.in[0].refer(left.data() + at, right.data() + at, 256);
-        block.out[0].refer(left.data() + at, right.data() + at, 256);
-        block.inputCount = block.outputCount = 1;
-        block.tempo = 120;
-        Ondra::processInChunks(*plugin, block, 256, Ondra::ChunkingRules{});
-    }
-    size_t peak = 0;
-    for (size_t i = 0; i < left.size(); ++i)
-        if (std::fabs(left[i]) > std::fabs(left[peak])) peak = i;
-    EXPECT_EQ(peak, 240u);
-    for (float v : left) ASSERT_TRUE(std::isfinite(v));
     delete plugin;
 }

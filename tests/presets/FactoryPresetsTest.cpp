@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
-#include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
@@ -18,6 +15,7 @@
 #include "framework/resources/ResourceAccess.h"
 #include "PresetTable.h"
 #include "effect/EffectHarness.h"
+#include "support/Samples.h"
 
 namespace {
 struct Preset {
@@ -89,9 +87,8 @@ TEST(FactoryPresets, EveryPresetLoadsPlaysAndIsDistinct) {
     std::set<std::vector<float>> seen;
     for (const Preset& preset : archivePresets()) {
         SCOPED_TRACE(preset.name);
-        EXPECT_EQ(std::string(reinterpret_cast<const char*>(&preset.file[0]), 4), "CcnK");
-        EXPECT_EQ(std::string(reinterpret_cast<const char*>(&preset.file[8]), 4), "FPCh");
-        EXPECT_EQ(std::string(reinterpret_cast<const char*>(&preset.file[16]), 4), "Vzon");
+        const auto text4 = [&](size_t at) { return std::string(preset.file.begin() + at, preset.file.begin() + at + 4); };
+        EXPECT_EQ(text4(0) + text4(8) + text4(16), "CcnKFPChVzon");
 
         EffectHarness harness(48000.0f, 512);
         loadPreset(*harness.effect, preset.file);
@@ -102,13 +99,9 @@ TEST(FactoryPresets, EveryPresetLoadsPlaysAndIsDistinct) {
         std::vector<float> left = sine(24000, 220, 48000, 0.5f), right = sine(24000, 331, 48000, 0.5f);
         for (size_t i = 0; i < left.size(); i += 97) left[i] += 0.3f;  // clicks wake the envelopes
         harness.run(left, right, 512);
-        double energy = 0;
-        for (size_t i = 0; i < left.size(); ++i) {
-            ASSERT_TRUE(std::isfinite(left[i]) && std::isfinite(right[i])) << "sample " << i;
-            ASSERT_LT(std::fabs(left[i]), 16.0f) << "sample " << i;
-            energy += double(left[i]) * left[i] + double(right[i]) * right[i];
-        }
-        EXPECT_GT(energy, 1e-3) << "a preset should not be silent";
+        // Finite at every rate: SampleRates.
+        EXPECT_LT(std::fabs(left[TestSupport::peakIndex(left)]), 16.0f);
+        EXPECT_GT(TestSupport::energy(left) + TestSupport::energy(right), 1e-3) << "a preset should not be silent";
     }
 }
 
@@ -125,49 +118,6 @@ TEST(FactoryPresets, ANewInstanceIsTheInitPreset) {
     loadPreset(*loaded.effect, init->file);
     EXPECT_EQ(parameterValues(*fresh.effect), parameterValues(*loaded.effect));
     EXPECT_EQ(fresh.presetName(), "Init Preset");
-
-    // Both sound the same too.
-    std::vector<float> a = sine(8192, 440, 44100), b = a, c = a, d = a;
-    fresh.run(a, b, 256);
-    loaded.run(c, d, 256);
-    EXPECT_EQ(a, c);
-}
-
-TEST(FactoryPresets, PresetFilesLeaveTheGlobalLimiterToTheProject) {
-    const std::string dir = "/tmp/zonfra-preset-save-" + std::to_string(getpid());
-    std::filesystem::create_directories(dir);
-    Ondra::presetFormatFXP().fxID = static_cast<uint32_t>(Ondra::fourCharacterId("Vzon"));
-
-    EffectHarness saver;
-    saver.effect->getGlobalLimiterParameter().setValue(0);
-    char text[64];
-    saver.effect->getGlobalLimiterParameter().textFromNormalized(saver.effect->getGlobalLimiterParameter().getNormalized(), text);
-    EXPECT_STREQ(text, "Gbl.OFF");
-    // What the preset browser does when it saves.
-    saver.effect->setWriteGlobalLimiter(0);
-    void* chunk = nullptr;
-    const int size = saver.effect->getChunk(&chunk);
-    saver.effect->setWriteGlobalLimiter(1);
-    Ondra::presetFormatFXP().write(dir + "/Saved.fxp", chunk, size);
-
-    void* data = nullptr;
-    int length = 0;
-    Ondra::presetFormatFXP().read(dir + "/Saved.fxp", &data, &length);
-    ASSERT_NE(data, nullptr);
-    EffectHarness other;
-    other.effect->setChunk(data, length);
-    Ondra::presetFormatFXP().freeData(data);
-    other.effect->getGlobalLimiterParameter().textFromNormalized(other.effect->getGlobalLimiterParameter().getNormalized(), text);
-    EXPECT_STREQ(text, "Preset");
-    EXPECT_EQ(other.presetName(), "Init Preset");
-
-    // A host's chunk carries the switch.
-    const int projectSize = saver.effect->getChunk(&chunk);
-    std::vector<uint8_t> project(static_cast<uint8_t*>(chunk), static_cast<uint8_t*>(chunk) + projectSize);
-    other.effect->setChunk(project.data(), projectSize);
-    other.effect->getGlobalLimiterParameter().textFromNormalized(other.effect->getGlobalLimiterParameter().getNormalized(), text);
-    EXPECT_STREQ(text, "Gbl.OFF");
-    std::filesystem::remove_all(dir);
 }
 
 extern "C" Ondra::OndraPluginList* getOndraPluginListPTR();

@@ -35,26 +35,15 @@ TEST(RateOrder, TheStateSoundsTheSameWhetherItCameBeforeOrAfterTheRate) {
         for (const NamedState& setup : setups) {
             auto first = instance(setup, rate, Order::RateThenState);
             auto second = instance(setup, rate, Order::StateThenRate);
-            std::vector<float> l1, r1, l2, r2;
-            play(*first, l1, r1, rate);
-            play(*second, l2, r2, rate);
-            ASSERT_EQ(l1, l2) << setup.name << " at " << rate;
-            ASSERT_EQ(r1, r2) << setup.name << " at " << rate;
+            // At 48 kHz both switch to 96 kHz while running and play on.
+            for (float now : rate == 48000.0f ? std::vector<float>{rate, 96000.0f} : std::vector<float>{rate}) {
+                for (EffectHarness* harness : {first.get(), second.get()})
+                    if (now != rate) harness->effect->setSampleRate(now);
+                std::vector<float> l1, r1, l2, r2;
+                play(*first, l1, r1, now);
+                play(*second, l2, r2, now);
+                ASSERT_TRUE(l1 == l2 && r1 == r2) << setup.name << " at " << rate << " then " << now;
+            }
         }
-    }
-}
-
-TEST(RateOrder, ARateChangeWhileRunningLeavesNoDifferenceBehind) {
-    for (const NamedState& setup : TestSupport::everySetup()) {
-        auto first = instance(setup, 48000, Order::RateThenState);
-        auto second = instance(setup, 48000, Order::StateThenRate);
-        std::vector<float> l1, r1, l2, r2;
-        play(*first, l1, r1, 48000);
-        play(*second, l2, r2, 48000);
-        for (EffectHarness* harness : {first.get(), second.get()}) harness->effect->setSampleRate(96000);
-        play(*first, l1, r1, 96000);
-        play(*second, l2, r2, 96000);
-        ASSERT_EQ(l1, l2) << setup.name;
-        ASSERT_EQ(r1, r2) << setup.name;
     }
 }

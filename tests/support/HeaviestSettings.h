@@ -1,4 +1,6 @@
 #pragma once
+#include <utility>
+
 #include "effect/CZonfra.h"
 
 namespace TestSupport {
@@ -8,31 +10,14 @@ namespace TestSupport {
 // automatic release, resonance on both filters, and a dry/wet below 1. The benchmarks and the
 // reference output test share it.
 inline void applyHeaviestSettings(CZonfra& effect) {
-    auto set = [&effect](int id, float value) { effect.getParameter(id)->setValue(value); };
-    set(kLowPassSlope, 4);
-    set(kHighPassSlope, 4);
-    set(kLowPassFreq, 2500);
-    set(kHighPassFreq, 300);
-    set(kLowPassQ, 0.6f);
-    set(kHighPassQ, 0.4f);
-    set(kLpStrength, 0.7f);
-    set(kHpStrength, -0.5f);
-    set(kLpStrengthLfo, 1.5f);
-    set(kHpStrengthLfo, -1.0f);
-    set(kLfoSync, 0);
-    set(kLfoRate, 2.0f);
-    set(kMeasurePoint, 2000);
-    set(kRingModStrength, 0.5f);
-    set(kRingModFreq, 800);
-    set(kFreqModStrength, 0.5f);
-    set(kFreqModFreq, 5);
-    set(kDistLevel, 0.6f);
-    set(kDistPrePost, 0);
-    set(kRateReduceLevel, 0.6f);
-    set(kRatePrePost, 1);
-    set(kLimiterBypass, 1);
-    set(kLimitRelease, 1);
-    set(kDryWetMix, 0.8f);
+    const std::pair<int, float> settings[] = {
+        {kLowPassSlope, 4},        {kHighPassSlope, 4},       {kLowPassFreq, 2500},    {kHighPassFreq, 300},
+        {kLowPassQ, 0.6f},         {kHighPassQ, 0.4f},        {kLpStrength, 0.7f},     {kHpStrength, -0.5f},
+        {kLpStrengthLfo, 1.5f},    {kHpStrengthLfo, -1.0f},   {kLfoSync, 0},           {kLfoRate, 2.0f},
+        {kMeasurePoint, 2000},     {kRingModStrength, 0.5f},  {kRingModFreq, 800},     {kFreqModStrength, 0.5f},
+        {kFreqModFreq, 5},         {kDistLevel, 0.6f},        {kDistPrePost, 0},       {kRateReduceLevel, 0.6f},
+        {kRatePrePost, 1},         {kLimiterBypass, 1},       {kLimitRelease, 1},      {kDryWetMix, 0.8f}};
+    for (auto [id, value] : settings) effect.getParameter(id)->setValue(value);
 }
 
 }  // namespace TestSupport

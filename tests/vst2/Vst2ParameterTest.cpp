@@ -16,26 +16,25 @@ constexpr int kInputGain = 0;
 constexpr int kLowPassFrequency = 1;
 }  // namespace
 
-TEST(Vst2Parameters, NamesUnitsAndDisplayTextsByIndex) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
-    plugin.start(44100, 512);
-    EXPECT_EQ(plugin.text(effGetParamName, kInputGain), "Input Gain");
-    EXPECT_EQ(plugin.text(effGetParamLabel, kInputGain), "dB");
-    EXPECT_EQ(plugin.text(effGetParamDisplay, kInputGain), "+0.00");  // unity gain
-    EXPECT_EQ(plugin.text(effGetParamName, kLowPassFrequency), "LowPass.Freq.");
-    EXPECT_EQ(plugin.text(effGetParamLabel, kLowPassFrequency), "Hz");
-    EXPECT_EQ(plugin.text(effGetParamDisplay, kLowPassFrequency), "22050.0");
+class Vst2Parameters : public Started {};
+
+TEST_F(Vst2Parameters, NamesUnitsAndDisplayTextsByIndex) {
+    const struct {
+        VstInt32 opcode;
+        int index;
+        const char* text;
+    } texts[] = {{effGetParamName, kInputGain, "Input Gain"},         {effGetParamLabel, kInputGain, "dB"},
+                 {effGetParamDisplay, kInputGain, "+0.00"},  // unity gain
+                 {effGetParamName, kLowPassFrequency, "LowPass.Freq."}, {effGetParamLabel, kLowPassFrequency, "Hz"},
+                 {effGetParamDisplay, kLowPassFrequency, "22050.0"}};
+    for (const auto& t : texts) EXPECT_EQ(plugin.text(t.opcode, t.index), t.text);
     EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), 1.0f);
-
-    plugin.setParameter(kLowPassFrequency, 0.0f);
-    EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), 0.0f);
-    EXPECT_EQ(plugin.text(effGetParamDisplay, kLowPassFrequency), "40.0");
     // A curve of 30 puts the middle of the knob at 3.125 % of the range.
-    plugin.setParameter(kLowPassFrequency, 0.5f);
-    EXPECT_NEAR(plugin.getParameter(kLowPassFrequency), 0.5f, 1e-5);
-    EXPECT_EQ(plugin.text(effGetParamDisplay, kLowPassFrequency), "727.8");
-
+    for (auto [value, shown] : {std::pair{0.0f, "40.0"}, {0.5f, "727.8"}}) {
+        plugin.setParameter(kLowPassFrequency, value);
+        EXPECT_NEAR(plugin.getParameter(kLowPassFrequency), value, 1e-5);
+        EXPECT_EQ(plugin.text(effGetParamDisplay, kLowPassFrequency), shown);
+    }
     // Every parameter has a name, fits its buffer and can be automated.
     for (int index = 0; index < plugin.effect->numParams; ++index) {
         const std::string name = plugin.text(effGetParamName, index);
@@ -46,14 +45,11 @@ TEST(Vst2Parameters, NamesUnitsAndDisplayTextsByIndex) {
     }
 }
 
-TEST(Vst2Parameters, OutOfRangeIndexesAreHarmless) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
+TEST_F(Vst2Parameters, OutOfRangeIndexesAndValuesAreHarmless) {
     const int count = plugin.effect->numParams;
     for (int index : {-1, count, count + 1, 100000}) {
-        EXPECT_EQ(plugin.text(effGetParamName, index), "") << index;
-        EXPECT_EQ(plugin.text(effGetParamLabel, index), "") << index;
-        EXPECT_EQ(plugin.text(effGetParamDisplay, index), "") << index;
+        for (VstInt32 opcode : {effGetParamName, effGetParamLabel, effGetParamDisplay})
+            EXPECT_EQ(plugin.text(opcode, index), "") << index;
         EXPECT_EQ(plugin.getParameter(index), 0.0f) << index;
         plugin.setParameter(index, 0.5f);
         EXPECT_EQ(plugin.dispatch(effCanBeAutomated, index), 0) << index;
@@ -61,17 +57,13 @@ TEST(Vst2Parameters, OutOfRangeIndexesAreHarmless) {
         EXPECT_EQ(plugin.dispatch(effGetParameterProperties, index, 0, &properties), 0) << index;
     }
     // Values outside 0..1 are clipped, not-a-number is ignored.
-    plugin.setParameter(kLowPassFrequency, 7.0f);
-    EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), 1.0f);
-    plugin.setParameter(kLowPassFrequency, -3.0f);
-    EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), 0.0f);
-    plugin.setParameter(kLowPassFrequency, std::nanf(""));
-    EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), 0.0f);
+    for (auto [value, kept] : {std::pair{7.0f, 1.0f}, {-3.0f, 0.0f}, {std::nanf(""), 0.0f}}) {
+        plugin.setParameter(kLowPassFrequency, value);
+        EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), kept);
+    }
 }
 
-TEST(Vst2Parameters, PropertiesCarryTheNameAndNoFlags) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
+TEST_F(Vst2Parameters, PropertiesCarryTheNameAndNoFlags) {
     VstParameterProperties properties;
     std::memset(&properties, 0x55, sizeof properties);
     ASSERT_EQ(plugin.dispatch(effGetParameterProperties, kLowPassFrequency, 0, &properties), 1);
@@ -83,33 +75,22 @@ TEST(Vst2Parameters, PropertiesCarryTheNameAndNoFlags) {
     EXPECT_EQ(plugin.dispatch(effGetParameterProperties, 0, 0, nullptr), 0);
 }
 
-TEST(Vst2Parameters, HostValuesAreNotReportedBack) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
-    plugin.start(44100, 512);
+TEST_F(Vst2Parameters, HostValuesAreNotReportedBackAndAnEchoOfAReportIsDropped) {
     host().automated.clear();
     for (int index = 0; index < plugin.effect->numParams; ++index) plugin.setParameter(index, 0.3f);
     EXPECT_TRUE(host().automated.empty());
-}
 
-TEST(Vst2Parameters, EchoOfAReportIsDropped) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
-    plugin.start(44100, 512);
     plugin.setParameter(kLowPassFrequency, 0.25f);
     void* data = nullptr;
     const VstIntPtr size = plugin.dispatch(effGetChunk, 1, 0, &data);
     ASSERT_GT(size, 0);
     std::vector<char> preset(static_cast<char*>(data), static_cast<char*>(data) + size);
     plugin.setParameter(kLowPassFrequency, 0.9f);
-
     // Loading state changes the parameters from inside: each change goes to the host, and this
     // host answers every report with a setParameter of its own.
-    host().automated.clear();
     host().echoValue = 0.6f;
     plugin.dispatch(effSetChunk, 1, size, preset.data());
     host().echoValue = -1.0f;
-
     int reports = 0;
     for (const Automation& a : host().automated)
         if (a.index == kLowPassFrequency) {

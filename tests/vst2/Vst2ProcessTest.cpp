@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <cstring>
 #include <vector>
 
@@ -8,9 +10,11 @@
 #include "adapters/vst2/sdk/VstEvents.h"
 #include "adapters/vst2/sdk/VstSpeakerArrangement.h"
 #include "support/AllocationCounter.h"
+#include "support/Samples.h"
 
 using namespace Vst2;
 using namespace Vst2Test;
+using TestSupport::allFinite;
 
 namespace {
 constexpr int kLatencyAt44k = 221;
@@ -26,19 +30,6 @@ struct Stereo {
     std::vector<float> left, right;
 };
 
-size_t peakOf(const std::vector<float>& x) {
-    size_t peak = 0;
-    for (size_t i = 0; i < x.size(); ++i)
-        if (std::fabs(x[i]) > std::fabs(x[peak])) peak = i;
-    return peak;
-}
-
-bool allFinite(const std::vector<float>& x) {
-    for (float v : x)
-        if (!std::isfinite(v)) return false;
-    return true;
-}
-
 // An impulse on both sides, run through the plug-in in blocks of `frames`, in place.
 Stereo impulseInPlace(Plugin& plugin, int frames, size_t length) {
     Stereo audio(length);
@@ -52,7 +43,9 @@ Stereo impulseInPlace(Plugin& plugin, int frames, size_t length) {
 }
 }  // namespace
 
-TEST(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
+class Vst2Process : public Started {};
+
+TEST_F(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
     // Host blocks larger than announced, hosts without time information and MIDI events change nothing.
     const struct {
         const char* name;
@@ -69,11 +62,11 @@ TEST(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        Plugin plugin;
-        ASSERT_NE(plugin.effect, nullptr);
-        plugin.start(row.rate, row.announced);
+        Plugin fresh;  // each row starts its own
+        ASSERT_NE(fresh.effect, nullptr);
+        fresh.start(row.rate, row.announced);
         host().giveTime = row.giveTime;
-        ASSERT_EQ(plugin.effect->initialDelay, row.latency);
+        ASSERT_EQ(fresh.effect->initialDelay, row.latency);
         if (row.events) {
             VstMidiEvent note{};
             note.type = kVstMidiType;
@@ -86,12 +79,12 @@ TEST(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
             list.numEvents = 2;
             list.events[0] = reinterpret_cast<VstEvent*>(&note);
             list.events[1] = &sysex;
-            EXPECT_EQ(plugin.dispatch(effProcessEvents, 0, 0, &list), 1);
-            EXPECT_EQ(plugin.dispatch(effProcessEvents, 0, 0, &none), 1);
+            EXPECT_EQ(fresh.dispatch(effProcessEvents, 0, 0, &list), 1);
+            EXPECT_EQ(fresh.dispatch(effProcessEvents, 0, 0, &none), 1);
         }
-        const Stereo out = impulseInPlace(plugin, row.frames, row.length);
-        EXPECT_EQ(peakOf(out.left), static_cast<size_t>(row.latency));
-        EXPECT_EQ(peakOf(out.right), static_cast<size_t>(row.latency));
+        const Stereo out = impulseInPlace(fresh, row.frames, row.length);
+        EXPECT_EQ(TestSupport::peakIndex(out.left), static_cast<size_t>(row.latency));
+        EXPECT_EQ(TestSupport::peakIndex(out.right), static_cast<size_t>(row.latency));
         const float height = row.rate == 44100 ? 1.0f : 0.69f;  // the low-pass stops at 22,050 Hz, below that rate's Nyquist
         EXPECT_NEAR(out.left[static_cast<size_t>(row.latency)], height, 0.05f);
         EXPECT_NEAR(out.right[static_cast<size_t>(row.latency)], height / 2, 0.05f);
@@ -100,21 +93,16 @@ TEST(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
         // Blocks of any length up to the announced one keep working, down to a single sample.
         float one[2] = {0.25f, 0.25f};
         float* channels[2] = {&one[0], &one[1]};
-        plugin.process(channels, channels, 1);
+        fresh.process(channels, channels, 1);
         EXPECT_TRUE(std::isfinite(one[0]) && std::isfinite(one[1]));
-        plugin.process(channels, channels, 0);
+        fresh.process(channels, channels, 0);
     }
 }
 
-TEST(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
+TEST_F(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
     Plugin inPlace;
-    ASSERT_NE(inPlace.effect, nullptr);
     inPlace.start(44100, 512);
     const Stereo expected = impulseInPlace(inPlace, 512, 2048);
-
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
-    plugin.start(44100, 512);
     Stereo input(2048), output(2048);
     input.left[0] = 1.0f;
     input.right[0] = 0.5f;
@@ -126,16 +114,11 @@ TEST(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
     }
     EXPECT_EQ(input.left, original.left);
     EXPECT_EQ(input.right, original.right);
-    for (size_t i = 0; i < 2048; ++i) {
-        ASSERT_FLOAT_EQ(output.left[i], expected.left[i]) << i;
-        ASSERT_FLOAT_EQ(output.right[i], expected.right[i]) << i;
-    }
+    EXPECT_EQ(output.left, expected.left);
+    EXPECT_EQ(output.right, expected.right);
 }
 
-TEST(Vst2Process, MonoInputFeedsBothSides) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
-    plugin.start(44100, 512);
+TEST_F(Vst2Process, MonoInputFeedsBothSides) {
     VstSpeakerArrangement mono{};
     mono.type = kSpeakerArrMono;
     mono.numChannels = 1;
@@ -154,18 +137,11 @@ TEST(Vst2Process, MonoInputFeedsBothSides) {
         float* out[2] = {output.left.data() + at, output.right.data() + at};
         plugin.process(in, out, 512);
     }
-    double energy = 0;
-    for (size_t i = 0; i < 1024; ++i) {
-        ASSERT_FLOAT_EQ(output.left[i], output.right[i]) << i;
-        energy += static_cast<double>(output.left[i]) * output.left[i];
-    }
-    EXPECT_GT(energy, 1.0);
+    EXPECT_EQ(output.left, output.right);
+    EXPECT_GT(std::inner_product(output.left.begin(), output.left.end(), output.left.begin(), 0.0), 1.0);
 }
 
-TEST(Vst2Process, ProcessReplacingAllocatesNothing) {
-    Plugin plugin;
-    ASSERT_NE(plugin.effect, nullptr);
-    plugin.start(44100, 512);
+TEST_F(Vst2Process, ProcessReplacingAllocatesNothing) {
     VstMidiEvent note{};
     note.type = kVstMidiType;
     note.midiData[0] = static_cast<char>(0x80);

@@ -1,4 +1,6 @@
 #pragma once
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -58,6 +60,16 @@ public:
 
     Vst2::AEffect* effect = nullptr;
     TestSupport::PluginLibrary library;
+};
+
+// A plug-in started at 44.1 kHz with blocks of 512, as hosts start it; fails at once when it is not made.
+class Started : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NE(plugin.effect, nullptr);
+        plugin.start(44100, 512);
+    }
+    Plugin plugin;
 };
 
 }  // namespace Vst2Test

@@ -1,6 +1,8 @@
 #pragma once
 // Host-side objects a VST 3 test host hands to the plug-in: a memory stream and parameter queues.
+#include <algorithm>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 #include "adapters/vst3/sdk/Vst3Controller.h"
@@ -15,12 +17,9 @@ template <typename Interface>
 class Counted : public Interface {
 public:
     tresult queryInterface(const TUID interfaceId, void** object) override {
-        if (sameUid(interfaceId, FUnknown::iid) || sameUid(interfaceId, Interface::iid)) {
-            *object = this;
-            return kResultOk;
-        }
-        *object = nullptr;
-        return kNoInterface;
+        const bool known = sameUid(interfaceId, FUnknown::iid) || sameUid(interfaceId, Interface::iid);
+        *object = known ? this : nullptr;
+        return known ? kResultOk : kNoInterface;
     }
     uint32 addRef() override { return ++count; }
     uint32 release() override { return --count; }
@@ -31,8 +30,7 @@ public:
 class MemoryStream : public Counted<IBStream> {
 public:
     tresult read(void* buffer, int32 numBytes, int32* numBytesRead) override {
-        const int32 available = static_cast<int32>(bytes.size()) - static_cast<int32>(position);
-        const int32 n = numBytes < available ? numBytes : (available > 0 ? available : 0);
+        const int32 n = std::min(numBytes, std::max(static_cast<int32>(bytes.size() - position), 0));
         if (n > 0) std::memcpy(buffer, bytes.data() + position, static_cast<size_t>(n));
         position += static_cast<size_t>(n);
         if (numBytesRead) *numBytesRead = n;
@@ -46,10 +44,9 @@ public:
         return kResultOk;
     }
     tresult seek(int64 pos, int32 mode, int64* result) override {
-        position = static_cast<size_t>(mode == kIBSeekSet ? pos : mode == kIBSeekCur ? static_cast<int64>(position) + pos
-                                                                                     : static_cast<int64>(bytes.size()) + pos);
-        if (result) *result = static_cast<int64>(position);
-        return kResultOk;
+        const size_t base = mode == kIBSeekSet ? 0 : mode == kIBSeekCur ? position : bytes.size();
+        position = static_cast<size_t>(static_cast<int64>(base) + pos);
+        return tell(result);
     }
     tresult tell(int64* pos) override {
         if (pos) *pos = static_cast<int64>(position);
@@ -66,8 +63,7 @@ public:
     int32 getPointCount() override { return static_cast<int32>(points.size()); }
     tresult getPoint(int32 index, int32& offset, ParamValue& value) override {
         if (index < 0 || index >= getPointCount()) return kInvalidArgument;
-        offset = points[static_cast<size_t>(index)].first;
-        value = points[static_cast<size_t>(index)].second;
+        std::tie(offset, value) = points[static_cast<size_t>(index)];
         return kResultOk;
     }
     tresult addPoint(int32 offset, ParamValue value, int32& index) override {

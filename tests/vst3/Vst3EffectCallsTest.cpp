@@ -58,18 +58,10 @@ size_t firstDifference(const std::vector<float>& a, const std::vector<float>& b)
     return i;
 }
 
-struct LowPassMove : Changes {
-    LowPassMove() {
-        int32 index = 0;
-        addParameterData(kLowPassFrequency, index)->addPoint(0, 0.3, index);
-    }
-};
-
 }  // namespace
 
 class Vst3EffectCalls : public ModuleTest {
 protected:
-
     size_t latency() {
         Instance plugin(module);
         return plugin.processor->getLatencySamples();
@@ -78,8 +70,8 @@ protected:
     // Output of a fresh instance for one sequence of host calls, the cutoff moved at the first.
     std::vector<float> cutoffMove(std::initializer_list<int32> calls) {
         Instance plugin(module);
-        LowPassMove move;
-        return render(plugin, calls, &move);
+        Changes move;
+        return render(plugin, calls, &move.add(kLowPassFrequency, 0.3));
     }
 
     // Output of a fresh instance whose synced LFO moves the low-pass: a few blocks at a context
@@ -87,9 +79,7 @@ protected:
     std::vector<float> lfoSweep(ProcessContext* context) {
         Instance plugin(module);
         Changes setup;
-        int32 index = 0;
-        setup.addParameterData(kLowPassFrequency, index)->addPoint(0, 0.5, index);
-        setup.addParameterData(kLowPassLfoStrength, index)->addPoint(0, 0.75, index);
+        setup.add(kLowPassFrequency, 0.5).add(kLowPassLfoStrength, 0.75);
         ProcessContext sixty{};
         sixty.state = ProcessContext::kTempoValid;
         sixty.tempo = 60;

@@ -29,20 +29,17 @@ TEST(Vst3Helpers, FuidWordsBytesAndText) {
     char text[FUID::kTextSize];
     id.toString(text);
     EXPECT_STREQ(text, "647541644E56434757525052567A6F6E");
-
     FUID parsed;
     EXPECT_FALSE(parsed.isValid());
     ASSERT_TRUE(parsed.fromString("647541644e56434757525052567a6f6e"));
     EXPECT_TRUE(parsed == id);
     TUID bytes;
     parsed.toTUID(bytes);
-    EXPECT_TRUE(id.matches(bytes));
-    EXPECT_TRUE(FUID::fromTUID(bytes) == id);
+    EXPECT_TRUE(id.matches(bytes) && FUID::fromTUID(bytes) == id);
     EXPECT_FALSE(FUID::fromTUID(nullptr).isValid());
-
     // Wrong length or a non-digit: refused, the identifier stays.
-    for (const char* bad : std::initializer_list<const char*>{"647541644E56434757525052567A6F6", "647541644E56434757525052567A6F6E0",
-                            "647541644E56434757525052567A6F6G", "", nullptr}) {
+    for (const char* bad : {"647541644E56434757525052567A6F6", "647541644E56434757525052567A6F6E0",
+                            "647541644E56434757525052567A6F6G", "", static_cast<const char*>(nullptr)}) {
         EXPECT_FALSE(parsed.fromString(bad)) << (bad ? bad : "null");
         EXPECT_TRUE(parsed == id);
     }
@@ -55,21 +52,18 @@ TEST(Vst3Helpers, TextBetweenUtf8AndSixteenBits) {
     String128 text;
     StringConvert::toString128("Zürich €5", text);
     EXPECT_EQ(wide(text), u"Zürich €5");
-    char back[64];
+    char back[64], tiny[3];
     StringConvert::toUtf8(text, back, sizeof back);
     EXPECT_STREQ(back, "Zürich €5");
-
     char16 small[4];
     StringConvert::toUtf16("abcdef", small, 4);
     EXPECT_EQ(wide(small), u"abc");
-    char tiny[3];
     StringConvert::toUtf8(u"xyz", tiny, sizeof tiny);
     EXPECT_STREQ(tiny, "xy");
     StringConvert::toString128(nullptr, text);
     EXPECT_EQ(text[0], 0);
     StringConvert::toUtf8(nullptr, back, sizeof back);
     EXPECT_STREQ(back, "");
-
     char field[8];
     std::memset(field, 'x', sizeof field);
     StringConvert::copyField(field, sizeof field, "a long text");
@@ -78,7 +72,7 @@ TEST(Vst3Helpers, TextBetweenUtf8AndSixteenBits) {
     EXPECT_EQ(std::memcmp(field, "ab\0\0\0\0\0\0", 8), 0);
 }
 
-TEST(Vst3Helpers, ParameterClampsAndReadsNumbers) {
+TEST(Vst3Helpers, ParametersClampReadNumbersAndStepThroughTheirEntries) {
     Parameter gain("Gain", 7, "dB", 0.25);
     EXPECT_EQ(wide(gain.getInfo().shortTitle), u"Gain");  // the title stands in for a missing short one
     EXPECT_TRUE(gain.setNormalized(1.5));
@@ -88,28 +82,22 @@ TEST(Vst3Helpers, ParameterClampsAndReadsNumbers) {
     EXPECT_TRUE(gain.fromString(u"0.5", value));
     EXPECT_DOUBLE_EQ(value, 0.5);
     EXPECT_FALSE(gain.fromString(u"loud", value));
-}
 
-TEST(Vst3Helpers, StringListParameterStepsThroughItsEntries) {
     StringListParameter bypass("Bypass", 0x4D427970, nullptr, ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass);
     bypass.appendString("Off");
     bypass.appendString("On");
     EXPECT_EQ(bypass.getInfo().stepCount, 1);
-    EXPECT_DOUBLE_EQ(bypass.toPlain(0.0), 0);
-    EXPECT_DOUBLE_EQ(bypass.toPlain(0.49), 0);
-    EXPECT_DOUBLE_EQ(bypass.toPlain(0.5), 1);
-    EXPECT_DOUBLE_EQ(bypass.toPlain(1.0), 1);
+    for (auto [normalized, plain] : {std::pair{0.0, 0.0}, {0.49, 0.0}, {0.5, 1.0}, {1.0, 1.0}})
+        EXPECT_DOUBLE_EQ(bypass.toPlain(normalized), plain) << normalized;
     EXPECT_DOUBLE_EQ(bypass.toNormalized(1), 1.0);
     String128 text;
     bypass.toString(1.0, text);
     EXPECT_EQ(wide(text), u"On");
     bypass.toString(0.0, text);
     EXPECT_EQ(wide(text), u"Off");
-    ParamValue value = -1;
     EXPECT_TRUE(bypass.fromString(u"On", value));
     EXPECT_DOUBLE_EQ(value, 1.0);
     EXPECT_FALSE(bypass.fromString(u"Maybe", value));
-
     StringListParameter three("Mode", 1);
     for (const char* entry : {"A", "B", "C"}) three.appendString(entry);
     EXPECT_DOUBLE_EQ(three.toPlain(0.5), 1);
@@ -174,7 +162,6 @@ TEST(Vst3Helpers, FactoryDescribesAndCreatesItsClasses) {
     EXPECT_FALSE(factory.registerClass(describedClass(id, "Again"), handOut, &object));
     EXPECT_FALSE(factory.registerClass(describedClass(FUID(5, 6, 7, 8), "None"), nullptr));
     ASSERT_EQ(factory.countClasses(), 1);
-
     PClassInfo plain{};
     EXPECT_EQ(factory.getClassInfo(0, &plain), kResultOk);
     EXPECT_TRUE(id.matches(plain.cid));

@@ -75,20 +75,8 @@ struct Instance {
              int32 inputChannels = 2) {
         float* in[2] = {left, right};
         float* out[2] = {left, right};
-        AudioBusBuffers input{};
-        input.numChannels = inputChannels;
-        input.channelBuffers32 = in;
-        AudioBusBuffers output{};
-        output.numChannels = 2;
-        output.channelBuffers32 = out;
-        ProcessData data{};
-        data.processMode = kRealtime;
-        data.symbolicSampleSize = kSample32;
-        data.numSamples = n;
-        data.numInputs = 1;
-        data.numOutputs = 1;
-        data.inputs = &input;
-        data.outputs = &output;
+        AudioBusBuffers input{inputChannels, 0, {in}}, output{2, 0, {out}};
+        ProcessData data{kRealtime, kSample32, n, 1, 1, &input, &output};
         data.inputParameterChanges = changes;
         data.processContext = context;
         lastResult = processor->process(data);
@@ -141,7 +129,8 @@ protected:
 
 inline std::vector<float> sine(size_t n, double hertz, size_t start = 0) {
     std::vector<float> out(n);
-    for (size_t i = 0; i < n; ++i) out[i] = 0.5f * static_cast<float>(std::sin(2 * M_PI * hertz * static_cast<double>(i + start) / 44100.0));
+    for (size_t i = 0; i < n; ++i)
+        out[i] = 0.5f * static_cast<float>(std::sin(2 * M_PI * hertz * static_cast<double>(i + start) / 44100.0));
     return out;
 }
 

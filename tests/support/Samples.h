@@ -1,0 +1,34 @@
+#pragma once
+// Small measures on sample and byte buffers that many tests take.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <numeric>
+#include <string>
+#include <vector>
+
+namespace TestSupport {
+
+// Index of the sample of largest magnitude, the first of equals.
+inline size_t peakIndex(const std::vector<float>& x) {
+    const auto quieter = [](float a, float b) { return std::fabs(a) < std::fabs(b); };
+    return static_cast<size_t>(std::max_element(x.begin(), x.end(), quieter) - x.begin());
+}
+
+inline bool allFinite(const std::vector<float>& x) {
+    return std::all_of(x.begin(), x.end(), [](float v) { return std::isfinite(v); });
+}
+
+inline double energy(const std::vector<float>& x, size_t from = 0) {
+    return std::inner_product(x.begin() + static_cast<long>(from), x.end(), x.begin() + static_cast<long>(from), 0.0,
+                              std::plus<>(), [](float a, float b) { return static_cast<double>(a) * b; });
+}
+
+inline std::vector<uint8_t> fileBytes(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), {});
+}
+
+}  // namespace TestSupport
