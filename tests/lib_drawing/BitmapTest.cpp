@@ -2,6 +2,7 @@
 #include <zlib.h>
 
 #include <fstream>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -51,30 +52,24 @@ TEST(Bitmap, DrawsTheFilmstripFrameAtItsOffset) {
 }
 
 TEST(Bitmap, AlphaAndCopyModes) {
-    BitmapPtr white = makeBitmap(8, 8);
+    BitmapPtr white = makeBitmap(8, 8), hole = makeBitmap(8, 8);
     white->getDrawContext()->clearWithColor(kWhiteCColor);
-    BitmapPtr hole = makeBitmap(8, 8);
+    const CRect all(0, 0, 8, 8);
     const struct {
         const char* name;
-        void (*draw)(CBitmap& source, CDrawContext* target);
-        CBitmap* source;
+        std::function<void(CDrawContext*)> draw;
         CColor expected;
     } cases[] = {
-        {"alpha 255", [](CBitmap& b, CDrawContext* c) { b.drawAlpha(c, CRect(0, 0, 8, 8), CPoint(), 255); }, white.get(),
-         kWhiteCColor},
-        {"alpha 128", [](CBitmap& b, CDrawContext* c) { b.drawAlpha(c, CRect(0, 0, 8, 8), CPoint(), 128); }, white.get(),
-         CColor{128, 128, 128, 255}},
-        {"alpha 0", [](CBitmap& b, CDrawContext* c) { b.drawAlpha(c, CRect(0, 0, 8, 8), CPoint(), 0); }, white.get(),
-         kBlackCColor},
-        {"transparent blends", [](CBitmap& b, CDrawContext* c) { b.drawTransparent(c, CRect(0, 0, 8, 8)); }, hole.get(),
-         kBlackCColor},
-        {"no alpha copies", [](CBitmap& b, CDrawContext* c) { b.drawNoAlpha(c, CRect(0, 0, 8, 8)); }, hole.get(),
-         CColor{0, 0, 0, 0}},
+        {"alpha 255", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 255); }, kWhiteCColor},
+        {"alpha 128", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 128); }, CColor{128, 128, 128, 255}},
+        {"alpha 0", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 0); }, kBlackCColor},
+        {"transparent blends", [&](CDrawContext* c) { hole->drawTransparent(c, all); }, kBlackCColor},
+        {"no alpha copies", [&](CDrawContext* c) { hole->drawNoAlpha(c, all); }, CColor{0, 0, 0, 0}},
     };
     for (const auto& test : cases) {
         BitmapPtr canvas = makeBitmap(8, 8);
         canvas->getDrawContext()->clearWithColor(kBlackCColor);
-        test.draw(*test.source, canvas->getDrawContext());
+        test.draw(canvas->getDrawContext());
         EXPECT_TRUE(near(canvas->getPixel(4, 4), test.expected, 1)) << test.name;
     }
 }
