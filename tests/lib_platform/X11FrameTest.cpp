@@ -56,19 +56,14 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
     }
 }
 
-TEST_F(HostWindowTest, DraggingTheKnobOrTurningTheWheelOverItChangesItsValue) {
+// (A drag through XTest is among the editor doors' tests.)
+TEST_F(HostWindowTest, TurningTheWheelOverTheKnobChangesItsValue) {
     Panel panel = open(1.5, EventDriver::OwnThread);
     ASSERT_NE(panel.frame, nullptr);
     const float before = panel.knob->getValue();
     moveTo(panel, 60, 60);
-    button(1, true);
-    for (int step = 1; step <= 10; ++step) moveTo(panel, 60, 60 - step * 8);
-    EXPECT_TRUE(waitFor([&] { return panel.knob->getValue() > before + 0.1f; })) << panel.knob->getValue();
-    button(1, false);
-    const float dragged = panel.knob->getValue();
-    moveTo(panel, 60, 60);
     for (unsigned int wheel : {4u, 4u, 4u}) click(panel, 60, 60, wheel);  // three steps up
-    EXPECT_TRUE(waitFor([&] { return std::abs(panel.knob->getValue() - (dragged + 0.3f)) < 0.01f; }))
+    EXPECT_TRUE(waitFor([&] { return std::abs(panel.knob->getValue() - (before + 0.3f)) < 0.01f; }))
         << panel.knob->getValue();
     close(panel);
 }
