@@ -24,7 +24,7 @@ struct Editor : Vinta::CVintariaEditor {
     Core::Threads::CCriticalSection& closeLock() { return lock; }
 };
 
-TEST(EditorBase, ScaledSizeFollowsTheClampedGuiScale) {
+TEST(EditorBase, ScaledSizeAndPointsFollowTheClampedGuiScale) {
     SizeRecorder host;
     Ondra::OndraOS plugin(&host);
     Editor editor(&plugin);
@@ -45,20 +45,13 @@ TEST(EditorBase, ScaledSizeFollowsTheClampedGuiScale) {
         EXPECT_EQ(height, c.height);
         EXPECT_EQ(editor.getRectPointer().getWidth(), c.width);
     }
+    // Window points reach the tree divided by the scale.
+    EXPECT_EQ(editor.toFrame(Vinta::CPoint{250, 100}), (Vinta::CPoint{125, 50}));
+    EXPECT_EQ(editor.toWindow(Vinta::CRect{10, 20, 30, 40}).bottom, 80);
     EXPECT_FALSE(editor.isOpen());
     EXPECT_EQ(host.calls, 0) << "a closed editor only stores its scale";
     EXPECT_FALSE(editor.open(nullptr));
     EXPECT_EQ(Vinta::CVintariaEditor::getOpenEditorCount(), 0);
-}
-
-TEST(EditorBase, WindowPointsReachTheTreeDividedByTheScale) {
-    Ondra::OndraOS plugin(nullptr);
-    Editor editor(&plugin);
-    editor.setGuiScale(2.0);
-    const Vinta::CPoint inTree = editor.toFrame(Vinta::CPoint{250, 100});
-    EXPECT_EQ(inTree.x, 125);
-    EXPECT_EQ(inTree.y, 50);
-    EXPECT_EQ(editor.toWindow(Vinta::CRect{10, 20, 30, 40}).bottom, 80);
 }
 
 TEST(EditorBase, IdleReturnsAtOnceWhileACloseHoldsTheLock) {

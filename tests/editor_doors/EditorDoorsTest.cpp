@@ -1,18 +1,18 @@
 // The editor through each of the library's doors, in a real (virtual) X server: size and scale,
-// pixels, pointer gestures reaching the host, host changes reaching the screen, the software
-// frame, and many opens and closes leaving nothing behind.
+// pixels in GL and in the software frame, pointer gestures reaching the host, host changes reaching
+// the screen, many opens and closes leaving nothing behind; and the slide-out pages on screen.
 #include <dirent.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <string>
 
 #include "CORE/files/Settings.h"
+#include "editor/pages/PageLayouts.h"
 #include "lib/drawing/CBitmap.h"
 #include "tools/editor-host/EditorDoor.h"
 #include "tools/editor-host/HostWindow.h"
@@ -20,6 +20,7 @@
 namespace {
 
 using namespace EditorHost;
+using Vinta::CRect;
 
 constexpr int kWidth = 534, kHeight = 488;
 // The panel's gain dials, 87 units square from y 221: "Input Gain" at x 15, "Output Gain" at x 426.
@@ -36,12 +37,12 @@ int entries(const char* folder) {
     return count;
 }
 
-Vinta::CRect knobRect(int column, double scale) {
+CRect knobRect(int column, double scale) {
     const double left = kKnobLefts[column];
     return {left * scale, kKnobTop * scale, (left + kKnob) * scale, (kKnobTop + kKnob) * scale};
 }
 
-int distinctColours(Vinta::CBitmap* shot, const Vinta::CRect& area) {
+int distinctColours(Vinta::CBitmap* shot, const CRect& area) {
     std::set<uint32_t> colours;
     for (auto y = static_cast<uint32_t>(area.top); y < area.bottom && y < shot->getPixelHeight(); ++y)
         for (auto x = static_cast<uint32_t>(area.left); x < area.right && x < shot->getPixelWidth(); ++x) {
@@ -51,15 +52,16 @@ int distinctColours(Vinta::CBitmap* shot, const Vinta::CRect& area) {
     return static_cast<int>(colours.size());
 }
 
-int differingPixels(Vinta::CBitmap* a, Vinta::CBitmap* b, const Vinta::CRect& area) {
-    int count = 0;
+double differingShare(Vinta::CBitmap* a, Vinta::CBitmap* b, const CRect& area) {
+    int count = 0, all = 0;
     for (auto y = static_cast<uint32_t>(area.top); y < area.bottom; ++y)
-        for (auto x = static_cast<uint32_t>(area.left); x < area.right; ++x)
+        for (auto x = static_cast<uint32_t>(area.left); x < area.right; ++x, ++all)
             count += a->getPixel(x, y) == b->getPixel(x, y) ? 0 : 1;
-    return count;
+    return all ? static_cast<double>(count) / all : 0.0;
 }
 
-class EditorDoors : public ::testing::TestWithParam<const char*> {
+// A fresh settings folder at a GUI scale of 100 %.
+class Door : public ::testing::Test {
 protected:
     void SetUp() override {
         if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
@@ -79,8 +81,8 @@ protected:
         Core::writeSetting(Core::makeKeyName("MORVANDEL", "zonfraQT"), "GuiScale", std::to_string(percent));
     }
 
-    std::unique_ptr<EditorDoor> load() {
-        auto door = makeDoor(GetParam());
+    static std::unique_ptr<EditorDoor> load(const char* kind) {
+        auto door = makeDoor(kind);
         EXPECT_TRUE(door && door->load(std::getenv("ZONFRA_PLUGIN"))) << (door ? door->error() : "no door");
         return door;
     }
@@ -104,24 +106,42 @@ protected:
     std::string home;
 };
 
-TEST_P(EditorDoors, OpensInTheHostWindowAtItsScaledSizeAndPaints) {
-    for (const int percent : {100, 150}) {
-        SCOPED_TRACE(percent);
+class EditorDoors : public Door, public ::testing::WithParamInterface<const char*> {};
+
+// In GL at 100 %, in the software frame at 150 %.
+TEST_P(EditorDoors, OpensAtItsScaledSizePaintsAndAHostChangeMovesTheKnobOnScreen) {
+    for (const auto& [percent, software] : {std::pair{100, false}, std::pair{150, true}}) {
+        SCOPED_TRACE(software ? "software frame at 150 %" : "GL frame at 100 %");
         setScaleSetting(percent);
-        auto door = load();
+        if (software) setenv("ZONFRA_NO_GL", "1", 1);
+        const double scale = percent / 100.0;
+        auto door = load(GetParam());
         int width = 0, height = 0;
         ASSERT_TRUE(door->getEditorSize(width, height));
-        const int wantedWidth = kWidth * percent / 100, wantedHeight = kHeight * percent / 100;
-        EXPECT_EQ(width, wantedWidth);
-        EXPECT_EQ(height, wantedHeight);
+        EXPECT_EQ(width, kWidth * percent / 100);
+        EXPECT_EQ(height, kHeight * percent / 100);
         HostWindow window(width, height);
         ASSERT_TRUE(door->openEditor(window.getWindow())) << door->error();
         window.run(*door, 400);
         int childWidth = 0, childHeight = 0;
         ASSERT_TRUE(window.childSize(childWidth, childHeight));
-        EXPECT_EQ(childWidth, wantedWidth);
-        EXPECT_EQ(childHeight, wantedHeight);
-        expectPainted(window, *door, percent / 100.0);
+        EXPECT_EQ(childWidth, width);
+        EXPECT_EQ(childHeight, height);
+        expectPainted(window, *door, scale);
+
+        Vinta::CBitmap* before = window.capture();
+        door->setParameter(door->findParameter("Output Gain"), 0.0);
+        const CRect knob = knobRect(kOutputGainColumn, scale);
+        Vinta::CBitmap* after = nullptr;
+        for (int tries = 0; tries < 40 && (!after || differingShare(before, after, knob) < 0.006); ++tries) {
+            if (after) after->forget();
+            window.run(*door, 100);
+            after = window.capture();
+        }
+        EXPECT_GE(differingShare(before, after, knob), 0.006) << "the knob did not move";
+        EXPECT_EQ(differingShare(before, after, knobRect(0, scale)), 0.0) << "another knob moved";
+        before->forget();
+        after->forget();
         // A HiDPI host (VST3) changes the scale of an open editor: the host is asked to follow.
         if (percent == 100 && door->setContentScale(1.5)) {
             window.run(*door, 200);
@@ -136,7 +156,7 @@ TEST_P(EditorDoors, OpensInTheHostWindowAtItsScaledSizeAndPaints) {
 }
 
 TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture) {
-    auto door = load();
+    auto door = load(GetParam());
     const int parameter = door->findParameter("Output Gain");
     ASSERT_GE(parameter, 0);
     HostWindow window(kWidth, kHeight);
@@ -144,9 +164,9 @@ TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture
     window.run(*door, 300);
     door->takeEdits();
     const double before = door->getParameter(parameter);
-    const Vinta::CPoint centre = knobRect(kOutputGainColumn, 1.0).getCenter();
-    window.drag(*door, static_cast<int>(centre.x), static_cast<int>(centre.y), static_cast<int>(centre.x),
-                static_cast<int>(centre.y) - 60);
+    const auto centre = knobRect(kOutputGainColumn, 1.0).getCenter();
+    const int x = static_cast<int>(centre.x), y = static_cast<int>(centre.y);
+    window.drag(*door, x, y, x, y - 60);
     // The editor may run on its own thread: the gesture ends when it has seen the release.
     std::vector<EditEvent> edits = door->takeEdits();
     for (int tries = 0; tries < 40 && (edits.empty() || edits.back().kind != EditKind::End); ++tries) {
@@ -166,7 +186,7 @@ TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture
 
     // Wheel and keys that the host hands over (VST3 view, VST2 opcodes) reach the knob under the
     // pointer, which the drag gave the focus.
-    window.hover(*door, static_cast<int>(centre.x), static_cast<int>(centre.y));
+    window.hover(*door, x, y);
     const double dragged = door->getParameter(parameter);
     if (door->sendWheel(-1.0f) < 0) return door->closeEditor();
     EXPECT_LT(door->getParameter(parameter), dragged);
@@ -179,35 +199,8 @@ TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture
     door->closeEditor();
 }
 
-TEST_P(EditorDoors, AHostChangeMovesTheKnobOnScreenInGLAndInSoftware) {
-    for (const bool software : {false, true}) {
-        SCOPED_TRACE(software ? "software frame" : "GL frame");
-        if (software) setenv("ZONFRA_NO_GL", "1", 1);
-        auto door = load();
-        const int parameter = door->findParameter("Output Gain");
-        HostWindow window(kWidth, kHeight);
-        ASSERT_TRUE(door->openEditor(window.getWindow()));
-        expectPainted(window, *door, 1.0);
-        Vinta::CBitmap* before = window.capture();
-        door->setParameter(parameter, 0.0);
-        const Vinta::CRect knob = knobRect(kOutputGainColumn, 1.0);
-        Vinta::CBitmap* after = nullptr;
-        for (int tries = 0; tries < 40 && (!after || differingPixels(before, after, knob) <= 50); ++tries) {
-            if (after) after->forget();
-            window.run(*door, 100);
-            after = window.capture();
-        }
-        EXPECT_GT(differingPixels(before, after, knob), 50);
-        EXPECT_EQ(differingPixels(before, after, knobRect(0, 1.0)), 0) << "another knob moved";
-        before->forget();
-        after->forget();
-        door->closeEditor();
-    }
-}
-
 TEST_P(EditorDoors, OpeningAndClosingLeavesNoDescriptorThreadOrTimerBehind) {
-    auto door = load();
-    auto second = load();
+    auto door = load(GetParam()), second = load(GetParam());
     HostWindow window(kWidth, kHeight), other(kWidth, kHeight, kWidth + 10);
     // The first open loads what stays for the process (GL drivers and their threads).
     ASSERT_TRUE(door->openEditor(window.getWindow()));
@@ -243,5 +236,67 @@ INSTANTIATE_TEST_SUITE_P(Doors, EditorDoors, ::testing::Values("vst3", "vst2", "
                              std::replace(name.begin(), name.end(), '-', '_');
                              return name;
                          });
+
+// Compares a capture with its picture in ZONFRA_DOCS, or with ZONFRA_SCREENSHOTS naming a folder
+// writes it there instead (how the pictures under docs/ are made).
+void matchOrWrite(Vinta::CBitmap* shot, const std::string& name) {
+    const char* written = std::getenv("ZONFRA_SCREENSHOTS");
+    const char* docs = std::getenv("ZONFRA_DOCS");
+    if (written) {
+        EXPECT_TRUE(shot->savePNG((std::string(written) + "/" + name + ".png").c_str())) << name;
+    } else if (docs) {
+        auto* recorded = new Vinta::CBitmap((std::string(docs) + "/" + name + ".png").c_str(), true);
+        const bool sameSize = recorded->getPixelWidth() == shot->getPixelWidth() &&
+                              recorded->getPixelHeight() == shot->getPixelHeight();
+        EXPECT_TRUE(sameSize && differingShare(shot, recorded, {0, 0, shot->getWidth(), shot->getHeight()}) < 0.01)
+            << "docs/" << name << ".png is missing or out of date: run this test with ZONFRA_SCREENSHOTS=<docs folder>";
+        recorded->forget();
+    }
+    shot->forget();
+}
+
+// The main panel at 100 % and 200 % and each open page are the pictures under docs/. A click on
+// each page's tab changes the pixels where it slides in, and a second click takes it away again.
+TEST_F(Door, ThePanelAndEachPageOnScreenAreThePicturesInDocs) {
+    constexpr int kSlideMilliseconds = 900;
+    auto door = load("vst3");
+    HostWindow window(kWidth, kHeight);
+    ASSERT_TRUE(door->openEditor(window.getWindow())) << door->error();
+    window.run(*door, 500);
+    matchOrWrite(window.capture(), "editor-main");
+    const auto inPanel = [](const CRect& rect) {
+        return CRect(rect).offset(ZonfraPages::kDisplayRect.left, ZonfraPages::kDisplayRect.top);
+    };
+    for (const ZonfraPages::PageRow& page : ZonfraPages::kPageRows) {
+        SCOPED_TRACE(page.title);
+        const CRect tab = inPanel(page.tabRect), full = inPanel(page.openRect);
+        const int x = static_cast<int>(tab.getCenter().x), y = static_cast<int>(tab.getCenter().y);
+        Vinta::CBitmap* shut = window.capture();
+        window.click(*door, x, y);
+        window.run(*door, kSlideMilliseconds);
+        Vinta::CBitmap* open = window.capture();
+        window.click(*door, x, y);
+        window.run(*door, kSlideMilliseconds);
+        Vinta::CBitmap* shutAgain = window.capture();
+        // The part of the page beside its tab.
+        const bool tabOnTop = tab.bottom <= full.top + 16;
+        const CRect below(full.left, tabOnTop ? tab.bottom : full.top, full.right, tabOnTop ? full.bottom : tab.top);
+        EXPECT_GT(differingShare(shut, open, below), 0.3) << "the page did not slide in";
+        EXPECT_LT(differingShare(shut, shutAgain, below), 0.05) << "the page did not slide out";
+        matchOrWrite(open, std::string("editor-page-") + page.name);
+        shut->forget();
+        shutAgain->forget();
+    }
+    door->closeEditor();
+
+    // An editor takes the stored scale when its effect is made.
+    setScaleSetting(200);
+    auto sharp = load("vst3");
+    HostWindow large(2 * kWidth, 2 * kHeight);
+    ASSERT_TRUE(sharp->openEditor(large.getWindow())) << sharp->error();
+    large.run(*sharp, 500);
+    matchOrWrite(large.capture(), "editor-main-200");
+    sharp->closeEditor();
+}
 
 }  // namespace

@@ -70,9 +70,11 @@ TEST_F(GLContext, SceneMatchesTheSoftwareRendering) {
     EXPECT_LT(differing, kSize * kSize / 100) << "pixels that differ by more than a quarter";
 }
 
+// A missing font measures and draws nothing, as in the software path.
 TEST_F(GLContext, StringWidthsAgreeWithTheSoftwarePath) {
     BitmapPtr canvas = makeBitmap(4, 4);
     CDrawContext& software = *canvas->getDrawContext();
+    CFontDesc* missing = new CFontDesc("no-such-archive", "x.ttf", "y.ttf", 1);
     const struct {
         CFontDesc* font;
         double size;
@@ -80,15 +82,22 @@ TEST_F(GLContext, StringWidthsAgreeWithTheSoftwarePath) {
         const char* text;
     } cases[] = {{kSystemFont, 12, 0, "Zonfra"},        {kSystemFont, 24, 0, "Cutoff 440 Hz"},
                  {kSystemFont, 10, 1, "AVATAR Wave"},   {kNormalFont, 11, 0, "LFO rate 1/16"},
-                 {kNormalFont, 17, 1, "Resonance 98%"}, {kBoldFont, 13, 0, ""}};
-    paint([&](CDrawContext& c) {
+                 {kNormalFont, 17, 1, "Resonance 98%"}, {kBoldFont, 13, 0, ""}, {missing, 20, 0, "Zonfra"}};
+    const std::vector<uint8_t> pixels = paint([&](CDrawContext& c) {
         for (const auto& test : cases) {
             c.setFont(test.font, test.size, test.style);
             software.setFont(test.font, test.size, test.style);
             EXPECT_DOUBLE_EQ(c.getStringWidth(test.text), software.getStringWidth(test.text))
                 << test.text << " at " << test.size;
         }
+        c.setFontColor(kWhiteCColor);
+        EXPECT_EQ(c.drawString("Zonfra", CRect(0, 0, kSize, kSize), 0, 1), 0);
+        c.drawStringAtPoint("Zonfra", CRect(0, 0, kSize, kSize), 0.3, 1);
     });
+    missing->forget();
+    int lit = 0;
+    for (size_t i = 0; i < pixels.size(); i += 4) lit += pixels[i] != 0;
+    EXPECT_EQ(lit, 0) << "the missing font drew";
 }
 
 TEST_F(GLContext, BitmapsUploadOnceAndAgainOnlyWhenChanged) {
@@ -124,18 +133,3 @@ TEST_F(GLContext, ABitmapTallerThanTheLargestImageDrawsInBands) {
         for (int y : {0, 1, 5, 8, 9}) EXPECT_EQ(at(pixels, 20 * frame + 2, y), colours[frame]) << frame << " row " << y;
 }
 
-TEST_F(GLContext, MissingFontDrawsNothing) {
-    CFontDesc* missing = new CFontDesc("no-such-archive", "x.ttf", "y.ttf", 1);
-    const std::vector<uint8_t> pixels = paint([&](CDrawContext& c) {
-        c.setFont(missing, 20, 0);
-        c.setFontColor(kWhiteCColor);
-        EXPECT_EQ(c.getStringWidth("Zonfra"), 0);
-        EXPECT_EQ(c.drawString("Zonfra", CRect(0, 0, kSize, kSize), 0, 1), 0);
-        c.drawStringAtPoint("Zonfra", CRect(0, 0, kSize, kSize), 0.3, 1);
-    });
-    missing->forget();
-    int lit = 0;
-    for (size_t i = 0; i < pixels.size(); i += 4)
-        lit += pixels[i] != 0;
-    EXPECT_EQ(lit, 0);
-}

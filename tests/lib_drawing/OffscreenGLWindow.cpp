@@ -14,35 +14,28 @@ struct OffscreenGLWindow::Native {
     Window window = 0;
     Colormap colourmap = 0;
     GLXContext context = nullptr;
-    bool isReady = false;
-    std::string reason;
+    std::string reason = "no X display can be opened (run under xvfb-run)";
 
-    void open();
-    void close();
+    // Empty when the context is current, else why not.
+    std::string open();
 };
 
-void OffscreenGLWindow::Native::open() {
-    display = XOpenDisplay(nullptr);
-    if (display == nullptr) {
-        reason = "no X display can be opened (run under xvfb-run)";
-        return;
-    }
+std::string OffscreenGLWindow::Native::open() {
+    if ((display = XOpenDisplay(nullptr)) == nullptr)
+        return reason;
     const int frameBuffer[] = {GLX_X_RENDERABLE, True, GLX_DRAWABLE_TYPE, GLX_WINDOW_BIT, GLX_RENDER_TYPE,
                                GLX_RGBA_BIT, GLX_RED_SIZE, 8, GLX_GREEN_SIZE, 8, GLX_BLUE_SIZE, 8,
                                GLX_STENCIL_SIZE, 8, GLX_DOUBLEBUFFER, True, None};
     int count = 0;
     GLXFBConfig* configs = glXChooseFBConfig(display, DefaultScreen(display), frameBuffer, &count);
-    if (configs == nullptr || count == 0) {
-        reason = "no GLX frame buffer configuration with stencil";
-        return;
-    }
+    if (configs == nullptr || count == 0)
+        return "no GLX frame buffer configuration with stencil";
     const GLXFBConfig config = configs[0];
     XFree(configs);
     XVisualInfo* visual = glXGetVisualFromFBConfig(display, config);
     const Window root = RootWindow(display, visual->screen);
     XSetWindowAttributes attributes{};
-    colourmap = XCreateColormap(display, root, visual->visual, AllocNone);
-    attributes.colormap = colourmap;
+    attributes.colormap = colourmap = XCreateColormap(display, root, visual->visual, AllocNone);
     window = XCreateWindow(display, root, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 0,
                            visual->depth, InputOutput, visual->visual, CWBorderPixel | CWColormap, &attributes);
     XFree(visual);
@@ -54,42 +47,37 @@ void OffscreenGLWindow::Native::open() {
     const int version[] = {GLX_CONTEXT_MAJOR_VERSION_ARB, 3, GLX_CONTEXT_MINOR_VERSION_ARB, 3,
                            GLX_CONTEXT_PROFILE_MASK_ARB, GLX_CONTEXT_CORE_PROFILE_BIT_ARB, None};
     context = create != nullptr ? create(display, config, nullptr, True, version) : nullptr;
-    if (context == nullptr || !glXMakeCurrent(display, window, context)) {
-        reason = "no GLX 3.3 core context";
-        return;
-    }
+    if (context == nullptr || !glXMakeCurrent(display, window, context))
+        return "no GLX 3.3 core context";
     glewExperimental = GL_TRUE;
-    if (glewInit() != GLEW_OK) {
-        reason = "glewInit failed";
-        return;
-    }
+    if (glewInit() != GLEW_OK)
+        return "glewInit failed";
     glGetError();  // GLEW's extension query leaves an error behind on core contexts
-    isReady = true;
-}
-
-void OffscreenGLWindow::Native::close() {
-    if (display == nullptr)
-        return;
-    if (context != nullptr) {
-        glXMakeCurrent(display, None, nullptr);
-        glXDestroyContext(display, context);
-    }
-    if (window != 0)
-        XDestroyWindow(display, window);
-    if (colourmap != 0)
-        XFreeColormap(display, colourmap);
-    XCloseDisplay(display);
+    return {};
 }
 
 OffscreenGLWindow::OffscreenGLWindow(int width, int height) : native(std::make_unique<Native>()) {
     native->w = width;
     native->h = height;
-    native->open();
+    native->reason = native->open();
 }
 
-OffscreenGLWindow::~OffscreenGLWindow() { native->close(); }
+OffscreenGLWindow::~OffscreenGLWindow() {
+    Native& n = *native;
+    if (n.display == nullptr)
+        return;
+    if (n.context != nullptr) {
+        glXMakeCurrent(n.display, None, nullptr);
+        glXDestroyContext(n.display, n.context);
+    }
+    if (n.window != 0)
+        XDestroyWindow(n.display, n.window);
+    if (n.colourmap != 0)
+        XFreeColormap(n.display, n.colourmap);
+    XCloseDisplay(n.display);
+}
 
-bool OffscreenGLWindow::ready() const { return native->isReady; }
+bool OffscreenGLWindow::ready() const { return native->reason.empty(); }
 const std::string& OffscreenGLWindow::whyNot() const { return native->reason; }
 
 void OffscreenGLWindow::beginPaint() const {

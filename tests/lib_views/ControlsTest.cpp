@@ -197,25 +197,11 @@ TEST(KnobDrawing, DisabledKnobDrawsDimAndCrossFadesOnlyOnANewFrameKey) {
 }
 
 TEST(KnobHover, PointerOverAKnobShowsItsParameterTextAndLeavingClearsIt) {
-    struct HoverFrame : CFrame {
-        using CFrame::CFrame;
-        void setHoverText(const char* text) override { shown = text; }
-        std::string shown = "none";
-    };
-    RecordingEditor editor;
-    auto* frame = new HoverFrame(CRect(0, 0, 400, 300), nullptr, &editor, new MemoryFrame);
-    Ondra::ParameterProperty cutoff;
-    cutoff.setName("Cutoff");
-    cutoff.setNormalized(0.25f);
-    Vinta_AnimKnob::CInfo info;
-    info.rect = CRect(100, 100, 140, 140);
-    info.parameter = &cutoff;
-    frame->addView(info.CreateObject());
-    frame->onMouseMoved(CPoint(120, 120), 0);
+    KnobFixture f(0.25f);
+    f.frame->onMouseMoved(f.centre, 0);
     char expected[256];
-    cutoff.getDisplayText(cutoff.getValue(), expected, Ondra::kDisplayWithName | Ondra::kDisplayWithUnit);
-    EXPECT_EQ(frame->shown, expected);
-    frame->onMouseMoved(CPoint(10, 10), 0);
-    EXPECT_EQ(frame->shown, "");
-    frame->close();
+    f.cutoff.getDisplayText(f.cutoff.getValue(), expected, Ondra::kDisplayWithName | Ondra::kDisplayWithUnit);
+    EXPECT_EQ(f.frame->hover, expected);
+    f.frame->onMouseMoved(CPoint(10, 10), 0);
+    EXPECT_EQ(f.frame->hover, "");
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/parameters/IPluginParameter.h"
 #include "lib/controls/IOSOptionMenu.h"
 #include "lib/controls/ITextEditCallback.h"
 #include "lib/drawing/CDrawContext.h"
@@ -35,13 +36,11 @@ public:
 class MemoryFrame : public IFrame {
 public:
     bool create(void*, const CRect&) override { return true; }
-    void destroy() override {}
     bool getScreenPosition(double& x, double& y) override { x = y = 0; return true; }
     bool setSize(double, double) override { return true; }
     bool getRect(CRect& out) override { out = CRect(0, 0, 400, 300); return true; }
     bool getMouseLocation(CPoint& out) override { out = CPoint(); return true; }
     CButtonState getMouseButtons() override { return 0; }
-    void setCursor(int32_t) override {}
     void invalidRect(const CRect& rect) override { invalidated.push_back(rect); }
     IOSTextEdit* createTextEdit(ITextEditCallback* callback) override {
         editCallback = callback;
@@ -49,10 +48,13 @@ public:
     }
     IOSOptionMenu* createOptionMenu(COptionMenu*) override { return new FakeMenu(menuAnswer); }
     void* getSystemWindow() override { return nullptr; }
-    void idle() override {}
     void* getNvg() override { return nullptr; }
-    void resize() override {}
     void* makeCursor(CBitmap*) override { return nullptr; }
+    // Nothing to show: the window's own duties do nothing.
+    void destroy() override {}
+    void setCursor(int32_t) override {}
+    void idle() override {}
+    void resize() override {}
     void paint() override {}
     void update() override {}
     void setFrameRate(int32_t) override {}
@@ -73,40 +75,40 @@ public:
     void setGuiScale(double value) override { scale = value; }
     double getGuiScale() const override { return scale; }
     void saveGuiScale() override { log.push_back("save"); }
-    static std::string name(Ondra::IPluginParameter* p);
+    static std::string name(Ondra::IPluginParameter* p) { return p ? p->getName() : "null"; }
     std::vector<std::string> log;
     double scale = 1.0;
 };
 
-// Draws nothing; counts the rectangles and bitmaps asked for.
+// Draws nothing; keeps the rectangles, strings and bitmaps asked for.
 class RecordingContext : public CDrawContext {
 public:
     RecordingContext() : CDrawContext(nullptr) { clipRect = CRect(0, 0, 10000, 10000); }
-    void setGlobalAlpha(float value) override { alpha = value; }
-    void drawLine(double, double, double, double) override { ++lines; }
-    void drawPolyline(const CPoint*, int32_t) override {}
-    void drawPolygon(const CPoint*, int32_t, int32_t, bool) override {}
     void drawRect(const CRect& rect, int32_t) override { rects.push_back(CRect(rect).offset(offset.x, offset.y)); }
-    void drawRoundRectCorners(const CRect&, double, double, double, double, int32_t) override {}
-    void drawArc(const CRect&, double, double, int32_t) override {}
-    void drawEllipse(const CRect&, int32_t) override {}
-    void drawPoint(const CPoint&, const CColor&) override {}
-    CColor getPoint(const CPoint&) const override { return kTransparentCColor; }
-    void blurRect(const CRect&, double, double, int32_t) override {}
-    void clearWithColor(const CColor&) override {}
     void setClipRect(const CRect& rect) override { clipRect = CRect(rect).offset(offset.x, offset.y); }
-    void resetClipRect() override {}
-    void setFont(CFontDesc*, double size, int32_t) override { fontSizeCurrent = size; }
-    double getStringWidth(const char*) override { return 0; }
     double drawString(const char* text, const CRect&, int32_t, int32_t) override {
         strings.push_back(text ? text : "");
         return 0;
     }
-    void drawStringAtPoint(const char*, const CRect&, double, int32_t) override {}
-    void drawBitmapPattern(const CRect&, CBitmap*, const CPoint&, uint8_t) override {}
     void drawBitmap(CBitmap&, const CRect&, const CPoint& source, uint8_t alphaByte, bool) override {
         bitmaps.push_back({source, alphaByte});
     }
+    CColor getPoint(const CPoint&) const override { return kTransparentCColor; }
+    double getStringWidth(const char*) override { return 0; }
+    void setGlobalAlpha(float) override {}
+    void drawLine(double, double, double, double) override {}
+    void drawPolyline(const CPoint*, int32_t) override {}
+    void drawPolygon(const CPoint*, int32_t, int32_t, bool) override {}
+    void drawRoundRectCorners(const CRect&, double, double, double, double, int32_t) override {}
+    void drawArc(const CRect&, double, double, int32_t) override {}
+    void drawEllipse(const CRect&, int32_t) override {}
+    void drawPoint(const CPoint&, const CColor&) override {}
+    void blurRect(const CRect&, double, double, int32_t) override {}
+    void clearWithColor(const CColor&) override {}
+    void resetClipRect() override {}
+    void setFont(CFontDesc*, double, int32_t) override {}
+    void drawStringAtPoint(const char*, const CRect&, double, int32_t) override {}
+    void drawBitmapPattern(const CRect&, CBitmap*, const CPoint&, uint8_t) override {}
     void drawBitmapStretched(CBitmap&, const CRect&) override {}
     struct BitmapDraw {
         CPoint source;
@@ -115,14 +117,13 @@ public:
     std::vector<CRect> rects;
     std::vector<std::string> strings;
     std::vector<BitmapDraw> bitmaps;
-    int lines = 0;
 };
 
-// A view that logs "NAME:event" into a shared log and answers as told.
+// A view that logs "NAME:event" into a shared log and answers as told; `alive` counts them.
 class ProbeView : public CView {
 public:
     ProbeView(const char* probeName, const CRect& rect, std::string& sharedLog, int32_t downResult = 1)
-        : CView(rect), name(probeName), log(sharedLog), downAnswer(downResult) {}
+        : CView(rect), name(probeName), log(sharedLog), downAnswer(downResult) { ++alive; }
     int32_t onMouseDown(const CPoint&, CButtonState buttons) override {
         note("down" + std::to_string(buttons));
         return downAnswer;
@@ -135,7 +136,7 @@ public:
     int32_t onKeyDown(const VstKeyCode&) override { return note("key"), keyAnswer; }
     void looseFocus() override { note("loose"); }
     void note(const std::string& event) { log += name + ":" + event + " "; }
-    static int alive;
+    static inline int alive = 0;
     std::string name;
     std::string& log;
     int32_t downAnswer;
@@ -145,15 +146,29 @@ protected:
     ~ProbeView() override { --alive; }
 };
 
+// A tick source the test moves by hand (install with setTickSource(fakeClock)).
+inline uint32_t fakeNow = 1000;
+inline uint32_t fakeClock() { return fakeNow; }
+
+// Keeps the hover text the views give it.
+struct HoverFrame : CFrame {
+    using CFrame::CFrame;
+    void setHoverText(const char* text) override { hover = text; }
+    std::string hover = "none";
+};
+
 // A frame on an in-memory window with a recording editor.
 struct FrameFixture {
-    FrameFixture();
-    ~FrameFixture();
+    ~FrameFixture() { frame->close(); }
+    ProbeView* probe(const char* name, const CRect& rect, int32_t downResult = 1, CViewContainer* into = nullptr) {
+        auto* view = new ProbeView(name, rect, log, downResult);
+        (into ? into : frame)->addView(view);
+        return view;
+    }
     RecordingEditor editor;
     MemoryFrame* platform = new MemoryFrame;
-    CFrame* frame;
+    HoverFrame* frame = new HoverFrame(CRect(0, 0, 400, 300), nullptr, &editor, platform);
     std::string log;
-    ProbeView* probe(const char* name, const CRect& rect, int32_t downResult = 1, CViewContainer* into = nullptr);
 };
 
 } // namespace VintaTest
