@@ -5,6 +5,7 @@
 
 #include "editor/update/UpdateColours.h"
 #include "lib/drawing/CDrawContext.h"
+#include "lib/drawing/CFontDesc.h"
 
 namespace Resko {
 
@@ -26,7 +27,7 @@ void CProgressMeter::draw(CDrawContext* context) {
 
     char text[32];
     std::snprintf(text, sizeof text, "DOWNLOAD\n%.2f%%", static_cast<double>(shown) * 100.0);
-    context->setFont(nullptr, 14.0, 1);
+    context->setFont(kNormalFont, 14.0, 1);
     // A blurred black copy first, so that the white text stands on the bar and beside it alike.
     context->setFontColor(kBlackCColor);
     context->setFontBlur(5.0f);

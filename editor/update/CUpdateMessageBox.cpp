@@ -5,6 +5,7 @@
 #include "editor/update/CUpdateNotification.h"
 #include "editor/update/UpdateColours.h"
 #include "lib/drawing/CDrawContext.h"
+#include "lib/drawing/CFontDesc.h"
 #include "update/UpdateTexts.h"
 
 namespace Resko {
@@ -57,11 +58,12 @@ void CUpdateMessageBox::draw(CDrawContext* context) {
     context->setFillColor(withAlpha(kUpdateAccent, 80));
     context->drawRoundRectCorners(band, 3.0, 3.0, 0.0, 0.0, kDrawFilled);
 
+    // Texts in the panel's own face, so that the layer reads as part of the editor.
     const UpdateMessage message = updateMessage(mode, updateMode);
-    context->setFont(nullptr, 18.0, 0);
+    context->setFont(kNormalFont, 18.0, 0);
     context->setFontColor(kUpdateAccent);
     context->drawString(message.title, band, 0, kAlignCenter);
-    context->setFont(nullptr, 16.0, 0);
+    context->setFont(kNormalFont, 16.0, 0);
     context->setFontColor(kWhiteCColor);
     context->drawStringMultiline(message.body, CRect(boxRect.left, boxRect.top + 30.0, boxRect.right, boxRect.top + 80.0),
                                  0, kAlignCenter);
@@ -91,7 +93,7 @@ void CUpdateMessageBox::drawButton(CDrawContext* context, const CRect& button, c
         context->setFillColor(withAlpha(colour, 40));
         context->drawRoundRect(shape, 6.0, kDrawFilledAndStroked);
     }
-    context->setFont(nullptr, labelSize, 1);
+    context->setFont(kNormalFont, labelSize, 1);
     context->setFontColor(kWhiteCColor);
     context->drawString(label, shape, 0, kAlignCenter);
 }
