@@ -19,13 +19,14 @@ namespace {
 
 using namespace std::chrono_literals;
 using Vinta::CBitmap;
-using Vinta::CRect;
 
-const CRect kBadge(219, 450, 319, 488), kBox(17, 144, 517, 344), kMeter(414, 438, 534, 488);
+const Vinta::CRect kBadge(219, 450, 319, 488), kBox(17, 144, 517, 344), kMeter(414, 438, 534, 488);
 const std::string kInstaller(64 * 1024, 'z');
 
-struct Screen {
-    Screen() {
+// Opens the editor, waits for the badge and clicks it.
+class UpdateOnScreen : public ::testing::Test {
+protected:
+    void SetUp() override {
         server.answer([](const httplib::Request& request, httplib::Response& response) {
             if (request.path == "/update_available.php")
                 return response.set_content("UPDATE=1\nSHA256=" + Resko::CSha256::hexDigest(kInstaller.data(), kInstaller.size()) +
@@ -39,15 +40,18 @@ struct Screen {
         setenv("ZONFRA_UPDATE_SERVER", server.address().c_str(), 1);
         Core::writeSetting("MORVANDEL/zonfraQT", "GuiScale", "100");
         const char* plugin = std::getenv("ZONFRA_PLUGIN");
-        opened = std::getenv("DISPLAY") && plugin && door->load(plugin) && window.valid() && door->openEditor(window.getWindow());
-        if (opened) window.run(*door, 500), shot = window.capture();
+        if (!std::getenv("DISPLAY") || !plugin || !door->load(plugin) || !window.valid() || !door->openEditor(window.getWindow()))
+            GTEST_SKIP() << "needs an X display (xvfb-run) and ZONFRA_PLUGIN";
+        window.run(*door, 500), shot = window.capture();
+        ASSERT_TRUE(waitFor(kBadge)) << "no badge";
+        click(269, 469);
     }
-    ~Screen() {
+    void TearDown() override {
         door->closeEditor();
         for (CBitmap* bitmap : {shot, last}) if (bitmap) bitmap->forget();
     }
     // Takes a new shot: the share of the pixels in `area` that differ from the one before.
-    double changed(const CRect& area) {
+    double changed(const Vinta::CRect& area) {
         if (last) last->forget();
         last = shot, shot = window.capture();
         int count = 0;
@@ -55,7 +59,7 @@ struct Screen {
             for (auto x = uint32_t(area.left); x < area.right; ++x) count += last->getPixel(x, y) == shot->getPixel(x, y) ? 0 : 1;
         return count / (area.getWidth() * area.getHeight());
     }
-    bool waitFor(const CRect& area, int milliseconds = 5000) {
+    bool waitFor(const Vinta::CRect& area, int milliseconds = 5000) {
         for (int waited = 0; waited < milliseconds; waited += 200)
             if (window.run(*door, 200), changed(area) > 0.2) return true;
         return false;
@@ -66,7 +70,6 @@ struct Screen {
     LocalServer server;
     std::unique_ptr<EditorHost::EditorDoor> door = EditorHost::makeDoor("vst3");
     EditorHost::HostWindow window{534, 488};
-    bool opened = false;
     CBitmap *shot = nullptr, *last = nullptr;
 };
 
@@ -79,41 +82,33 @@ void saveSideBySide(const CBitmap* left, const CBitmap* right, const char* path)
     both->forget();
 }
 
-TEST(UpdateOnScreen, BadgeQuestionMeterAndTheFileOnTheDesktop) {
-    Screen screen;
-    if (!screen.opened) GTEST_SKIP() << "needs an X display (xvfb-run) and ZONFRA_PLUGIN";
-    ASSERT_TRUE(screen.waitFor(kBadge)) << "no badge";
-    screen.click(269, 469);
-    EXPECT_GT(screen.changed(kBox), 0.5) << "no question";
-    if (const char* path = std::getenv("ZONFRA_UPDATE_SHOT")) saveSideBySide(screen.last, screen.shot, path);
-    screen.click(167, 308);  // "OK"
-    EXPECT_GT(screen.changed(kMeter), 0.2) << "no meter";
-    EXPECT_TRUE(screen.waitFor(kMeter)) << "the meter stands still";
-    const auto landed = screen.home.root / "Desktop" / "setup.bin";
-    for (int i = 0; i < 50 && !std::filesystem::exists(landed); ++i) screen.window.run(*screen.door, 100);
+TEST_F(UpdateOnScreen, BadgeQuestionMeterAndTheFileOnTheDesktop) {
+    EXPECT_GT(changed(kBox), 0.5) << "no question";
+    if (const char* path = std::getenv("ZONFRA_UPDATE_SHOT")) saveSideBySide(last, shot, path);
+    click(167, 308);  // "OK"
+    EXPECT_GT(changed(kMeter), 0.2) << "no meter";
+    EXPECT_TRUE(waitFor(kMeter)) << "the meter stands still";
+    const auto landed = home.root / "Desktop" / "setup.bin";
+    for (int i = 0; i < 50 && !std::filesystem::exists(landed); ++i) window.run(*door, 100);
     EXPECT_EQ(std::filesystem::exists(landed) ? std::filesystem::file_size(landed) : 0, kInstaller.size());  // checked by its digest
 }
 
-TEST(UpdateOnScreen, ClosingEndsTheDownloadAtOnceAndUpdateCheckZeroShowsNothingNextTime) {
-    Screen screen;
-    if (!screen.opened) GTEST_SKIP() << "needs an X display (xvfb-run) and ZONFRA_PLUGIN";
-    ASSERT_TRUE(screen.waitFor(kBadge));
-    screen.click(269, 469);
-    screen.click(167, 308);
-    ASSERT_GT(screen.changed(kMeter), 0.2) << "no download under way";
+TEST_F(UpdateOnScreen, ClosingEndsTheDownloadAtOnceAndUpdateCheckZeroShowsNothingNextTime) {
+    click(167, 308);
+    ASSERT_GT(changed(kMeter), 0.2) << "no download under way";
     const auto closing = std::chrono::steady_clock::now();
-    screen.door->closeEditor();
+    door->closeEditor();
     EXPECT_LT(std::chrono::steady_clock::now() - closing, 1s);  // a hang guard: the transfer would take 1.6 s
     std::this_thread::sleep_for(2s);
-    EXPECT_FALSE(std::filesystem::exists(screen.home.root / "Desktop" / "setup.bin"));
+    EXPECT_FALSE(std::filesystem::exists(home.root / "Desktop" / "setup.bin"));
 
     // The offer still stands, but the next editor neither asks nor shows anything.
     Core::writeSetting("MORVANDEL/MMK zonfraQT", "UpdateCheck", "0");
-    const int asked = screen.server.requests;
-    ASSERT_TRUE(screen.door->openEditor(screen.window.getWindow()));
-    screen.window.run(*screen.door, 500), screen.changed(kBadge);
-    EXPECT_FALSE(screen.waitFor(kBadge, 2500));
-    EXPECT_EQ(screen.server.requests, asked);
+    const int asked = server.requests;
+    ASSERT_TRUE(door->openEditor(window.getWindow()));
+    window.run(*door, 500), changed(kBadge);
+    EXPECT_FALSE(waitFor(kBadge, 2500));
+    EXPECT_EQ(server.requests, asked);
 }
 
 }  // namespace

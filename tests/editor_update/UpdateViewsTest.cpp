@@ -59,10 +59,9 @@ TEST(UpdateViews, FollowTheAnswersFromTheBadgeToTheEndMessages) {
         stage.notification->onUpdateAvailable();
         EXPECT_EQ(stage.shown(), "100 0");
         const CPoint badge(269, 470), corner(5, 5), accept = stage.box->getAcceptButton().getCenter();
+        const CPoint besideAccept(stage.box->getAcceptButton().left - 2, accept.y);
         stage.click(badge);
         EXPECT_EQ(stage.shown(), "010 0");
-
-        const CPoint besideAccept(stage.box->getAcceptButton().left - 2, accept.y);
         const Vinta::CColor cover = stage.pixel(corner), button = stage.pixel(besideAccept);
         stage.box->onMouseMoved(accept, 0);  // the button grows by 3 under the pointer
         EXPECT_NE(stage.pixel(besideAccept), button);
@@ -74,7 +73,6 @@ TEST(UpdateViews, FollowTheAnswersFromTheBadgeToTheEndMessages) {
         EXPECT_EQ(stage.pixel(corner), cover);
         stage.click(corner);
         EXPECT_EQ(stage.shown(), "010 0");
-
         stage.click(stage.box->getCancelButton().getCenter());
         EXPECT_EQ(stage.shown(), "100 0");
         stage.click(badge);
