@@ -2,6 +2,8 @@
 
 #include <X11/Xlib.h>
 
+#include <time.h>
+
 #include <cstdlib>
 #include <memory>
 #include <random>
@@ -10,10 +12,20 @@
 #include "EffectHarness.h"
 #include "editor/CZonfraEditor.h"
 
-// What the open editor's audio tap adds to the audio thread: one host block of noise through the
-// effect with no editor, and with the editor open (meters, spectrum hand-over, moved cutoffs).
-// The difference over the first is the tap's share of a process call. Needs a display (xvfb-run -a).
+// What the open editor's audio tap adds to the audio thread. Host blocks of noise run through the
+// effect (in its control chunks, as the adapters cut them); then the tap is called again for the
+// same chunks the effect hands it. Each is timed in batches by the thread's CPU clock, so that
+// other programs on the machine do not count. Counters: both per host block, and the tap's share
+// of the process call in percent. Needs a display (xvfb-run -a).
 namespace {
+
+constexpr int kBatch = 64;
+
+double threadSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
 
 std::vector<float> noise(int samples) {
     std::mt19937 random(11);
@@ -26,31 +38,43 @@ std::vector<float> noise(int samples) {
 // One connection for the program, opened before any benchmark runs.
 Display* const display = XOpenDisplay(nullptr);
 
-void process(benchmark::State& state, bool withEditor) {
+void tapShareOfProcess(benchmark::State& state) {
+    const int block = static_cast<int>(state.range(0));
     setenv("ZONFRA_NO_GL", "1", 1);
-    if (withEditor && !display) return state.SkipWithError("no X display for the editor's window");
-    CZonfra::EditorFactory makeEditor = [](CZonfra& effect) -> Ondra::PluginEditor* { return new CZonfraEditor(&effect); };
-    CZonfra::editorFactory = withEditor ? makeEditor : nullptr;
-    auto harness = std::make_unique<EffectHarness>(48000.0f, 512);
-    if (withEditor) {
-        auto* editor = dynamic_cast<CZonfraEditor*>(harness->effect->getEditor());
-        editor->setEventDriver(Vinta::X11::EventDriver::HostIdle);
-        const Window parent = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 600, 500, 0, 0, 0);
-        if (!editor->open(reinterpret_cast<void*>(parent))) return state.SkipWithError("the editor did not open");
-    }
-    const std::vector<float> source = noise(512);
-    std::vector<float> left = source, right = source;
+    if (!display) return state.SkipWithError("no X display for the editor's window");
+    CZonfra::editorFactory = [](CZonfra& effect) -> Ondra::PluginEditor* { return new CZonfraEditor(&effect); };
+    auto harness = std::make_unique<EffectHarness>(48000.0f, block);
+    auto* editor = dynamic_cast<CZonfraEditor*>(harness->effect->getEditor());
+    editor->setEventDriver(Vinta::X11::EventDriver::HostIdle);
+    const Window parent = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 600, 500, 0, 0, 0);
+    if (!editor->open(reinterpret_cast<void*>(parent))) return state.SkipWithError("the editor did not open");
+    const int chunk = harness->effect->getControlChunkSize();
+    // A stretch of streaming audio per batch, refilled outside the timed parts.
+    const std::vector<float> source = noise(block * kBatch);
+    std::vector<float> left, right;
+    double processSeconds = 0, tapSeconds = 0;
     for (auto _ : state) {
-        harness->runBlock(left.data(), right.data(), 512);
-        benchmark::DoNotOptimize(left.data());
         left = source, right = source;
+        const double start = threadSeconds();
+        for (int i = 0; i < kBatch; ++i) harness->runBlock(left.data() + i * block, right.data() + i * block, block);
+        benchmark::DoNotOptimize(left.data());
+        const double processed = threadSeconds();
+        for (int i = 0; i < kBatch; ++i)
+            for (int at = i * block; at < (i + 1) * block; at += chunk)
+                editor->audioTap(*harness->effect, left.data() + at, right.data() + at, std::min(chunk, (i + 1) * block - at));
+        tapSeconds += threadSeconds() - processed;
+        processSeconds += processed - start;
     }
+    // The process time above holds one tap already; take it out to compare with the effect alone.
+    const double effectAlone = processSeconds - tapSeconds;
+    const double blocks = static_cast<double>(state.iterations()) * kBatch;
+    state.counters["process_us"] = effectAlone * 1e6 / blocks;
+    state.counters["tap_us"] = tapSeconds * 1e6 / blocks;
+    state.counters["tap_percent"] = effectAlone > 0 ? 100.0 * tapSeconds / effectAlone : 0.0;
+    editor->close();
     harness.reset();
+    XDestroyWindow(display, parent);
 }
-
-void processWithoutEditor(benchmark::State& state) { process(state, false); }
-void processWithEditorOpen(benchmark::State& state) { process(state, true); }
-BENCHMARK(processWithoutEditor)->Unit(benchmark::kMicrosecond);
-BENCHMARK(processWithEditorOpen)->Unit(benchmark::kMicrosecond);
+BENCHMARK(tapShareOfProcess)->Arg(64)->Arg(512)->Arg(4096)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include "editor/EditorPalette.h"
 #include "lib/drawing/CDrawContext.h"
-#include "lib/views/VintaClock.h"
 
 namespace ZonfraEditor {
 
@@ -24,49 +23,63 @@ CLineVUBar::CLineVUBar(const CRect& rect) : CView(rect) {
 }
 
 void CLineVUBar::setLevels(float left, float right) {
-    const uint32_t now = getVintaTicks();
-    update(channels[0], left, now);
-    update(channels[1], right, now);
+    smooth(channels[0], left);
+    smooth(channels[1], right);
     // No setDirty here: it would take the frame's lock on the audio thread. The display repaints on its timer.
 }
 
-void CLineVUBar::update(Channel& channel, float x, uint32_t now) {
+void CLineVUBar::smooth(Channel& channel, float x) {
     if (!std::isfinite(x)) x = 0.0f;
     x = std::fabs(x);
-    const float gap = x - channel.smoothed;
-    channel.smoothed += gap * (x <= channel.smoothed ? kFall : kRise) + 1e-19f;
-    const float level = kDbPerNeper * std::log(std::max(channel.smoothed, 1e-30f));
-    channel.levelDb.store(level, std::memory_order_relaxed);
-    float peak = channel.peakDb.load(std::memory_order_relaxed);
-    if (level >= peak) {
-        peak = level;
-        channel.peakTick = now;
-        channel.peakFalling = false;
-    } else if (now - channel.peakTick >= kPeakHoldMs || channel.peakFalling) {
-        if (!channel.peakFalling) {
+    float smoothed = channel.smoothed.load(std::memory_order_relaxed);
+    smoothed += (x - smoothed) * (x <= smoothed ? kFall : kRise) + 1e-19f;
+    channel.smoothed.store(smoothed, std::memory_order_relaxed);
+    if (smoothed > channel.loudest.load(std::memory_order_relaxed))
+        channel.loudest.store(smoothed, std::memory_order_relaxed);
+    channel.cleared.store(false, std::memory_order_relaxed);
+}
+
+float CLineVUBar::getLevelDb(int channel) const {
+    const Channel& c = channels[channel & 1];
+    if (c.cleared.load(std::memory_order_relaxed)) return kClearedDb;
+    return kDbPerNeper * std::log(std::max(c.smoothed.load(std::memory_order_relaxed), 1e-30f));
+}
+
+void CLineVUBar::updatePeaks(uint32_t now) {
+    for (Channel& channel : channels) {
+        // A level the audio thread raises between these two steps waits for the next call.
+        const float loudest = channel.loudest.exchange(0.0f, std::memory_order_relaxed);
+        if (channel.cleared.load(std::memory_order_relaxed)) continue;
+        const float level = kDbPerNeper * std::log(std::max(loudest, 1e-30f));
+        if (level >= channel.peakDb) {
+            channel.peakDb = level;
             channel.peakTick = now;
-            channel.peakFalling = true;
-        } else {
-            const float t = std::min(static_cast<float>(now - channel.peakTick) / 60.0f, 1000.0f);
-            channel.peakTick = now;
-            peak = std::max(peak - 2.0f * t, -100.0f);
+            channel.peakFalling = false;
+        } else if (now - channel.peakTick >= kPeakHoldMs || channel.peakFalling) {
+            if (!channel.peakFalling) {
+                channel.peakTick = now;
+                channel.peakFalling = true;
+            } else {
+                const float t = std::min(static_cast<float>(now - channel.peakTick) / 60.0f, 1000.0f);
+                channel.peakTick = now;
+                channel.peakDb = std::max(channel.peakDb - 2.0f * t, -100.0f);
+            }
         }
     }
-    channel.peakDb.store(peak, std::memory_order_relaxed);
 }
 
 void CLineVUBar::clearLevels() {
-    for (Channel& channel : channels) channel.levelDb.store(kClearedDb, std::memory_order_relaxed);
+    for (Channel& channel : channels) channel.cleared.store(true, std::memory_order_relaxed);
 }
 
 void CLineVUBar::draw(CDrawContext* context) {
     const CRect& r = getViewSize();
-    drawBar(context, CRect(r.left, r.top, r.left + kBarWidth, r.bottom), channels[0]);
-    drawBar(context, CRect(r.right - kBarWidth, r.top, r.right, r.bottom), channels[1]);
+    drawBar(context, CRect(r.left, r.top, r.left + kBarWidth, r.bottom), getLevelDb(0), channels[0].peakDb);
+    drawBar(context, CRect(r.right - kBarWidth, r.top, r.right, r.bottom), getLevelDb(1), channels[1].peakDb);
     setDirty(false);
 }
 
-void CLineVUBar::drawBar(CDrawContext* context, const CRect& bar, const Channel& channel) const {
+void CLineVUBar::drawBar(CDrawContext* context, const CRect& bar, float levelDb, float peakDb) const {
     const int n = static_cast<int>(bar.getHeight() * 0.5);
     if (n <= 0) return;
     const double s = 55.0 / n;
@@ -74,8 +87,8 @@ void CLineVUBar::drawBar(CDrawContext* context, const CRect& bar, const Channel&
     auto rowOf = [&](float db) {
         return static_cast<int>(std::clamp(n + (static_cast<double>(db) - 7.0) * s, -1.0, n + 1.0));
     };
-    const int levelRow = rowOf(channel.levelDb.load(std::memory_order_relaxed));
-    const int peakRow = rowOf(channel.peakDb.load(std::memory_order_relaxed));
+    const int levelRow = rowOf(levelDb);
+    const int peakRow = rowOf(peakDb);
     const int zeroRow = static_cast<int>(n - 7.0 * s);
     const bool over = zeroRow < levelRow || zeroRow < peakRow;
     context->setLineWidth(0.75f);

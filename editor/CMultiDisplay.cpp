@@ -3,6 +3,7 @@
 #include "editor/CZonfraEditor.h"
 #include "framework/parameters/ParameterRecord.h"
 #include "framework/parameters/UnitType.h"
+#include "lib/views/VintaClock.h"
 
 namespace ZonfraEditor {
 
@@ -67,6 +68,9 @@ void CMultiDisplay::parameterChanged(Ondra::IPluginParameter* changed) {
 }
 
 void CMultiDisplay::onTimer(uint32_t) {
+    const uint32_t now = getVintaTicks();
+    inputMeter->updatePeaks(now);
+    outputMeter->updatePeaks(now);
     if (auto* editor = dynamic_cast<CZonfraEditor*>(getEditor())) editor->updateHoverText();
     setDirty(true);
 }

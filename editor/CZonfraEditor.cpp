@@ -253,7 +253,7 @@ void CZonfraEditor::close() {
     // The audio thread lets go of the display before the views go. Both sides store one variable
     // and then read the other, so the order is sequentially consistent.
     multiDisplay.store(nullptr);
-    while (tapUsers.load() != 0) std::this_thread::yield();
+    while (tapsEnded.load(std::memory_order_acquire) != tapsBegun.load()) std::this_thread::yield();
     CVintariaEditor::close();
     // After the frame's events and paints have stopped, so that no view still reaches the session.
     closeUpdateClient();
@@ -265,11 +265,10 @@ void CZonfraEditor::onIdleHook() {
 }
 
 void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const float* right, int count) {
-    tapUsers.fetch_add(1);
-    if (CMultiDisplay* display = multiDisplay.load()) {
+    if (CMultiDisplay* display = beginTap()) {
         const SignalChain& chain = source.signalChain();
         const ModulationControl& control = source.modulation();
-        const bool bypassed = const_cast<CZonfra&>(source).isBypassed() && chain.isBypassSettled();
+        const bool bypassed = source.isBypassed() && chain.isBypassSettled();
         float inL, inR;
         if (bypassed) {
             inL = chain.peakHoldLeft(), inR = chain.peakHoldRight();
@@ -283,7 +282,7 @@ void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const flo
             display->setOutputLevels(inL, inR);
         else
             display->setOutputLevels(peakOf(out.minL, out.maxL), peakOf(out.minR, out.maxR));
-        display->getPlot()->setSampleRate(const_cast<CZonfra&>(source).getSampleRate());
+        display->getPlot()->setSampleRate(source.getSampleRate());
         if (left && count > 0) display->pushSpectrum(left, right, count);
         display->setEnvelopeCutoffs(control.low().target, control.high().target);
         display->setLfoCutoffs(control.low().modulated, control.high().modulated);
@@ -292,14 +291,20 @@ void CZonfraEditor::audioTap(const CZonfra& source, const float* left, const flo
         display->setRingModFrequency(control.ringFrequencyInForce());
         display->setFreqModValues(control.freqModFrequencyInForce(), control.freqModMixInForce());
     }
-    tapUsers.fetch_sub(1, std::memory_order_acq_rel);
+    endTap();
 }
 
 void CZonfraEditor::resetDisplays() {
-    tapUsers.fetch_add(1);
-    if (CMultiDisplay* display = multiDisplay.load()) display->clearDisplays();
-    tapUsers.fetch_sub(1, std::memory_order_acq_rel);
+    if (CMultiDisplay* display = beginTap()) display->clearDisplays();
+    endTap();
 }
+
+CMultiDisplay* CZonfraEditor::beginTap() {
+    tapsBegun.store(tapsBegun.load(std::memory_order_relaxed) + 1);
+    return multiDisplay.load();
+}
+
+void CZonfraEditor::endTap() { tapsEnded.store(tapsBegun.load(std::memory_order_relaxed), std::memory_order_release); }
 
 void CZonfraEditor::updateHoverText() {
     CMultiDisplay* display = getMultiDisplay();

@@ -71,7 +71,13 @@ private:
     Core::CStringBufferd<4> emptyText;
     Core::CStringBufferd<192> hoverText;
     std::atomic<ZonfraEditor::CMultiDisplay*> multiDisplay{nullptr};
-    std::atomic<int> tapUsers{0};
+    // Taps begun and ended. Only the thread that runs the effect writes them (one at a time), so
+    // ending one is a plain store; only beginning needs the full fence.
+    std::atomic<uint32_t> tapsBegun{0};
+    std::atomic<uint32_t> tapsEnded{0};
     std::unique_ptr<Resko::CReskoSession> updateSession;
     Resko::CUpdateNotification* updateNotification = nullptr;
+
+    ZonfraEditor::CMultiDisplay* beginTap();
+    void endTap();
 };

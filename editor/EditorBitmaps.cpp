@@ -12,14 +12,12 @@ namespace {
 std::mutex lock;
 int users = 0;
 Vinta::CBitmap* bitmaps[2][kBitmapCount] = {};
-constexpr uint32_t kLargestTexture = 16384;
 
 Vinta::CBitmap* loadSharp(const char* name) {
     std::string sharp = name;
     sharp.insert(sharp.size() - 4, "@2x");
     auto* bitmap = new Vinta::CBitmap(sharp.c_str(), false);
-    // Taller than the textures a GL driver is sure to take (the big dial's 128 frames): 100 % it is.
-    if (!bitmap->isValid() || bitmap->getPixelHeight() > kLargestTexture || bitmap->getPixelWidth() > kLargestTexture) {
+    if (!bitmap->isValid()) {
         bitmap->forget();
         return nullptr;
     }

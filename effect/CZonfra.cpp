@@ -26,7 +26,6 @@ CZonfra::CZonfra(Ondra::OndraCallback* hostCallback) : OndraOS(hostCallback) {
     buildParameters();
     if (editorFactory) editor = editorFactory(*this);
     editorTap = dynamic_cast<IEditorTap*>(editor);
-    editorTap = dynamic_cast<IEditorTap*>(editor);
     setBlockSize(kStartBlockSize);
     // The LFO's start settings hold until the init preset reports its own.
     control.startLfo(kStartSampleRate);

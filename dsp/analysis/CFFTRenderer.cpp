@@ -1,5 +1,7 @@
 #include "dsp/analysis/CFFTRenderer.h"
 
+#include "dsp/memory/BlockScan.h"
+
 #include <kissfft/kiss_fft.h>
 
 #include <algorithm>
@@ -56,7 +58,7 @@ void CFFTRenderer::push(const float* left, const float* right, int count) {
         const int chunk = std::min(count, kFftSize - fillPos);
         float* to = slots[writeSlot].data() + fillPos;
         if (right != nullptr) {
-            for (int i = 0; i < chunk; ++i) to[i] = (left[i] + right[i]) * 0.5f;
+            DSP::Block::midpoint(to, left, right, chunk);
             right += chunk;
         } else {
             std::memcpy(to, left, sizeof(float) * static_cast<size_t>(chunk));

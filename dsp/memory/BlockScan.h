@@ -109,4 +109,12 @@ inline void crossfade(float* wet, const float* other, int n, const float* k) {
     for (; i < n; ++i) wet[i] += (other[i] - wet[i]) * k[i];
 }
 
+// out[i] = (a[i] + b[i]) * 0.5f.
+inline void midpoint(float* out, const float* a, const float* b, int n) {
+    const __m128 half = _mm_set1_ps(0.5f);
+    int i = 0;
+    for (; i + 4 <= n; i += 4) _mm_storeu_ps(out + i, _mm_mul_ps(_mm_add_ps(_mm_loadu_ps(a + i), _mm_loadu_ps(b + i)), half));
+    for (; i < n; ++i) out[i] = (a[i] + b[i]) * 0.5f;
+}
+
 }  // namespace DSP::Block

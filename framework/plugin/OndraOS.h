@@ -41,7 +41,7 @@ public:
     virtual int getAutomatableCount() { return getParameterCount(); }
     virtual void process(OndraAudioBlock&) {}
     virtual void setSampleRate(float rate) { sampleRate = rate; }
-    virtual float getSampleRate() { return sampleRate; }
+    virtual float getSampleRate() const { return sampleRate; }
     virtual void setBlockSize(int samples) { maxBlockSize = samples; }
     virtual int getBlockSize() { return maxBlockSize; }
     virtual void handleMidiEvent(OndraMidiEvent&) {}
@@ -81,7 +81,7 @@ public:
     virtual void beginParameterBatch() {}
     virtual void endParameterBatch() {}
     virtual void setBypass(bool on);
-    virtual bool isBypassed() { return bypassed; }
+    virtual bool isBypassed() const { return bypassed; }
     virtual void setNumInputPairs(int pairs);
     virtual void setNumOutputPairs(int pairs);
     virtual int getNumInputPairs() { return numInputPairs; }

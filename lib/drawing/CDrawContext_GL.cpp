@@ -60,13 +60,18 @@ CDrawContext_GL::CDrawContext_GL(CFrame* owner, NVGcontext* context, int32_t win
     font = kSystemFont;
     fontSizeCurrent = 100.0;
     clipRect = CRect(0, 0, windowWidth, windowHeight);
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    if (largest > 0)
+        largestImage = largest;
 }
 
 CDrawContext_GL::~CDrawContext_GL() {
     std::lock_guard<std::mutex> guard(imageLock);
     if (nvg != nullptr)
         for (const auto& entry : imageCache)
-            nvgDeleteImage(nvg, entry.second);
+            for (const Band& band : entry.second)
+                nvgDeleteImage(nvg, band.image);
 }
 
 NVGcontext* CDrawContext_GL::checked() const {
@@ -308,25 +313,38 @@ void CDrawContext_GL::drawStringAtPoint(const char* text, const CRect& rect, dou
     nvgRestore(nvg);
 }
 
-int CDrawContext_GL::imageOf(CBitmap& bitmap) {
+const std::vector<CDrawContext_GL::Band>* CDrawContext_GL::bandsOf(CBitmap& bitmap) {
     std::lock_guard<std::mutex> guard(imageLock);
-    const ImageKey key{&bitmap, bitmap.getPixelWidth(), bitmap.getPixelHeight()};
+    const uint32_t width = bitmap.getPixelWidth(), height = bitmap.getPixelHeight();
+    const ImageKey key{&bitmap, width, height};
     auto found = imageCache.find(key);
+    const uint8_t* pixels = bitmap.getPixels();
+    const size_t rowBytes = static_cast<size_t>(width) * 4;
     if (found == imageCache.end()) {
-        const int id = nvgCreateImageRGBA(nvg, static_cast<int>(bitmap.getPixelWidth()),
-                                          static_cast<int>(bitmap.getPixelHeight()),
-                                          bitmap.getImageFlags() | NVG_IMAGE_PREMULTIPLIED | NVG_IMAGE_GENERATE_MIPMAPS,
-                                          bitmap.getPixels());
-        if (id <= 0)
-            return 0;
+        if (width == 0 || height == 0 || width > static_cast<uint32_t>(largestImage))
+            return nullptr;
+        std::vector<Band> bands;
+        for (uint32_t first = 0; first < height; first += static_cast<uint32_t>(largestImage)) {
+            const uint32_t rows = std::min(height - first, static_cast<uint32_t>(largestImage));
+            const int id = nvgCreateImageRGBA(nvg, static_cast<int>(width), static_cast<int>(rows),
+                                              bitmap.getImageFlags() | NVG_IMAGE_PREMULTIPLIED | NVG_IMAGE_GENERATE_MIPMAPS,
+                                              pixels + first * rowBytes);
+            if (id <= 0) {
+                for (const Band& band : bands)
+                    nvgDeleteImage(nvg, band.image);
+                return nullptr;
+            }
+            bands.push_back({id, first, rows});
+        }
         bitmap.setNeedsUpload(false);
-        found = imageCache.emplace(key, id).first;
+        found = imageCache.emplace(key, std::move(bands)).first;
     }
     if (bitmap.getNeedsUpload()) {
-        nvgUpdateImage(nvg, found->second, bitmap.getPixels());
+        for (const Band& band : found->second)
+            nvgUpdateImage(nvg, band.image, pixels + band.firstRow * rowBytes);
         bitmap.setNeedsUpload(false);
     }
-    return found->second;
+    return &found->second;
 }
 
 void CDrawContext_GL::fillBitmap(CBitmap& bitmap, const CRect& area, double patternX, double patternY,
@@ -335,14 +353,22 @@ void CDrawContext_GL::fillBitmap(CBitmap& bitmap, const CRect& area, double patt
     if (checked() == nullptr || !bitmap.isValid() || bitmap.getPixels() == nullptr ||
         bitmap.getStride() != static_cast<int32_t>(bitmap.getPixelWidth() * 4))
         return;
-    const int image = imageOf(bitmap);
-    if (image <= 0)
+    const std::vector<Band>* bands = bandsOf(bitmap);
+    if (bands == nullptr)
         return;
-    const NVGpaint pattern = nvgImagePattern(nvg, patternX, patternY, patternW, patternH, 0.0f, image, patternAlpha);
-    nvgBeginPath(nvg);
-    nvgRect(nvg, area.left, area.top, area.getWidth(), area.getHeight());
-    nvgFillPaint(nvg, pattern);
-    nvgFill(nvg);
+    // Each band paints the part of the area that shows its rows.
+    const double unitsPerRow = patternH / bitmap.getPixelHeight();
+    for (const Band& band : *bands) {
+        const double top = patternY + band.firstRow * unitsPerRow, height = band.rows * unitsPerRow;
+        const double from = std::max(area.top, top), to = std::min(area.bottom, top + height);
+        if (to <= from)
+            continue;
+        const NVGpaint pattern = nvgImagePattern(nvg, patternX, top, patternW, height, 0.0f, band.image, patternAlpha);
+        nvgBeginPath(nvg);
+        nvgRect(nvg, area.left, from, area.getWidth(), to - from);
+        nvgFillPaint(nvg, pattern);
+        nvgFill(nvg);
+    }
 }
 
 void CDrawContext_GL::drawBitmap(CBitmap& bitmap, const CRect& rect, const CPoint& source, uint8_t alphaByte, bool) {

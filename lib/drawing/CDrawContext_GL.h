@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <tuple>
+#include <vector>
 
 #include <nanovg.h>
 
@@ -28,8 +29,11 @@ public:
     void beginFrame(int32_t windowWidth, int32_t windowHeight, float pixelRatio);
     void endFrame();
     NVGcontext* getNanoVG() const { return nvg; }
-    // GPU images made so far; one per bitmap and size.
+    // Bitmaps made into GPU images so far; one per bitmap and size.
     size_t getImageCount() const;
+    // The tallest image the GL driver takes; a taller bitmap goes up in bands of this many rows.
+    int32_t getLargestImage() const { return largestImage; }
+    void setLargestImage(int32_t rows) { largestImage = rows; }
 
     void setGlobalAlpha(float value) override;
     void drawLine(double x1, double y1, double x2, double y2) override;
@@ -56,7 +60,12 @@ public:
 
 private:
     NVGcontext* checked() const;
-    int imageOf(CBitmap& bitmap);
+    // One GPU image per band of rows of a bitmap.
+    struct Band {
+        int image;
+        uint32_t firstRow, rows;
+    };
+    const std::vector<Band>* bandsOf(CBitmap& bitmap);
     void finishPath(int32_t style);
     void fillBitmap(CBitmap& bitmap, const CRect& area, double patternX, double patternY, double patternW,
                     double patternH, float patternAlpha);
@@ -64,7 +73,8 @@ private:
 
     NVGcontext* nvg = nullptr;
     using ImageKey = std::tuple<const CBitmap*, uint32_t, uint32_t>;
-    std::map<ImageKey, int> imageCache;
+    std::map<ImageKey, std::vector<Band>> imageCache;
+    int32_t largestImage = 4096;
     mutable std::mutex imageLock;
     int fontId = -1;
 };

@@ -128,8 +128,12 @@ TEST_F(OpenEditor, ASteadySinePeaksInItsBinAndTheMetersFollowItsLevel) {
     const float* db = display_->getPlot()->getRenderer().spectrumDb();
     const int peak = static_cast<int>(std::max_element(db, db + DSP::CFFTRenderer::kBinCount) - db);
     EXPECT_NEAR(peak * 44100.0 / DSP::CFFTRenderer::kFftSize, 1000.0, 44100.0 / DSP::CFFTRenderer::kFftSize);
+    display_->onTimer(0);
     for (ZonfraEditor::CLineVUBar* meter : {display_->getInputMeter(), display_->getOutputMeter()})
-        for (int channel : {0, 1}) EXPECT_NEAR(meter->getLevelDb(channel), -6.0f, 0.5f);
+        for (int channel : {0, 1}) {
+            EXPECT_NEAR(meter->getLevelDb(channel), -6.0f, 0.5f);
+            EXPECT_NEAR(meter->getPeakDb(channel), -6.0f, 0.5f) << "the peak line takes the level at the display's tick";
+        }
 
     harness->effect->setBypass(true);
     feed(sine(512 * 100, 1000, 44100, amplitude));

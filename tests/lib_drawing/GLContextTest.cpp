@@ -111,6 +111,19 @@ TEST_F(GLContext, BitmapsUploadOnceAndAgainOnlyWhenChanged) {
     EXPECT_EQ(context->getImageCount(), 1u) << "an empty bitmap makes no image";
 }
 
+TEST_F(GLContext, ABitmapTallerThanTheLargestImageDrawsInBands) {
+    // Bands of 12 rows cut the 10-row frames of the strip: the middle frame lies in two bands.
+    context->setLargestImage(12);
+    BitmapPtr strip = makeFilmstrip();
+    const std::vector<uint8_t> pixels = paint([&](CDrawContext& c) {
+        for (int frame = 0; frame < 3; ++frame) strip->draw(&c, CRect(20 * frame, 0, 20 * frame + 10, 10), CPoint(0, 10 * frame));
+    });
+    EXPECT_EQ(context->getImageCount(), 1u);
+    const CColor colours[] = {kRedCColor, kGreenCColor, kBlueCColor};
+    for (int frame = 0; frame < 3; ++frame)
+        for (int y : {0, 1, 5, 8, 9}) EXPECT_EQ(at(pixels, 20 * frame + 2, y), colours[frame]) << frame << " row " << y;
+}
+
 TEST_F(GLContext, MissingFontDrawsNothing) {
     CFontDesc* missing = new CFontDesc("no-such-archive", "x.ttf", "y.ttf", 1);
     const std::vector<uint8_t> pixels = paint([&](CDrawContext& c) {
