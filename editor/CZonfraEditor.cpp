@@ -12,6 +12,7 @@
 #include "editor/EditorBitmaps.h"
 #include "editor/EditorPalette.h"
 #include "editor/presets/CPresetBrowser.h"
+#include "editor/update/CUpdateNotification.h"
 #include "effect/CZonfra.h"
 #include "framework/parameters/ParameterRecord.h"
 #include "framework/parameters/UnitType.h"
@@ -25,6 +26,7 @@
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CFontDesc.h"
 #include "lib/views/CFrame.h"
+#include "update/ReskoSession.h"
 
 using namespace Vinta;
 using namespace ZonfraEditor;
@@ -142,6 +144,28 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
     }
     auto* scaleButton = new CGuiScaleContext(CRect(1, 0, 21, 45));
     newFrame->addView(scaleButton);
+    openUpdateClient(newFrame);
+}
+
+void CZonfraEditor::openUpdateClient(CFrame* newFrame) {
+    closeUpdateClient();
+    constexpr const char* kProductName = "MMK zonfraQT";
+    std::string enabled;
+    Core::readSetting(Core::makeKeyName("MORVANDEL", kProductName), "UpdateCheck", enabled, "1");
+    if (enabled == "0") return;
+    updateSession = std::make_unique<Resko::CReskoSession>(1);
+    updateSession->init(kProductName, "ZONFRAQT", 0x10300);
+    updateNotification = Resko::createUpdateNotification(newFrame, CPoint(219, 450), updateSession.get());
+    if (updateNotification) updateNotification->remember();
+}
+
+void CZonfraEditor::closeUpdateClient() {
+    if (updateNotification) {
+        updateNotification->releaseSession();
+        updateNotification->forget();
+        updateNotification = nullptr;
+    }
+    updateSession.reset();
 }
 
 void CZonfraEditor::buildDials(CFrame* newFrame) {
@@ -231,6 +255,8 @@ void CZonfraEditor::close() {
     multiDisplay.store(nullptr);
     while (tapsEnded.load(std::memory_order_acquire) != tapsBegun.load()) std::this_thread::yield();
     CVintariaEditor::close();
+    // After the frame's events and paints have stopped, so that no view still reaches the session.
+    closeUpdateClient();
     readoutParameter.setLinkedText(&emptyText);
 }
 

@@ -2,6 +2,7 @@
 // The effect's editor: the 534 x 488 panel on the drawn background, every control tied to its
 // parameter, the display with the response plot and meters, and the audio tap feeding them.
 #include <atomic>
+#include <memory>
 
 #include "CORE/strings/CString.h"
 #include "effect/IEditorTap.h"
@@ -14,6 +15,11 @@ class CZonfra;
 namespace ZonfraEditor {
 class CMultiDisplay;
 }
+
+namespace Resko {
+class CReskoSession;
+class CUpdateNotification;
+}  // namespace Resko
 
 class CZonfraEditor : public Vinta::CVintariaEditor,
                       public ISamplerEffect,
@@ -46,12 +52,18 @@ public:
     ZonfraEditor::CMultiDisplay* getMultiDisplay() const { return multiDisplay.load(std::memory_order_acquire); }
     // The text of the control under the pointer, kept in the read-out parameter; empty when none.
     void updateHoverText();
+    // While open and the update check is on; null otherwise.
+    Resko::CUpdateNotification* getUpdateNotification() const { return updateNotification; }
 
 private:
     // The shared bitmap for this editor's scale, chosen as the window opens.
     Vinta::CBitmap* bitmap(int id) const;
     void buildDials(Vinta::CFrame* frame);
     void buildSwitches(Vinta::CFrame* frame);
+    // The update check lives exactly as long as the window: nothing of it runs in a host that never
+    // opens one, and closing stops a running download.
+    void openUpdateClient(Vinta::CFrame* frame);
+    void closeUpdateClient();
 
     CZonfra* effect;
     Ondra::ParameterProperty readoutParameter;
@@ -63,6 +75,8 @@ private:
     // ending one is a plain store; only beginning needs the full fence.
     std::atomic<uint32_t> tapsBegun{0};
     std::atomic<uint32_t> tapsEnded{0};
+    std::unique_ptr<Resko::CReskoSession> updateSession;
+    Resko::CUpdateNotification* updateNotification = nullptr;
 
     ZonfraEditor::CMultiDisplay* beginTap();
     void endTap();

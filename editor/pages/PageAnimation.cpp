@@ -38,4 +38,18 @@ void Vinta_Animation::moveRect(Vinta::CRect& current, const Vinta::CRect& target
     moveEdge(current.bottom, target.bottom, fraction);
 }
 
+void Vinta_Animation::start() { lastTick = startTick = Vinta::getVintaTicks(); }
+
+float Vinta_Animation::value() {
+    lastTick = Vinta::getVintaTicks();
+    if (durationMs <= 0) return 1.0f;
+    uint32_t elapsedMs = lastTick - startTick;
+    if (looping) elapsedMs %= static_cast<uint32_t>(durationMs);
+    return std::clamp(static_cast<float>(elapsedMs) / static_cast<float>(durationMs), 0.0f, 1.0f);
+}
+
+bool Vinta_Animation::finished() const {
+    return !looping && static_cast<int64_t>(lastTick - startTick) > durationMs;
+}
+
 }  // namespace ZonfraPages
