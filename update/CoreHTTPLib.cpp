@@ -4,6 +4,8 @@
 
 #include <chrono>
 
+#include "update/NameLookup.h"
+
 namespace Resko {
 
 CoreHTTPLib::CoreHTTPLib() = default;
@@ -21,7 +23,10 @@ bool CoreHTTPLib::get(const std::string& host, int port, const std::string& path
     status = 0;
     body.clear();
     if (stopping) return false;
-    httplib::Client connection(host, port);
+    // The name is looked up by us, so that a stop ends a stuck lookup too; the server still sees its name.
+    const std::string address = lookUpNumericAddress(host, port, timeoutMs, stopping);
+    if (address.empty()) return false;
+    httplib::Client connection(address, port);
     const auto limit = std::chrono::milliseconds(timeoutMs);
     connection.set_connection_timeout(limit);
     connection.set_read_timeout(limit);
@@ -39,7 +44,7 @@ bool CoreHTTPLib::get(const std::string& host, int port, const std::string& path
     auto goOn = [&] { return !stopping && std::chrono::steady_clock::now() < deadline; };
     bool tooLong = false;
     const auto result = connection.Get(
-        path, httplib::Headers{},
+        path, httplib::Headers{{"Host", port == 80 ? host : host + ":" + std::to_string(port)}},
         [&](const httplib::Response&) { return goOn(); },
         [&](const char* data, size_t size) {
             if (body.size() + size > maxBody) tooLong = true;

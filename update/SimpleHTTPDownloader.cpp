@@ -13,6 +13,7 @@
 #include "CORE/threads/ThreadEvent.h"
 #include "CORE/threads/Threads.h"
 #include "update/DownloadTarget.h"
+#include "update/NameLookup.h"
 #include "update/Sha256.h"
 
 namespace Resko {
@@ -79,11 +80,8 @@ bool sendAll(Job& job, const std::string& text) {
 }
 
 bool connectTo(Job& job) {
-    addrinfo hints{};
-    hints.ai_family = AF_UNSPEC;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    if (getaddrinfo(job.host.c_str(), std::to_string(job.port).c_str(), &hints, &found) != 0 || !found) return false;
+    addrinfo* found = lookUpName(job.host, job.port, job.connectTimeoutMs, job.stopping);
+    if (!found) return false;
     job.report(CSimpleHTTPDownloader::LIVE_CONNECTING);
     bool connected = false;
     for (addrinfo* address = found; address && !connected && !job.stopping; address = address->ai_next) {

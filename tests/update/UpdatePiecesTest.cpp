@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include "core_files/TempHome.h"
 #include "update/DownloadTarget.h"
+#include "update/NameLookup.h"
 #include "update/Sha256.h"
 #include "update/UpdateReply.h"
 
@@ -83,4 +87,22 @@ TEST(DownloadTarget, NewFilesNeverReplaceExistingOnes) {
     EXPECT_EQ(second, folder + "a (2).exe");
     EXPECT_EQ(std::filesystem::file_size(home.root / "a.exe"), 4u);
     EXPECT_EQ(createUniqueFile(folder + "missing/", "a.exe", first), -1);
+}
+
+TEST(NameLookup, NamesResolveAndAStopOrAnUnknownNameGivesNone) {
+    std::atomic<bool> running{false}, stopped{true};
+    const struct {
+        const char* host;
+        const std::atomic<bool>& stop;
+        std::vector<std::string> accepted;  // empty: no address
+    } cases[] = {{"127.0.0.1", running, {"127.0.0.1"}},
+                 {"localhost", running, {"127.0.0.1", "::1"}},
+                 {"localhost", stopped, {}},
+                 {"", running, {}},
+                 {"no-such-host.invalid", running, {}}};
+    for (const auto& c : cases) {
+        const std::string address = Resko::lookUpNumericAddress(c.host, 80, 5000, c.stop);
+        if (c.accepted.empty()) EXPECT_EQ(address, "") << c.host;
+        else EXPECT_NE(std::find(c.accepted.begin(), c.accepted.end(), address), c.accepted.end()) << c.host << " gave " << address;
+    }
 }
