@@ -20,6 +20,12 @@ struct Request {
 
 addrinfo* lookUpName(const std::string& host, int port, int timeoutMs, const std::atomic<bool>& stopping) {
     if (host.empty() || stopping) return nullptr;
+    // An address written as numbers needs no resolver (nor the resolver's helper thread).
+    addrinfo numeric{};
+    numeric.ai_flags = AI_NUMERICHOST;
+    numeric.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host.c_str(), std::to_string(port).c_str(), &numeric, &found) == 0) return found;
     auto request = std::make_unique<Request>();
     request->host = host;
     request->service = std::to_string(port);
