@@ -22,6 +22,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "lib/drawing/CBitmap.h"
@@ -197,6 +198,7 @@ struct X11Frame::Native {
     void threadMain(Window parentWindow, CRect rect);
 
     void processEvents();
+    void serviceCompanions();
     void dispatch(XEvent& event);
     void onButtonPress(XButtonEvent& event);
     void onButtonRelease(XButtonEvent& event);
@@ -332,8 +334,8 @@ void X11Frame::Native::close() {
     if (!display) return;
     if (isConnectionLost(display)) {
         // Nothing can be released on the server any more; the companions drop their handles.
-        for (X11Companion* companion : companions) companion->detach();
-        companions.clear();
+        const std::vector<X11Companion*> leaving = std::exchange(companions, {});
+        for (X11Companion* companion : leaving) companion->detach();
         glDraw = nullptr;  // its GL objects went with the server
         XCloseDisplay(display);
         releaseErrorsOf(display);
@@ -436,6 +438,8 @@ void X11Frame::Native::pumpOnce() {
     if (!display || isConnectionLost(display)) return;
     processEvents();
     if (!display) return;  // a handler closed the editor
+    serviceCompanions();
+    if (!display) return;  // so did a dialog's answer
     const uint32_t now = getVintaTicks();
     X11SystemTimer::instance().service(now);
     if (!display) return;  // so did a timer
@@ -461,6 +465,14 @@ void X11Frame::Native::processEvents() {
         }
         dispatch(event);
     }
+}
+
+void X11Frame::Native::serviceCompanions() {
+    // A companion may leave (or close the editor) during its turn, and answers may open new ones.
+    const std::vector<X11Companion*> present = companions;
+    for (X11Companion* companion : present)
+        if (display && std::find(companions.begin(), companions.end(), companion) != companions.end())
+            companion->service();
 }
 
 void X11Frame::Native::dispatch(XEvent& event) {
@@ -751,7 +763,15 @@ void X11Frame::pumpModal(int timeoutMilliseconds) {
     n.pumpOnce();
 }
 
-void X11Frame::addCompanion(X11Companion* companion) { native->companions.push_back(companion); }
+bool X11Frame::addCompanion(X11Companion* companion) {
+    bool added = false;
+    native->call([&] {
+        if (!native->display || native->closing.load()) return;
+        native->companions.push_back(companion);
+        added = true;
+    });
+    return added;
+}
 
 void X11Frame::removeCompanion(X11Companion* companion) { std::erase(native->companions, companion); }
 
