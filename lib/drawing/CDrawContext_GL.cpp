@@ -324,6 +324,11 @@ int CDrawContext_GL::imageOf(CBitmap& bitmap) {
     }
     if (bitmap.getNeedsUpload()) {
         nvgUpdateImage(nvg, found->second, bitmap.getPixels());
+        // nanovg renews only the full-size level: a bitmap drawn smaller would go on showing what
+        // it held at its first upload (a knob's frame from before the host moved it).
+        glBindTexture(GL_TEXTURE_2D, nvglImageHandleGL3(nvg, found->second));
+        glGenerateMipmap(GL_TEXTURE_2D);
+        glBindTexture(GL_TEXTURE_2D, 0);  // where nanovg's own binding left it
         bitmap.setNeedsUpload(false);
     }
     return found->second;
