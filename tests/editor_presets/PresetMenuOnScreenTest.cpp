@@ -1,7 +1,7 @@
 // The plug-in's editor through the VST3 door in a virtual X server, used the way a person does:
 // a right click on the browser opens the menu, the pointer walks into the category's sub-menu and
-// picks its preset; "Save Preset as.." puts up the desktop's chooser (a stub here) while the host's
-// loop goes on, and the editor closing takes the chooser along.
+// picks its preset; a preset file dropped anywhere loads; "Save Preset as.." puts up the desktop's
+// chooser (a stub here) while the host's loop goes on, and the editor closing takes it along.
 #include <signal.h>
 #include <sys/stat.h>
 
@@ -104,6 +104,79 @@ TEST_F(OnScreen, APresetPickedWithThePointerFromASubMenuLoads) {
     window->run(*door, 200);
     pickFromMenu(6 * 18 + 3 * 7, true);  // "Bass", behind the fixed rows and their separators
     window->run(*door, 200);
+    EXPECT_NEAR(door->getParameter(lowCutoff), 0.15, 1e-3);
+    door->closeEditor();
+}
+
+// Drops `file` at host-window point (x, y) the way a file manager does (XDND with a uri list)
+// while the host's loop turns; true when the editor said it took the drop.
+bool dropFile(EditorHost::EditorDoor& door, EditorHost::HostWindow& window, const std::string& file, int x, int y) {
+    Display* display = XOpenDisplay(nullptr);
+    const auto atom = [&](const char* name) { return XInternAtom(display, name, False); };
+    Window root = 0, parent = 0, *children = nullptr, target = 0;
+    unsigned int count = 0;
+    XQueryTree(display, window.getWindow(), &root, &parent, &children, &count);
+    if (count > 0) target = children[0];  // the editor's window
+    if (children) XFree(children);
+    const Window source = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 10, 10, 0, 0, 0);
+    XSetSelectionOwner(display, atom("XdndSelection"), source, CurrentTime);
+    const auto send = [&](const char* type, long l1, long l2, long l3) {
+        XEvent event{};
+        event.xclient = {ClientMessage, 0, True, display, target, atom(type), 32, {}};
+        event.xclient.data.l[0] = static_cast<long>(source);
+        event.xclient.data.l[1] = l1;
+        event.xclient.data.l[2] = l2;
+        event.xclient.data.l[3] = l3;
+        XSendEvent(display, target, False, NoEventMask, &event);
+        XFlush(display);
+    };
+    int rootX = 0, rootY = 0;
+    Window child = 0;
+    XTranslateCoordinates(display, window.getWindow(), DefaultRootWindow(display), x, y, &rootX, &rootY, &child);
+    send("XdndEnter", 5L << 24, static_cast<long>(atom("text/uri-list")), 0);
+    send("XdndPosition", 0, (static_cast<long>(rootX) << 16) | rootY, CurrentTime);
+    send("XdndDrop", 0, CurrentTime, 0);
+    const std::string list = "file://" + file + "\r\n";
+    bool finished = false, accepted = false;
+    waitFor([&] {
+        window.run(door, 10);
+        while (XPending(display)) {
+            XEvent event;
+            XNextEvent(display, &event);
+            if (event.type == SelectionRequest) {
+                const XSelectionRequestEvent& request = event.xselectionrequest;
+                XChangeProperty(display, request.requestor, request.property, request.target, 8, PropModeReplace,
+                                reinterpret_cast<const unsigned char*>(list.data()), static_cast<int>(list.size()));
+                XEvent reply{};
+                reply.xselection = {SelectionNotify, 0, True, display, request.requestor, request.selection,
+                                    request.target, request.property, request.time};
+                XSendEvent(display, request.requestor, False, NoEventMask, &reply);
+                XFlush(display);
+            } else if (event.type == ClientMessage && event.xclient.message_type == atom("XdndFinished")) {
+                finished = true;
+                accepted = event.xclient.data.l[1] & 1;
+            }
+        }
+        return finished;
+    });
+    XDestroyWindow(display, source);
+    XCloseDisplay(display);
+    return accepted;
+}
+
+TEST_F(OnScreen, APresetFileDroppedAnywhereOnTheEditorLoadsAndOtherFilesAreLeft) {
+    saveWithCutoff((home.root / "Elsewhere" / "Dropped").string(), 0.15f);
+    writeAll(home.root / "Elsewhere" / "notes.txt", "not a preset");
+    open();
+    if (IsSkipped() || HasFatalFailure()) return;
+    const int lowCutoff = door->findParameter("LowPass Frequency");
+    ASSERT_GE(lowCutoff, 0);
+    door->setParameter(lowCutoff, 0.5);
+    window->run(*door, 100);
+    EXPECT_FALSE(dropFile(*door, *window, (home.root / "Elsewhere" / "notes.txt").string(), 267, 470));
+    EXPECT_NEAR(door->getParameter(lowCutoff), 0.5, 1e-3);
+    // The footer, far from the browser's arrows.
+    EXPECT_TRUE(dropFile(*door, *window, (home.root / "Elsewhere" / "Dropped.fxp").string(), 267, 470));
     EXPECT_NEAR(door->getParameter(lowCutoff), 0.15, 1e-3);
     door->closeEditor();
 }
