@@ -1,6 +1,6 @@
 // The plug-in's editor through the VST3 door in a virtual X server, used the way a person does:
 // a right click on the browser opens the menu, the pointer walks into the category's sub-menu and
-// picks its preset; a preset file dropped anywhere loads; "Save Preset as.." puts up the desktop's
+// picks its preset; a rename goes through the name box; a preset file dropped anywhere loads; "Save Preset as.." puts up the desktop's
 // chooser (a stub here) while the host's loop goes on, and the editor closing takes it along.
 #include <signal.h>
 #include <sys/stat.h>
@@ -105,6 +105,24 @@ TEST_F(OnScreen, APresetPickedWithThePointerFromASubMenuLoads) {
     pickFromMenu(6 * 18 + 3 * 7, true);  // "Bass", behind the fixed rows and their separators
     window->run(*door, 200);
     EXPECT_NEAR(door->getParameter(lowCutoff), 0.15, 1e-3);
+    door->closeEditor();
+}
+
+TEST_F(OnScreen, RenamingThroughTheNameBoxRenamesTheFile) {
+    saveWithCutoff("One", 0.3f);
+    open();
+    if (IsSkipped() || HasFatalFailure()) return;
+    pickFromMenu(6 * 18 + 3 * 7, false);  // "1 - One" becomes current
+    pickFromMenu(3 * 18 + 7, false);      // "Rename Preset" opens the name box
+    EditorHost::InputScript hand(window->getWindow());
+    window->run(*door, 200);
+    hand.send({Kind::Type, 0, 0, "renamed"});  // the field starts with all of the old name selected
+    hand.send({Kind::Key, 0, 0, "Return"});
+    EXPECT_TRUE(waitFor([&] {
+        window->run(*door, 20);
+        return fs::exists(folder / "renamed.fxp");
+    }));
+    EXPECT_FALSE(fs::exists(folder / "One.fxp"));
     door->closeEditor();
 }
 
