@@ -766,7 +766,7 @@ void X11Frame::pumpModal(int timeoutMilliseconds) {
 bool X11Frame::addCompanion(X11Companion* companion) {
     bool added = false;
     native->call([&] {
-        if (!native->display || native->closing.load()) return;
+        if (!native->display) return;
         native->companions.push_back(companion);
         added = true;
     });

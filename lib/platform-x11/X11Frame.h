@@ -94,7 +94,7 @@ public:
     // window pixels, and one round of the event loop for a modal wait (events, timers, paint).
     ::_XDisplay* getDisplay() const;
     CFrame* getFrame() const { return frame; }
-    // From any thread; false when the frame is closing (the companion was not taken).
+    // From any thread; false when the window has gone (the companion was not taken).
     bool addCompanion(class X11Companion* companion);
     void removeCompanion(class X11Companion* companion);
     void pumpModal(int timeoutMilliseconds);
