@@ -106,11 +106,17 @@ int32_t CPresetBrowser::onMouseDown(const CPoint& where, CButtonState buttons) {
     buildMenu();
     owner->addView(menu);
     menu->remember();
-    const COptionMenuResult result = menu->popup();
-    owner->removeView(menu, true);
-    downPressed = false;
-    if (result.menu) choose(result.menu, result.index);
-    setDirty(true);
+    // The choice comes after the host's loop has turned; the editor closing drops it.
+    const bool shown = menu->popup([self = keepAlive(this), owner](const COptionMenuResult& result) {
+        owner->removeView(self->menu, true);
+        self->downPressed = false;
+        if (result.menu) self->choose(result.menu, result.index);
+        self->setDirty(true);
+    });
+    if (!shown) {
+        owner->removeView(menu, true);
+        downPressed = false;
+    }
     return kMouseEventHandledNoCapture;
 }
 

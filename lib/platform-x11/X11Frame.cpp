@@ -751,18 +751,6 @@ void X11Frame::pump() {
     forget();
 }
 
-void X11Frame::pumpModal(int timeoutMilliseconds) {
-    Native& n = *native;
-    if (!n.display) return;
-    n.runCalls();
-    XFlush(n.display);
-    if (!XPending(n.display)) {
-        pollfd watched{ConnectionNumber(n.display), POLLIN, 0};
-        ::poll(&watched, 1, std::clamp(std::min(timeoutMilliseconds, n.waitMilliseconds()), 0, 100));
-    }
-    n.pumpOnce();
-}
-
 bool X11Frame::addCompanion(X11Companion* companion) {
     bool added = false;
     native->call([&] {

@@ -2,15 +2,19 @@
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "lib/controls/CMenuItem.h"
 #include "lib/controls/COptionMenu.h"
@@ -127,6 +131,46 @@ TEST_F(HostWindowTest, OptionMenuNavigatesIntoASubMenuAndPicks) {
     ASSERT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 0; }));
     EXPECT_TRUE(waitFor([&] { return sub->getCurrent() == 1; }));
     close(panel);
+}
+
+TEST_F(HostWindowTest, AnOpenMenuLeavesTheHostsLoopFreeAndGoesWithTheEditor) {
+    for (const bool closeWhileUp : {false, true}) {
+        Panel panel = open(1.0, EventDriver::HostIdle);
+        ASSERT_NE(panel.frame, nullptr);
+        auto* menu = new COptionMenu(CRect(200, 20, 280, 40));
+        menu->addEntry("One");
+        menu->addEntry("Two");
+        panel.frame->addView(menu);
+        // Should the click's handler wait for the menu, an Escape ends the wait, and the checks fail.
+        std::atomic<bool> over{false};
+        std::thread watchdog([&over] {
+            if (waitFor([&] { return over.load(); }, 3000)) return;
+            Display* own = XOpenDisplay(nullptr);
+            XTestFakeKeyEvent(own, XKeysymToKeycode(own, XK_Escape), True, CurrentTime);
+            XTestFakeKeyEvent(own, XKeysymToKeycode(own, XK_Escape), False, CurrentTime);
+            XCloseDisplay(own);
+        });
+        click(panel, 240, 30);
+        const bool up = waitFor([&] {
+            panel.platform->pump();  // the host's loop: each turn comes back
+            return overrideRedirectWindows(display) == 1;
+        });
+        EXPECT_TRUE(up);
+        if (closeWhileUp) {
+            close(panel);  // the menu goes with the editor, and no choice is delivered
+            EXPECT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 0; }));
+        } else {
+            key(XK_Down);
+            key(XK_Return);
+            EXPECT_TRUE(waitFor([&] {
+                panel.platform->pump();
+                return menu->getCurrent() == 0;
+            }));
+            close(panel);
+        }
+        over = true;
+        watchdog.join();
+    }
 }
 
 TEST_F(HostWindowTest, FilesDroppedFromAnotherClientReachTheViewUnderThePointer) {
