@@ -64,9 +64,9 @@ struct OnScreen : PresetFolder {
         ASSERT_TRUE(door->openEditor(window->getWindow())) << door->error();
         window->run(*door, 400);
     }
-    // A right click on the browser, then a left click on `row` of the menu (rows are 18 pixels,
-    // separators 7), and on the first row of its sub-menu when `intoSubMenu`. Runs on a thread of
-    // its own while the host's loop turns: the menu holds the loop inside a host call.
+    // A right click on the browser, then a left click on the row `rowTop` pixels down the menu
+    // (rows are 18 pixels, separators 7), and on the first row of its sub-menu when `intoSubMenu`.
+    // Runs on a thread of its own while the host's loop turns.
     void pickFromMenu(int rowTop, bool intoSubMenu) {
         std::atomic<bool> sent{false};
         std::thread person([&, host = window->getWindow()] {

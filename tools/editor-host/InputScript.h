@@ -1,7 +1,6 @@
 #pragma once
-// Pointer and key input as a person gives it, sent through XTest on a connection of its own: it
-// also reaches menus and dialogs that the editor holds open inside a host callback, while the
-// host's thread is busy there. Points are pixels of the host window.
+// Pointer and key input as a person gives it, sent through XTest on a connection of its own, so
+// a thread can give it while the host's thread turns its loop. Points are pixels of the host window.
 #include <string>
 #include <vector>
 

@@ -22,7 +22,7 @@ const char* const kUsage =
     "                           --key KEYSYM | --type TEXT | --wait MS]...\n"
     "  NAME is a parameter's index or the name the host sees; VALUE is normalized (0..1).\n"
     "  --scale is the host's content scale (VST3 only). Input steps go out in order, 250 ms\n"
-    "  apart, from a thread of their own, so they also reach an open menu; KEYSYM is an X key\n"
+    "  apart, from a thread of their own while the host's loop turns; KEYSYM is an X key\n"
     "  name (Return, Down, Escape). The editor stays open --after ms (default 1000) after the\n"
     "  last step, then the screenshot is taken and the editor closed.\n";
 
@@ -138,7 +138,7 @@ int main(int argc, char** argv) {
     }
     for (const auto& points : options.drags) window.drag(*door, points[0], points[1], points[2], points[3]);
     if (!options.input.empty()) {
-        // The host's loop goes on turning while the steps go out (a menu may hold it inside a call).
+        // The host's loop goes on turning while the steps go out, as it does for a person.
         std::atomic<bool> sent{false};
         std::thread sender([&] {
             EditorHost::InputScript(window.getWindow()).run(options.input, 250);
