@@ -145,14 +145,6 @@ struct X11Frame::Native {
     bool openDone = false;
     bool orphaned = false;  // the frame went while its own thread was inside a handler
 
-    std::thread::id openedOn;
-
-    bool onFrameThread() const {
-        if (options.driver != EventDriver::OwnThread || !thread.joinable())
-            return std::this_thread::get_id() == openedOn;
-        return std::this_thread::get_id() == thread.get_id();
-    }
-
     // Runs `work` on the frame's thread and waits for it; at once when already there.
     void call(const std::function<void()>& work) {
         const bool ownThread = options.driver == EventDriver::OwnThread && thread.joinable();
@@ -291,7 +283,6 @@ bool X11Frame::Native::createGL(Window parentWindow) {
 }
 
 bool X11Frame::Native::open(Window parentWindow, const CRect& rect) {
-    openedOn = std::this_thread::get_id();
     display = XOpenDisplay(nullptr);
     if (!display) return false;
     trapErrorsOf(display);
@@ -724,7 +715,6 @@ void X11Frame::destroy() {
     frame = nullptr;  // the tree goes next; a pump still on the stack must not reach it
 }
 
-bool X11Frame::onFrameThread() const { return native->onFrameThread(); }
 bool X11Frame::isClosing() const { return native->closing.load(); }
 Display* X11Frame::getDisplay() const { return native->display; }
 const char* X11Frame::getGLError() const { return native->glError.c_str(); }

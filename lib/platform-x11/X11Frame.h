@@ -99,8 +99,6 @@ public:
     void removeCompanion(class X11Companion* companion);
     // True once destroy() has begun: nothing new is started.
     bool isClosing() const;
-    // The thread on which the frame's X calls happen (the one that opened it, or its own).
-    bool onFrameThread() const;
 
     struct Native;  // X, GL and thread state, in the .cpp
 
