@@ -104,13 +104,18 @@ void ChooserProcess::readAvailable() {
 void ChooserProcess::service() {
     readAvailable();
     int status = 0;
-    if (::waitpid(child, &status, WNOHANG) != child) return;
+    const pid_t reaped = ::waitpid(child, &status, WNOHANG);
+    // A host that ignores SIGCHLD has its children reaped for it: the exit code is lost, and only
+    // an answer on the output counts.
+    const bool reapedForUs = reaped < 0 && errno == ECHILD;
+    if (reaped != child && !reapedForUs) return;
     readAvailable();  // what it wrote just before leaving
+    const bool succeeded = reapedForUs ? !output.empty() : WIFEXITED(status) && WEXITSTATUS(status) == 0;
     frame.removeCompanion(this);
     const Done whenDone = std::move(done);
     const std::string text = std::move(output);
     delete this;
-    if (whenDone) whenDone(WIFEXITED(status) && WEXITSTATUS(status) == 0, text);
+    if (whenDone) whenDone(succeeded, text);
 }
 
 void ChooserProcess::detach() {

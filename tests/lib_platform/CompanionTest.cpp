@@ -321,6 +321,20 @@ TEST_P(FileChooserTest, ReturnsAtOnceAndTheAnswerArrivesThroughTheHostsLoop) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(ChooserStub, AHostThatIgnoresItsChildrenStillGetsTheAnswer) {
+    Panel panel = open(1.0, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    const auto before = signal(SIGCHLD, SIG_IGN);  // children are reaped by the system
+    std::vector<std::string> paths;
+    CFileSelector selector(panel.frame);
+    ASSERT_TRUE(selector.run(CFileSelector::kOpenFile, [&](const std::vector<std::string>& chosen) { paths = chosen; }));
+    answer("/tmp/y.fxp\n");
+    EXPECT_TRUE(pumpUntil(panel, [&] { return !paths.empty(); }));
+    EXPECT_EQ(paths, std::vector<std::string>{"/tmp/y.fxp"});
+    signal(SIGCHLD, before);
+    close(panel);
+}
+
 TEST_F(ChooserStub, WithoutAChooserProgramAPathFieldInTheEditorTakesTheAnswer) {
     setenv("PATH", "/nonexistent", 1);
     Panel panel = open(1.0, EventDriver::HostIdle);
