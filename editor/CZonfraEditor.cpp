@@ -139,8 +139,11 @@ void CZonfraEditor::openHook(CFrame* newFrame) {
         name.backColor = kTransparent;
         CView* nameBox = addViewFromRecord(&name, nullptr, newFrame);
         frameless(nameBox);
-        newFrame->addView(new ZonfraPresets::CPresetBrowser(CRect(220, 11, 258, 33), effect, bitmap(kArrowLeft),
-                                                            bitmap(kArrowRight), bitmap(kArrowDown), 0, 4, nameBox));
+        auto* browser = new ZonfraPresets::CPresetBrowser(CRect(220, 11, 258, 33), effect, bitmap(kArrowLeft),
+                                                          bitmap(kArrowRight), bitmap(kArrowDown), 0, 4, nameBox);
+        newFrame->addView(browser);
+        // Preset files dropped anywhere else load as if dropped on the browser.
+        newFrame->setUnclaimedDropHandler([browser](CDragContainer* drag) { return browser->onDrop(drag, CPoint()); });
     }
     auto* scaleButton = new CGuiScaleContext(CRect(1, 0, 21, 45));
     newFrame->addView(scaleButton);

@@ -7,6 +7,7 @@
 #include "effect/CZonfra.h"
 #include "framework/plugin/OndraPluginInfo.h"
 #include "lib/platform-x11/CFileSelector.h"
+#include "lib/views/CFrame.h"
 
 extern "C" Ondra::OndraPluginList* getOndraPluginListPTR();
 
@@ -32,8 +33,13 @@ void EffectPageHost::changePresetFolder(Vinta::CFrame* frame) {
     Vinta::CFileSelector chooser(frame);
     chooser.setTitle("Preset Folder");
     chooser.setInitialPath(getPresetFolder().c_str());
-    if (chooser.run(Vinta::CFileSelector::kChooseFolder) && chooser.getResultCount() > 0)
-        effect->setPresetFolder(chooser.getResult(0));
+    // The effect outlives the editor, and the answer never comes once the editor has closed.
+    chooser.run(Vinta::CFileSelector::kChooseFolder,
+                [zonfra = effect, tree = frame](const std::vector<std::string>& paths) {
+                    if (paths.empty()) return;
+                    zonfra->setPresetFolder(paths.front());
+                    tree->addDirtyRect(tree->getViewSize());  // the system page shows the new folder
+                });
 }
 
 void EffectPageHost::writeSupportReport(Vinta::CFrame* frame) {

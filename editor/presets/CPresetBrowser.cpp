@@ -13,6 +13,7 @@
 #include "lib/platform-x11/CDragContainer.h"
 #include "lib/platform-x11/CFileSelector.h"
 #include "lib/views/CFrame.h"
+#include "lib/views/KeepAlive.h"
 
 using namespace Vinta;
 
@@ -33,8 +34,14 @@ CPresetBrowser::CPresetBrowser(const CRect& rect, CZonfra* owner, CBitmap* left,
     rightRect.offset(static_cast<int>(w) + 1, 0);
     downRect = rightRect;
     downRect.offset(static_cast<int>(w) - 1, 0);
-    presets.setQuestion([this](const std::string& title, const std::string& text) {
-        return askQuestion(getFrame(), title, text);
+    presets.setQuestion([this](const std::string& title, const std::string& text, CPresetInterface::Answer answer) {
+        // What follows an answer is the browser's own doing, names included.
+        askQuestion(getFrame(), title, text, [self = keepAlive(this), answer](bool yes) {
+            self->internalChange = true;
+            answer(yes);
+            self->internalChange = false;
+            self->setDirty(true);
+        });
     });
     if (plugin) {
         presets.setFolder(plugin->getPresetFolder());
@@ -66,6 +73,10 @@ bool CPresetBrowser::report(bool ok) {
     return ok;
 }
 
+CPresetInterface::Done CPresetBrowser::reporter() {
+    return [self = keepAlive(this)](bool ok) { self->report(ok); };
+}
+
 bool CPresetBrowser::loadAndShow(int index) {
     internalChange = true;
     const bool ok = presets.load(index);
@@ -95,11 +106,17 @@ int32_t CPresetBrowser::onMouseDown(const CPoint& where, CButtonState buttons) {
     buildMenu();
     owner->addView(menu);
     menu->remember();
-    const COptionMenuResult result = menu->popup();
-    owner->removeView(menu, true);
-    downPressed = false;
-    if (result.menu) choose(result.menu, result.index);
-    setDirty(true);
+    // The choice comes after the host's loop has turned; the editor closing drops it.
+    const bool shown = menu->popup([self = keepAlive(this), owner](const COptionMenuResult& result) {
+        owner->removeView(self->menu, true);
+        self->downPressed = false;
+        if (result.menu) self->choose(result.menu, result.index);
+        self->setDirty(true);
+    });
+    if (!shown) {
+        owner->removeView(menu, true);
+        downPressed = false;
+    }
     return kMouseEventHandledNoCapture;
 }
 
@@ -178,13 +195,13 @@ void CPresetBrowser::choose(COptionMenu* chosen, int32_t row) {
     const auto [action, index] = mainRows[static_cast<size_t>(row)];
     switch (action) {
         case kSave:
-            report(presets.saveCurrent());
+            presets.saveCurrent(reporter());
             break;
         case kSaveAs:
             saveAs();
             break;
         case kDelete:
-            report(presets.remove(presets.getCurrentIndex()));
+            presets.remove(presets.getCurrentIndex(), reporter());
             break;
         case kRename:
             if (nameBox) {
@@ -198,7 +215,7 @@ void CPresetBrowser::choose(COptionMenu* chosen, int32_t row) {
                 showMessage(getFrame(), "Preset", "The preset folder could not be opened:\n" + presets.getFolder());
             break;
         case kRestore:
-            report(presets.restoreFactoryPresets() >= 0);
+            presets.restoreFactoryPresets([self = keepAlive(this)](int written) { self->report(written >= 0); });
             break;
         case kPreset:
             loadAndShow(index);
@@ -214,10 +231,13 @@ void CPresetBrowser::saveAs() {
     selector.setInitialPath(presets.getFolder().c_str());
     selector.setDefaultExtension(Ondra::presetFormatFXP().getExtension());
     selector.addFileType("Zonfra preset", "fxp");
-    if (!selector.run(CFileSelector::kSaveFile) || !selector.getResult(0)) return;
-    internalChange = true;
-    report(presets.saveAs(selector.getResult(0)));
-    internalChange = false;
+    selector.run(CFileSelector::kSaveFile, [self = keepAlive(this)](const std::vector<std::string>& paths) {
+        if (paths.empty()) return;
+        self->internalChange = true;
+        self->presets.saveAs(paths.front(), self->reporter());
+        self->internalChange = false;
+        self->setDirty(true);
+    });
 }
 
 bool CPresetBrowser::onDrop(CDragContainer* drag, const CPoint&) {
@@ -227,6 +247,8 @@ bool CPresetBrowser::onDrop(CDragContainer* drag, const CPoint&) {
         const char* item = drag->getItem(i, type);
         if (type != CDragContainer::kFile || !item) continue;
         const std::string path = item;
+        const std::string extension = Ondra::presetFormatFXP().getExtension();
+        if (!path.ends_with(extension)) continue;  // other files are not ours to take
         presets.setCurrentByName(path);
         if (presets.getCurrentIndex() < 0) {
             // A file from outside the folder loads the same way, without becoming current.
@@ -261,7 +283,7 @@ void CPresetBrowser::parameterChanged(Ondra::IPluginParameter* changed) {
         // Rename needs the preset that was current before the edit.
         if (previous >= 0) {
             internalChange = true;
-            report(presets.rename(typed));
+            presets.rename(typed, reporter());
             internalChange = false;
         }
         setDirty(true);

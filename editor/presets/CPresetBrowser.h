@@ -1,7 +1,7 @@
 #pragma once
 // The arrows beside the preset name: left and right step through the preset folder, the down
 // arrow (or a right click anywhere on it) opens the menu of file operations and all presets.
-// Preset files dropped on it load.
+// Preset files dropped on it load; the editor sends it the drops no other view takes.
 #include <string>
 #include <vector>
 
@@ -44,6 +44,8 @@ protected:
 
 private:
     bool report(bool ok);
+    // A completion that shows the failure, keeping the browser alive until it runs or is dropped.
+    CPresetInterface::Done reporter();
     bool loadAndShow(int index);
     void saveAs();
 

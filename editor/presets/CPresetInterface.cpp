@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <memory>
+#include <optional>
 
 #include "CORE/files/CFileSearch.h"
 #include "CORE/files/FileNames.h"
@@ -23,6 +25,8 @@ namespace {
 
 constexpr const char* kFactoryPrefix = "presets/";
 constexpr size_t kFxpHeaderSize = 60;
+constexpr const char* kIllegalName =
+    "A preset name can't be empty or hold any of these characters: ^ : * . \" , / \\ [ ] ; | = < >";
 
 std::string extension() { return Ondra::presetFormatFXP().getExtension(); }
 
@@ -54,6 +58,11 @@ CPresetInterface::CPresetInterface(CZonfra* owner) : plugin(owner) {}
 bool CPresetInterface::fail(const std::string& text) {
     error = text;
     return false;
+}
+
+bool CPresetInterface::finished(const Done& done, bool ok) {
+    if (done) done(ok);
+    return ok;
 }
 
 bool CPresetInterface::isLegalName(const std::string& name) {
@@ -154,11 +163,30 @@ bool CPresetInterface::step(int direction) {
     return load(order[static_cast<size_t>(position)]);
 }
 
-bool CPresetInterface::checkOverwrite(const std::string& path, bool showPath) {
-    if (!std::filesystem::exists(path)) return true;
+template <typename Outcome>
+Outcome CPresetInterface::afterAnswer(bool needed, const std::string& title, const std::string& text,
+                                      std::function<Outcome(bool yes)> then, std::function<void(Outcome)> done,
+                                      Outcome waiting) {
+    auto settled = std::make_shared<std::optional<Outcome>>();
+    Answer finish = [settled, then = std::move(then), done = std::move(done)](bool yes) {
+        *settled = then(yes);
+        if (done) done(**settled);
+    };
+    if (!needed)
+        finish(true);
+    else if (!question)
+        finish(false);
+    else
+        question(title, text, std::move(finish));
+    return settled->value_or(waiting);
+}
+
+bool CPresetInterface::overwriteThen(const std::string& path, bool showPath, std::function<bool(bool yes)> then,
+                                     Done done) {
     const std::string text = showPath ? "File " + quoted(fileNameOf(path)) + " alread Exists, overwrite ?\n(" + path + ")"
                                       : "Preset " + quoted(titleOf(path)) + " already exists, overwrite?";
-    return question && question("Preset Exists", text);
+    return afterAnswer<bool>(std::filesystem::exists(path), "Preset Exists", text, std::move(then), std::move(done),
+                             false);
 }
 
 bool CPresetInterface::writeReplacing(const std::string& path, const std::function<bool(const std::string&)>& writer) {
@@ -185,7 +213,7 @@ bool CPresetInterface::writeReplacing(const std::string& path, const std::functi
 bool CPresetInterface::save(const std::string& path) {
     if (!plugin) return fail("There is no effect to save.");
     if (!isLegalName(titleOf(path)))
-        return fail("A preset name can't be empty or hold any of these characters: ^ : * . \" , / \\ [ ] ; | = < >");
+        return fail(kIllegalName);
     return writeReplacing(path, [this](const std::string& temporary) {
         // Presets leave the global limiter switch to the session.
         plugin->setWriteGlobalLimiter(0);
@@ -199,60 +227,78 @@ bool CPresetInterface::save(const std::string& path) {
     });
 }
 
-bool CPresetInterface::saveCurrent() {
+bool CPresetInterface::saveCurrent(Done done) {
     const std::string name = plugin ? plugin->getPresetName() : "Error";
     if (!isLegalName(name))
-        return fail("A preset name can't be empty or hold any of these characters: ^ : * . \" , / \\ [ ] ; | = < >");
+        return finished(done, fail(kIllegalName));
     const PresetEntry* current = entry(currentIndex);
     const std::string path = current && current->name == name ? current->path : folder + name + extension();
-    if (!checkOverwrite(path, false)) return false;
-    if (!save(path)) return false;
-    setCurrentByName(path);
-    return true;
+    return overwriteThen(
+        path, false,
+        [this, path](bool yes) {
+            if (!yes || !save(path)) return false;
+            setCurrentByName(path);
+            return true;
+        },
+        std::move(done));
 }
 
-bool CPresetInterface::saveAs(const std::string& nameOrPath) {
+bool CPresetInterface::saveAs(const std::string& nameOrPath, Done done) {
     std::string path = withSlashes(nameOrPath);
     if (path.find('/') == std::string::npos) path = folder + path;
     if (!endsWith(path, extension())) path += extension();
     const std::string name = titleOf(path);
     if (!isLegalName(name))
-        return fail("A preset name can't be empty or hold any of these characters: ^ : * . \" , / \\ [ ] ; | = < >");
-    if (!checkOverwrite(path, true)) return false;
-    if (plugin) plugin->setProgramName(name.c_str());
-    if (!save(path)) return false;
-    setCurrentByName(path);
-    return true;
+        return finished(done, fail(kIllegalName));
+    return overwriteThen(
+        path, true,
+        [this, path, name](bool yes) {
+            if (!yes) return false;
+            if (plugin) plugin->setProgramName(name.c_str());
+            if (!save(path)) return false;
+            setCurrentByName(path);
+            return true;
+        },
+        std::move(done));
 }
 
-bool CPresetInterface::remove(int index) {
+bool CPresetInterface::remove(int index, Done done) {
     const PresetEntry* e = entry(index);
-    if (!e) return fail("There is no preset to delete.");
+    if (!e) return finished(done, fail("There is no preset to delete."));
     const std::string path = e->path;
-    if (!question || !question("Warning!", "Do you really want to delete " + quoted(e->name) + " ?\n(" + path + ")"))
-        return false;
-    if (::unlink(path.c_str()) != 0)
-        return fail("The preset could not be deleted:\n" + path + "\n(" + std::strerror(errno) + ")");
-    scan();
-    currentIndex = -1;
-    return true;
+    return afterAnswer<bool>(
+        true, "Warning!", "Do you really want to delete " + quoted(e->name) + " ?\n(" + path + ")",
+        [this, path](bool yes) {
+            if (!yes) return false;
+            if (::unlink(path.c_str()) != 0)
+                return fail("The preset could not be deleted:\n" + path + "\n(" + std::strerror(errno) + ")");
+            scan();
+            currentIndex = -1;
+            return true;
+        },
+        std::move(done), false);
 }
 
-bool CPresetInterface::rename(const std::string& newName) {
+bool CPresetInterface::rename(const std::string& newName, Done done) {
     const PresetEntry* current = entry(currentIndex);
-    if (!current) return fail("There is no current preset to rename.");
+    if (!current) return finished(done, fail("There is no current preset to rename."));
     if (!isLegalName(newName))
-        return fail("A preset name can't be empty or hold any of these characters: ^ : * . \" , / \\ [ ] ; | = < >");
+        return finished(done, fail(kIllegalName));
     const std::string oldPath = current->path;
     const std::string newPath = directoryOf(oldPath) + newName + extension();
-    if (newPath == oldPath) return true;
-    if (!checkOverwrite(newPath, false)) return false;
-    if (plugin) plugin->setProgramName(newName.c_str());
-    if (!save(newPath)) return false;
-    // The new file stands before the old one goes.
-    ::unlink(oldPath.c_str());
-    setCurrentByName(newPath);
-    return true;
+    if (newPath == oldPath) return finished(done, true);
+    return overwriteThen(
+        newPath, false,
+        [this, oldPath, newPath, newName](bool yes) {
+            if (!yes) return false;
+            if (plugin) plugin->setProgramName(newName.c_str());
+            if (!save(newPath)) return false;
+            // The new file stands before the old one goes.
+            ::unlink(oldPath.c_str());
+            setCurrentByName(newPath);
+            return true;
+        },
+        std::move(done));
 }
 
 void CPresetInterface::setCurrentByName(const std::string& path) {
@@ -262,8 +308,13 @@ void CPresetInterface::setCurrentByName(const std::string& path) {
         if (!path.empty() && presets[static_cast<size_t>(i)].path == path) currentIndex = i;
 }
 
-int CPresetInterface::restoreFactoryPresets() {
-    if (!question || !question("Warning", "This will overwrite all presets with the same name! Are you sure?")) return -1;
+int CPresetInterface::restoreFactoryPresets(std::function<void(int written)> done) {
+    return afterAnswer<int>(
+        true, "Warning", "This will overwrite all presets with the same name! Are you sure?",
+        [this](bool yes) { return yes ? writeFactoryPresets() : -1; }, std::move(done), 0);
+}
+
+int CPresetInterface::writeFactoryPresets() {
     const Core::ModuleResource* image = Core::findModuleResource("main");
     if (!image || !Ondra::openResources(image->data, image->size)) {
         fail("The factory presets are missing from this build.");

@@ -1,7 +1,8 @@
 #pragma once
 // The editor's view of the user's preset folder: FXP files at the top level and one level of
 // sub-folders as categories, the current preset, and the file operations. No GUI: questions go
-// through a callback, failures come back as a text for the editor to show.
+// through a callback that may answer later (a dialog while the host's loop goes on), so the
+// operations that ask finish through `done`; failures come back as a text for the editor to show.
 #include <functional>
 #include <string>
 #include <vector>
@@ -18,9 +19,14 @@ struct PresetEntry {
 
 class CPresetInterface {
 public:
-    // Yes/no question with a title; true for yes. Without one every question answers no, so
-    // nothing on disk is replaced unasked.
-    using Question = std::function<bool(const std::string& title, const std::string& text)>;
+    // Yes/no question with a title; `answer` gets true for yes, now or later, or never when the
+    // question is dropped (the editor closed). Without one every question answers no, so nothing
+    // on disk is replaced unasked.
+    using Answer = std::function<void(bool yes)>;
+    using Question = std::function<void(const std::string& title, const std::string& text, Answer answer)>;
+    // The outcome of an operation that may ask first. Each such operation also answers that
+    // outcome when no question kept it waiting, and false while one does.
+    using Done = std::function<void(bool ok)>;
 
     explicit CPresetInterface(CZonfra* plugin);
 
@@ -48,23 +54,21 @@ public:
 
     // "Save Preset": the effect's preset name; the current file when the names match, else a
     // new file in the folder; asks before replacing a file.
-    bool saveCurrent();
+    bool saveCurrent(Done done = {});
     // "Save Preset as": a bare name goes into the folder, a path is taken as it stands; the
     // extension is added when missing.
-    bool saveAs(const std::string& nameOrPath);
+    bool saveAs(const std::string& nameOrPath, Done done = {});
     // Writes the effect's state to `path` by way of a temporary file renamed over it.
     bool save(const std::string& path);
-    // True when `path` does not exist or the user agrees to replace it.
-    bool checkOverwrite(const std::string& path, bool showPath);
     // Asks, deletes, rescans; the current index becomes -1.
-    bool remove(int index);
+    bool remove(int index, Done done = {});
     // The current preset under a new name in the same folder; the old file goes.
-    bool rename(const std::string& newName);
+    bool rename(const std::string& newName, Done done = {});
     // The entry with this path becomes current after a scan; -1 when none (or an empty path).
     void setCurrentByName(const std::string& path);
     // Asks once, then writes the main archive's "presets/" files into the folder. The number of
-    // files written, or -1 when refused or nothing could be written.
-    int restoreFactoryPresets();
+    // files written, or -1 when refused or nothing could be written; 0 while the question waits.
+    int restoreFactoryPresets(std::function<void(int written)> done = {});
 
     // Non-empty and free of the characters file names can't hold.
     static bool isLegalName(const std::string& name);
@@ -72,6 +76,16 @@ public:
 
 private:
     bool fail(const std::string& text);
+    // Hands an outcome reached without asking to `done`, and answers it.
+    static bool finished(const Done& done, bool ok);
+    int writeFactoryPresets();
+    // Asks when `needed` (else counts as yes), then `then` runs with the answer and its outcome
+    // goes to `done`; answers that outcome when it came before returning, else `waiting`.
+    template <typename Outcome>
+    Outcome afterAnswer(bool needed, const std::string& title, const std::string& text,
+                        std::function<Outcome(bool yes)> then, std::function<void(Outcome)> done, Outcome waiting);
+    // Replaces `path` after asking when it exists.
+    bool overwriteThen(const std::string& path, bool showPath, std::function<bool(bool yes)> then, Done done);
     void addEntry(const std::string& directory, const std::string& fileName, const std::string& category);
     // Writes through a hidden folder beside the target and renames, so the target is replaced
     // whole or not at all. `writer` fills the temporary path and says whether it succeeded.

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "lib/platform-x11/CMessageBox.h"
 #include "lib/platform-x11/ChooserProcess.h"
 #include "lib/platform-x11/X11Frame.h"
 
@@ -9,11 +10,10 @@ namespace ZonfraPresets {
 
 namespace {
 
-// Runs the dialog; true when it was answered with yes / OK.
-bool runDialog(Vinta::CFrame* frame, bool question, const std::string& title, const std::string& text) {
+void runDialog(Vinta::CFrame* frame, bool question, const std::string& title, const std::string& text, Answer answer) {
     using Vinta::X11::ChooserProcess;
+    Vinta::X11::X11Frame* platform = Vinta::X11::X11Frame::of(frame);
     const std::string program = ChooserProcess::findOnPath({"zenity", "kdialog", "xmessage"});
-    if (program.empty()) return false;
     std::vector<std::string> command{program};
     if (program.ends_with("xmessage"))  // the X utilities' plain box: exit code 0 for the first button
         command.insert(command.end(), {"-center", "-title", title, "-buttons", question ? "Yes:0,No:1" : "OK:0", text});
@@ -21,28 +21,27 @@ bool runDialog(Vinta::CFrame* frame, bool question, const std::string& title, co
         command.insert(command.end(), {question ? "--question" : "--error", "--no-markup", "--title", title, "--text", text});
     else
         command.insert(command.end(), {"--title", title, question ? "--yesno" : "--error", text});
-    Vinta::X11::X11Frame* platform = Vinta::X11::X11Frame::of(frame);
-    const bool pumping = platform && platform->onFrameThread();
-    ChooserProcess process;
-    std::string output;
-    return process.run(
-        command,
-        [&](int milliseconds) {
-            if (platform && platform->isClosing()) return false;
-            if (pumping) platform->pumpModal(milliseconds);
-            return true;
-        },
-        output);
+    const auto answered = [answer](bool yes) {
+        if (answer) answer(yes);
+    };
+    if (platform && !program.empty() &&
+        ChooserProcess::start(*platform, command, [answered](bool yes, const std::string&) { answered(yes); }))
+        return;
+    // No program to run it: the editor's own box.
+    const std::vector<std::string> buttons = question ? std::vector<std::string>{"Yes", "No"} : std::vector<std::string>{"OK"};
+    if (!Vinta::CMessageBox::show(frame, title.c_str(), text.c_str(), buttons,
+                                  [answered](int32_t button) { answered(button == 0); }))
+        answered(false);
 }
 
 }  // namespace
 
-bool askQuestion(Vinta::CFrame* frame, const std::string& title, const std::string& text) {
-    return runDialog(frame, true, title, text);
+void askQuestion(Vinta::CFrame* frame, const std::string& title, const std::string& text, Answer answer) {
+    runDialog(frame, true, title, text, std::move(answer));
 }
 
 void showMessage(Vinta::CFrame* frame, const std::string& title, const std::string& text) {
-    runDialog(frame, false, title, text);
+    runDialog(frame, false, title, text, nullptr);
 }
 
 }  // namespace ZonfraPresets

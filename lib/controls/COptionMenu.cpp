@@ -7,6 +7,7 @@
 #include "lib/controls/CMenuItem.h"
 #include "lib/views/CControlListener.h"
 #include "lib/views/CFrame.h"
+#include "lib/views/KeepAlive.h"
 
 namespace Vinta {
 
@@ -88,28 +89,30 @@ void COptionMenu::getDisplayString(char* out, size_t capacity) const {
     getEntryTitle(currentIndex, out, capacity);
 }
 
-COptionMenuResult COptionMenu::popup() {
+bool COptionMenu::popup(IOSOptionMenu::Chosen chosen) {
     CFrame* owner = getFrame();
     IOSOptionMenu* native = owner ? owner->createOptionMenu(this) : nullptr;
-    if (!native) return {};
-    const COptionMenuResult result = native->popup(this);
+    if (!native) return false;
+    const bool shown = native->popup(this, std::move(chosen));
     native->forget();
-    return result;
+    return shown;
 }
 
 int32_t COptionMenu::onMouseDown(const CPoint&, CButtonState buttons) {
     if (!(buttons & (kLButton | kRButton | 128u))) return kMouseEventNotHandled;
     setDirty(true);
-    const COptionMenuResult chosen = popup();
-    if (chosen.menu) {
-        beginEdit();
-        chosen.menu->setValue(static_cast<float>(chosen.index));
-        setDirty(true);
-        if (parameter) parameter->setValue(this, static_cast<float>(chosen.index));
-        if (listener) listener->valueChanged(this);
-        endEdit();
-    }
+    popup([self = keepAlive(this)](const COptionMenuResult& chosen) { self->takeChoice(chosen); });
     return kMouseEventHandledNoCapture;
+}
+
+void COptionMenu::takeChoice(const COptionMenuResult& chosen) {
+    if (!chosen.menu) return;
+    beginEdit();
+    chosen.menu->setValue(static_cast<float>(chosen.index));
+    setDirty(true);
+    if (parameter) parameter->setValue(this, static_cast<float>(chosen.index));
+    if (listener) listener->valueChanged(this);
+    endEdit();
 }
 
 } // namespace Vinta

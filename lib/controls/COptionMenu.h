@@ -32,8 +32,8 @@ public:
     virtual bool setCurrent(int32_t index);
     virtual int32_t getCurrent() const { return currentIndex; }
     virtual bool checkEntry(int32_t index, bool state);
-    // Shows the native menu and answers the menu and index chosen.
-    virtual COptionMenuResult popup();
+    // Shows the native menu; the menu and index chosen reach `chosen` later (see IOSOptionMenu).
+    virtual bool popup(IOSOptionMenu::Chosen chosen);
 
     // The title as the menu shows it, with the number prefix chosen by `prefixNumbers`.
     void getEntryTitle(int32_t index, char* out, size_t capacity) const;
@@ -43,6 +43,9 @@ public:
 
 protected:
     ~COptionMenu() override;
+    // What a click's popup does with the choice: the chosen entry becomes current, and the
+    // parameter and listener hear of it.
+    virtual void takeChoice(const COptionMenuResult& chosen);
 
     std::vector<CMenuItem*> entries;
     int32_t currentIndex = -1;

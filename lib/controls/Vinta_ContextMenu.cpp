@@ -47,17 +47,14 @@ bool Vinta_ContextMenu::deliver(COptionMenu* chosen, int32_t index) {
     return false;
 }
 
-int32_t Vinta_ContextMenu::onMouseDown(const CPoint&, CButtonState buttons) {
-    if (!(buttons & (kLButton | kRButton | 128u))) return kMouseEventNotHandled;
-    const COptionMenuResult chosen = popup();
-    if (!chosen.menu) return kMouseEventHandledNoCapture;
+void Vinta_ContextMenu::takeChoice(const COptionMenuResult& chosen) {
+    if (!chosen.menu) return;
     if (CFrame* owner = getFrame()) owner->setFocusView(nullptr);
     endEdit();
     lastMenu = chosen.menu;
     chosen.menu->setValue(static_cast<float>(chosen.index));
     deliver(chosen.menu, chosen.index);
     if (listener) listener->valueChanged(this);
-    return kMouseEventHandledNoCapture;
 }
 
 } // namespace Vinta

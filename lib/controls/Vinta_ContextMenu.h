@@ -12,7 +12,6 @@ public:
                                CBitmap* background = nullptr, Ondra::IPluginParameter* parameter = nullptr);
 
     void draw(CDrawContext* context) override;
-    int32_t onMouseDown(const CPoint& where, CButtonState buttons) override;
     CMenuItem* addEntry(CMenuItem* item, int32_t index = -1) override;
     using COptionMenu::addEntry;
     bool isTypeOf(const char* name) const override;
@@ -25,6 +24,7 @@ public:
 
 protected:
     ~Vinta_ContextMenu() override;
+    void takeChoice(const COptionMenuResult& chosen) override;
     // Hands a choice made in `chosen` to the sub-menu that holds it; answers whether it was ours.
     bool deliver(COptionMenu* chosen, int32_t index);
 

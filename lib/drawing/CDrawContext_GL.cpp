@@ -340,8 +340,14 @@ const std::vector<CDrawContext_GL::Band>* CDrawContext_GL::bandsOf(CBitmap& bitm
         found = imageCache.emplace(key, std::move(bands)).first;
     }
     if (bitmap.getNeedsUpload()) {
-        for (const Band& band : found->second)
+        // nanovg renews only the full-size level: a bitmap drawn smaller would go on showing what
+        // it held at its first upload (a knob's frame from before the host moved it).
+        for (const Band& band : found->second) {
             nvgUpdateImage(nvg, band.image, pixels + band.firstRow * rowBytes);
+            glBindTexture(GL_TEXTURE_2D, nvglImageHandleGL3(nvg, band.image));
+            glGenerateMipmap(GL_TEXTURE_2D);
+        }
+        glBindTexture(GL_TEXTURE_2D, 0);  // where nanovg's own binding left it
         bitmap.setNeedsUpload(false);
     }
     return &found->second;

@@ -5,6 +5,8 @@
 #include <sstream>
 
 #include "lib/controls/ITextEditCallback.h"
+#include "lib/platform-x11/ChooserProcess.h"
+#include "lib/platform-x11/X11Companion.h"
 #include "lib/platform-x11/X11Frame.h"
 #include "lib/platform-x11/X11TextEdit.h"
 #include "lib/views/CFrame.h"
@@ -18,38 +20,61 @@ bool underKDE() {
     return (full && *full) || (desktop && std::strstr(desktop, "KDE"));
 }
 
-// The drawn field's side: a line across the middle of the editor holding the path.
-class PathFieldCallback final : public ITextEditCallback {
+// The drawn field: a line across the middle of the editor holding the path. It lives until the
+// field ends (and hands on the path) or the editor closes (and drops `done`).
+class PathField final : public ITextEditCallback, public X11::X11Companion {
 public:
-    PathFieldCallback(CFrame* owner, const std::string& start) : tree(owner), text(start) {}
+    PathField(X11::X11Frame& owner, const std::string& start, CFileSelector::Done whenDone)
+        : platform(owner), text(start), done(std::move(whenDone)) {}
+
+    bool open() {
+        if (!platform.addCompanion(this)) return false;
+        edit = platform.createTextEdit(this);
+        if (edit) return true;
+        platform.removeCompanion(this);
+        return false;
+    }
+
     CColor getBackColor() const override { return CColor{250, 250, 250, 255}; }
     CColor getFontColor() const override { return CColor{10, 10, 10, 255}; }
     float getFontSize() const override { return 12.0f; }
     int32_t getTextAlign() const override { return 0; }
     const char* getText() const override { return text.c_str(); }
     CRect getVisibleRect() const override {
-        const CRect all = tree->getViewSize();
+        const CRect all = platform.getFrame() ? platform.getFrame()->getViewSize() : CRect();
         const double middle = all.getHeight() * 0.5;
         return CRect(8.0, middle - 10.0, all.getWidth() - 8.0, middle + 10.0);
     }
     CRect getRect() const override { return getVisibleRect(); }
     CPoint getOrigin() const override { return CPoint(); }
     void textEditDidEnd(int32_t flags) override {
-        ended = true;
-        taken = flags == kTextEditTake;
+        char typed[1024] = {0};
+        if (edit) edit->getText(typed, sizeof typed);
+        std::vector<std::string> paths;
+        if (flags == kTextEditTake && typed[0] != 0) paths.emplace_back(typed);
+        const CFileSelector::Done whenDone = std::move(done);
+        detach();  // the field holds its own reference while it ends
+        if (whenDone) whenDone(paths);
     }
     bool onPlatformKey(const VstKeyCode&) override { return false; }
-    CFrame* getFrame() const override { return tree; }
+    CFrame* getFrame() const override { return platform.getFrame(); }
     CRect scaleRect(const CRect& rect) const override {
-        X11::X11Frame* platform = X11::X11Frame::of(tree);
-        const double scale = platform ? platform->getScale() : 1.0;
+        const double scale = platform.getScale();
         return {rect.left * scale, rect.top * scale, rect.right * scale, rect.bottom * scale};
     }
 
-    CFrame* tree;
+    bool handleEvent(XEvent&) override { return false; }
+    void detach() override {
+        platform.removeCompanion(this);
+        if (edit) edit->forget();
+        delete this;
+    }
+
+private:
+    X11::X11Frame& platform;
     std::string text;
-    bool ended = false;
-    bool taken = false;
+    CFileSelector::Done done;
+    IOSTextEdit* edit = nullptr;
 };
 }  // namespace
 
@@ -62,10 +87,6 @@ void CFileSelector::addFileType(const char* description, const char* extensions)
     while (std::getline(list, extension, ';'))
         if (!extension.empty()) type.extensions.push_back(extension);
     fileTypes.push_back(type);
-}
-
-const char* CFileSelector::getResult(int32_t index) const {
-    return index >= 0 && index < getResultCount() ? results[static_cast<size_t>(index)].c_str() : nullptr;
 }
 
 std::string CFileSelector::startPath() const {
@@ -113,46 +134,28 @@ std::vector<std::string> CFileSelector::chooserCommand(int32_t mode) const {
     return command;
 }
 
-bool CFileSelector::run(int32_t mode) {
-    if (mode < kOpenFile || mode > kChooseFolder) return false;
-    const std::vector<std::string> command = chooserCommand(mode);
-    if (command.empty()) return runPathField(mode);
+bool CFileSelector::run(int32_t mode, Done done) {
     X11::X11Frame* platform = X11::X11Frame::of(frame);
-    // The editor goes on painting and answering while the chooser is up, when we are on its thread.
-    const bool pumping = platform && platform->onFrameThread();
-    std::string output;
-    const bool chosen = process.run(
-        command,
-        [&](int milliseconds) {
-            if (platform && platform->isClosing()) return false;
-            if (pumping) platform->pumpModal(milliseconds);
-            return true;
-        },
-        output);
-    if (!chosen) return false;
-    std::vector<std::string> paths;
-    std::istringstream lines(output);
-    std::string line;
-    while (std::getline(lines, line))
-        if (!line.empty()) paths.push_back(line);
-    if (paths.empty()) return false;
-    results = paths;
-    return true;
+    if (!platform || mode < kOpenFile || mode > kChooseFolder) return false;
+    const std::vector<std::string> command = chooserCommand(mode);
+    if (command.empty()) return runPathField(std::move(done));
+    return X11::ChooserProcess::start(*platform, command, [done](bool chosen, const std::string& output) {
+        std::vector<std::string> paths;
+        std::istringstream lines(output);
+        std::string line;
+        while (chosen && std::getline(lines, line))
+            if (!line.empty()) paths.push_back(line);
+        if (done) done(paths);
+    });
 }
 
-bool CFileSelector::runPathField(int32_t) {
+bool CFileSelector::runPathField(Done done) {
     X11::X11Frame* platform = X11::X11Frame::of(frame);
-    if (!platform || !platform->onFrameThread()) return false;
-    PathFieldCallback field(frame, startPath());
-    IOSTextEdit* edit = platform->createTextEdit(&field);
-    if (!edit) return false;
-    while (!field.ended && !platform->isClosing()) platform->pumpModal(40);
-    char typed[1024] = {0};
-    edit->getText(typed, sizeof typed);
-    edit->forget();
-    if (!field.taken || typed[0] == 0) return false;
-    results = {typed};
-    return true;
+    if (!platform) return false;
+    auto* field = new PathField(*platform, startPath(), std::move(done));
+    if (field->open()) return true;
+    delete field;
+    return false;
 }
 
 }  // namespace Vinta

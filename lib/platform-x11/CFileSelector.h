@@ -1,12 +1,11 @@
 #pragma once
 // The toolkit's file and folder chooser: the desktop's own (kdialog under KDE, zenity elsewhere)
-// as a child program, while the editor keeps painting; a path field drawn in the editor where
-// neither program exists.
+// as a child program, or a path field drawn in the editor where neither program exists. run()
+// returns at once: the host's loop goes on, and the choice arrives later through a callback.
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
-
-#include "lib/platform-x11/ChooserProcess.h"
 
 namespace Vinta {
 
@@ -27,12 +26,13 @@ public:
     void setAllowMultiple(bool allow) { allowMultiple = allow; }
     void setShowHidden(bool show) { showHidden = show; }
 
-    // Waits for the choice; false for a cancel or any failure.
-    bool run(int32_t mode);
-    // From any thread (the editor closing): a running chooser ends and run answers false.
-    void cancel() { process.cancel(); }
-    const char* getResult(int32_t index) const;
-    int32_t getResultCount() const { return static_cast<int32_t>(results.size()); }
+    // The chosen paths; none for a cancel or a failure the chooser reported.
+    using Done = std::function<void(const std::vector<std::string>& paths)>;
+
+    // Puts the chooser up and returns; `done` runs later on the editor's thread. False when
+    // nothing could be shown (`done` never runs then). When the editor closes first, the chooser
+    // goes with it and `done` is dropped unrun. The selector itself may go as soon as this returns.
+    bool run(int32_t mode, Done done);
 
     // The chooser program and its arguments for a mode; empty when none is on PATH.
     std::vector<std::string> chooserCommand(int32_t mode) const;
@@ -42,16 +42,14 @@ private:
         std::string description;
         std::vector<std::string> extensions;
     };
-    bool runPathField(int32_t mode);
+    bool runPathField(Done done);
     std::string startPath() const;
 
     CFrame* frame;
-    std::vector<std::string> results;
     std::string initialPath, defaultName, title, defaultExtension;
     std::vector<FileType> fileTypes;
     bool allowMultiple = false;
     bool showHidden = false;
-    X11::ChooserProcess process;
 };
 
 }  // namespace Vinta

@@ -4,7 +4,6 @@
 
 #include "lib/drawing/CDrawContext.h"
 #include "lib/drawing/CFontDesc.h"
-#include "lib/platform-x11/X11Frame.h"
 #include "lib/views/CFrame.h"
 
 namespace Vinta {
@@ -32,20 +31,6 @@ bool CMessageBox::show(CFrame* frame, const char* title, const char* text, std::
     }
     box->setDirty(true);
     return true;
-}
-
-int32_t CMessageBox::run(CFrame* frame, const char* title, const char* text, std::vector<std::string> buttons) {
-    X11::X11Frame* platform = X11::X11Frame::of(frame);
-    if (!platform || !platform->onFrameThread()) return -1;
-    int32_t chosen = -1;
-    bool ended = false;
-    if (!show(frame, title, text, std::move(buttons), [&](int32_t button) {
-            chosen = button;
-            ended = true;
-        }))
-        return -1;
-    while (!ended && !platform->isClosing()) platform->pumpModal(40);
-    return chosen;
 }
 
 CRect CMessageBox::boxRect() const {

@@ -16,13 +16,10 @@ class CMessageBox : public CView {
 public:
     using Done = std::function<void(int32_t button)>;
 
-    // Puts the box over the editor and returns at once; `done` gets the index of the chosen button.
-    // False when another modal view is up.
+    // Puts the box over the editor and returns at once, so the host's loop goes on; `done` gets
+    // the index of the chosen button on the editor's thread, and never runs when the editor closes
+    // first. False when another modal view is up.
     static bool show(CFrame* frame, const char* title, const char* text, std::vector<std::string> buttons, Done done);
-    // Waits for the choice the way a modal dialog does: the editor keeps painting and answering.
-    // On the editor's thread only; -1 when the editor closes first or the box cannot be shown.
-    static int32_t run(CFrame* frame, const char* title, const char* text,
-                       std::vector<std::string> buttons = {"OK"});
 
     void draw(CDrawContext* context) override;
     int32_t onMouseDown(const CPoint& where, CButtonState buttons) override;

@@ -159,6 +159,7 @@ void X11DropTarget::onSelection(const XSelectionEvent& selection) {
     CPoint where = lastPoint;
     bool taken = false;
     if (CView* view = viewAt(where)) taken = view->onDrop(dropped, where);
+    if (!taken && frame.getFrame()) taken = frame.getFrame()->offerUnclaimedDrop(dropped);
     dropped->forget();
     reply(finished, taken ? 1 : 0, taken ? static_cast<long>(actionCopy) : 0);
     if (current) current->forget();

@@ -1,6 +1,7 @@
 #pragma once
 // Files dropped onto the editor from a file manager (the XDND protocol, text/uri-list), handed to
-// the view under the pointer as the tree's drag events.
+// the view under the pointer as the tree's drag events; a drop it leaves goes to the frame's
+// handler for unclaimed drops.
 #include <X11/Xlib.h>
 
 #include "lib/views/VintaTypes.h"

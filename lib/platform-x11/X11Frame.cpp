@@ -22,6 +22,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "lib/drawing/CBitmap.h"
@@ -144,14 +145,6 @@ struct X11Frame::Native {
     bool openDone = false;
     bool orphaned = false;  // the frame went while its own thread was inside a handler
 
-    std::thread::id openedOn;
-
-    bool onFrameThread() const {
-        if (options.driver != EventDriver::OwnThread || !thread.joinable())
-            return std::this_thread::get_id() == openedOn;
-        return std::this_thread::get_id() == thread.get_id();
-    }
-
     // Runs `work` on the frame's thread and waits for it; at once when already there.
     void call(const std::function<void()>& work) {
         const bool ownThread = options.driver == EventDriver::OwnThread && thread.joinable();
@@ -197,6 +190,7 @@ struct X11Frame::Native {
     void threadMain(Window parentWindow, CRect rect);
 
     void processEvents();
+    void serviceCompanions();
     void dispatch(XEvent& event);
     void onButtonPress(XButtonEvent& event);
     void onButtonRelease(XButtonEvent& event);
@@ -289,7 +283,6 @@ bool X11Frame::Native::createGL(Window parentWindow) {
 }
 
 bool X11Frame::Native::open(Window parentWindow, const CRect& rect) {
-    openedOn = std::this_thread::get_id();
     display = XOpenDisplay(nullptr);
     if (!display) return false;
     trapErrorsOf(display);
@@ -332,8 +325,8 @@ void X11Frame::Native::close() {
     if (!display) return;
     if (isConnectionLost(display)) {
         // Nothing can be released on the server any more; the companions drop their handles.
-        for (X11Companion* companion : companions) companion->detach();
-        companions.clear();
+        const std::vector<X11Companion*> leaving = std::exchange(companions, {});
+        for (X11Companion* companion : leaving) companion->detach();
         glDraw = nullptr;  // its GL objects went with the server
         XCloseDisplay(display);
         releaseErrorsOf(display);
@@ -436,6 +429,8 @@ void X11Frame::Native::pumpOnce() {
     if (!display || isConnectionLost(display)) return;
     processEvents();
     if (!display) return;  // a handler closed the editor
+    serviceCompanions();
+    if (!display) return;  // so did a dialog's answer
     const uint32_t now = getVintaTicks();
     X11SystemTimer::instance().service(now);
     if (!display) return;  // so did a timer
@@ -461,6 +456,14 @@ void X11Frame::Native::processEvents() {
         }
         dispatch(event);
     }
+}
+
+void X11Frame::Native::serviceCompanions() {
+    // A companion may leave (or close the editor) during its turn, and answers may open new ones.
+    const std::vector<X11Companion*> present = companions;
+    for (X11Companion* companion : present)
+        if (display && std::find(companions.begin(), companions.end(), companion) != companions.end())
+            companion->service();
 }
 
 void X11Frame::Native::dispatch(XEvent& event) {
@@ -712,7 +715,6 @@ void X11Frame::destroy() {
     frame = nullptr;  // the tree goes next; a pump still on the stack must not reach it
 }
 
-bool X11Frame::onFrameThread() const { return native->onFrameThread(); }
 bool X11Frame::isClosing() const { return native->closing.load(); }
 Display* X11Frame::getDisplay() const { return native->display; }
 const char* X11Frame::getGLError() const { return native->glError.c_str(); }
@@ -739,19 +741,15 @@ void X11Frame::pump() {
     forget();
 }
 
-void X11Frame::pumpModal(int timeoutMilliseconds) {
-    Native& n = *native;
-    if (!n.display) return;
-    n.runCalls();
-    XFlush(n.display);
-    if (!XPending(n.display)) {
-        pollfd watched{ConnectionNumber(n.display), POLLIN, 0};
-        ::poll(&watched, 1, std::clamp(std::min(timeoutMilliseconds, n.waitMilliseconds()), 0, 100));
-    }
-    n.pumpOnce();
+bool X11Frame::addCompanion(X11Companion* companion) {
+    bool added = false;
+    native->call([&] {
+        if (!native->display) return;
+        native->companions.push_back(companion);
+        added = true;
+    });
+    return added;
 }
-
-void X11Frame::addCompanion(X11Companion* companion) { native->companions.push_back(companion); }
 
 void X11Frame::removeCompanion(X11Companion* companion) { std::erase(native->companions, companion); }
 

@@ -90,17 +90,15 @@ public:
     void setFrameRate(int32_t framesPerSecond) override;
     void postUpdate() override;
 
-    // For the companions (text field, menus, drop target): the connection, the frame's window in
-    // window pixels, and one round of the event loop for a modal wait (events, timers, paint).
+    // For the companions (text field, menus, dialogs, drop target): the connection and the tree.
+    // Nothing of ours waits inside a host's call: companions answer from the frame's pump.
     ::_XDisplay* getDisplay() const;
     CFrame* getFrame() const { return frame; }
-    void addCompanion(class X11Companion* companion);
+    // From any thread; false when the window has gone (the companion was not taken).
+    bool addCompanion(class X11Companion* companion);
     void removeCompanion(class X11Companion* companion);
-    void pumpModal(int timeoutMilliseconds);
-    // True once destroy() has begun: modal waits give up.
+    // True once destroy() has begun: nothing new is started.
     bool isClosing() const;
-    // The thread on which the frame's X calls happen (the one that opened it, or its own).
-    bool onFrameThread() const;
 
     struct Native;  // X, GL and thread state, in the .cpp
 

@@ -54,6 +54,24 @@ void X11OptionMenu::detach() {
     frame.removeCompanion(this);
     done = true;
     display = nullptr;
+    if (!running) return;
+    // The editor closes under the menu: no choice goes out, and the menu lets go of itself.
+    running = false;
+    chosen = nullptr;
+    forget();
+}
+
+void X11OptionMenu::finish() {
+    XUngrabKeyboard(display, CurrentTime);
+    XUngrabPointer(display, CurrentTime);
+    closeLevelsAfter(0);
+    XFlush(display);
+    frame.removeCompanion(this);
+    running = false;
+    const Chosen whenChosen = std::move(chosen);
+    const COptionMenuResult choice = result;
+    forget();  // may be the last reference
+    if (whenChosen) whenChosen(choice);
 }
 
 void X11OptionMenu::closeLevelsAfter(size_t keep) {
@@ -256,6 +274,12 @@ void X11OptionMenu::onKey(XKeyEvent& event) {
 
 bool X11OptionMenu::handleEvent(XEvent& event) {
     if (!running || !display) return false;
+    const bool taken = handleMenuEvent(event);
+    if (done && running && display) finish();
+    return taken;
+}
+
+bool X11OptionMenu::handleMenuEvent(XEvent& event) {
     switch (event.type) {
         case Expose:
             for (auto& level : levels)
@@ -316,8 +340,8 @@ bool X11OptionMenu::handleEvent(XEvent& event) {
     }
 }
 
-COptionMenuResult X11OptionMenu::popup(COptionMenu* menu) {
-    if (!menu || !display || running || menu->getNbEntries() == 0) return {};
+bool X11OptionMenu::popup(COptionMenu* menu, Chosen whenChosen) {
+    if (!menu || !display || running || menu->getNbEntries() == 0) return false;
     scale = frame.getScale();
     double screenX = 0.0, screenY = 0.0;
     frame.getScreenPosition(screenX, screenY);
@@ -329,8 +353,9 @@ COptionMenuResult X11OptionMenu::popup(COptionMenu* menu) {
     const int below = static_cast<int>(screenY + control.bottom * scale);
     const int above = static_cast<int>(screenY + control.top * scale);
 
-    remember();
-    frame.addCompanion(this);
+    if (!frame.addCompanion(this)) return false;
+    remember();  // until the choice has gone out or the editor closes
+    chosen = std::move(whenChosen);
     running = true;
     done = false;
     armed = false;
@@ -341,18 +366,8 @@ COptionMenuResult X11OptionMenu::popup(COptionMenu* menu) {
     XGrabPointer(display, grabWindow, True, ButtonPressMask | ButtonReleaseMask | PointerMotionMask, GrabModeAsync,
                  GrabModeAsync, None, None, CurrentTime);
     XGrabKeyboard(display, grabWindow, True, GrabModeAsync, GrabModeAsync, CurrentTime);
-    while (!done && display && !frame.isClosing()) frame.pumpModal(40);
-    if (display) {
-        XUngrabKeyboard(display, CurrentTime);
-        XUngrabPointer(display, CurrentTime);
-        closeLevelsAfter(0);
-        XFlush(display);
-        frame.removeCompanion(this);
-    }
-    running = false;
-    const COptionMenuResult chosen = result;
-    forget();
-    return chosen;
+    XFlush(display);
+    return true;
 }
 
 }  // namespace Vinta::X11

@@ -2,7 +2,7 @@
 // An option menu as pop-up windows of our own (override-redirect, so no window manager moves
 // them), drawn by the software context: sub-menus open beside their row, separators, disabled and
 // checked rows, the keyboard moves through the rows, and a menu taller than the screen scrolls.
-// popup() waits for the choice while the editor keeps painting.
+// popup() returns at once; the frame hands the menu its events, and the choice goes out from there.
 #include <X11/Xlib.h>
 
 #include <memory>
@@ -19,7 +19,7 @@ class X11OptionMenu final : public IOSOptionMenu, public X11Companion {
 public:
     explicit X11OptionMenu(X11Frame& frame);
 
-    COptionMenuResult popup(COptionMenu* menu) override;
+    bool popup(COptionMenu* menu, Chosen chosen) override;
     bool handleEvent(XEvent& event) override;
     void detach() override;
     bool isModal() const override { return running; }
@@ -37,11 +37,15 @@ private:
     void moveHover(int step);
     void enterRow(size_t levelIndex, bool fromKeyboard);
     void onKey(XKeyEvent& event);
+    bool handleMenuEvent(XEvent& event);
+    // Takes the menu down and hands on the choice.
+    void finish();
 
     X11Frame& frame;
     Display* display;
     std::vector<std::unique_ptr<Level>> levels;
     COptionMenuResult result;
+    Chosen chosen;
     bool running = false;
     bool done = false;
     bool armed = false;  // the pointer has moved in the menu or pressed in it

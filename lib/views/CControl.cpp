@@ -45,6 +45,12 @@ bool CControl::isTypeOf(const char* name) const {
 
 void CControl::draw(CDrawContext* context) { CView::draw(context); }
 
+void CControl::drawRect(CDrawContext* context, const CRect& updateRect) {
+    const double before = value.load(std::memory_order_relaxed);
+    CView::drawRect(context, updateRect);
+    if (value.load(std::memory_order_relaxed) != before) setDirty(true);
+}
+
 bool CControl::isDirty() const {
     return static_cast<float>(value.load(std::memory_order_relaxed)) != getOldValue() || dirty;
 }

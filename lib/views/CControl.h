@@ -22,6 +22,9 @@ public:
     CControl(const CControl& other);
 
     void draw(CDrawContext* context) override;
+    // Draws; a value set on another thread meanwhile (a host's change) leaves the control dirty,
+    // as the draw's closing setDirty(false) would otherwise take it for drawn.
+    void drawRect(CDrawContext* context, const CRect& updateRect) override;
     bool isDirty() const override;
     void setDirty(bool state = true) override;
     int32_t onMouseMoved(const CPoint& where, CButtonState buttons) override;

@@ -41,6 +41,7 @@ CFrame::~CFrame() {
 }
 
 void CFrame::close() {
+    unclaimedDrop = nullptr;
     lock.enter();
     removeAll(true);
     lock.leave();

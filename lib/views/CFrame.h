@@ -2,6 +2,8 @@
 // The root of a view tree: owns the platform window (through IFrame), the dirty list, focus and
 // modal view, and hands parameter gestures to the editor. Tree and dirty list are guarded by
 // `lock`, which every paint takes.
+#include <functional>
+
 #include "CORE/threads/CCriticalSection.h"
 #include "lib/views/CDirtyRectHelper.h"
 #include "lib/views/CViewContainer.h"
@@ -71,6 +73,12 @@ public:
     virtual IOSTextEdit* createTextEdit(ITextEditCallback* callback);
     virtual IOSOptionMenu* createOptionMenu(COptionMenu* menu);
     virtual void setHoverText(const char*) {}
+
+    // Drops no view under the pointer takes go to `handler` (files dropped anywhere on the editor);
+    // it answers whether it took them. Cleared when the tree closes.
+    using DropHandler = std::function<bool(CDragContainer* drag)>;
+    void setUnclaimedDropHandler(DropHandler handler) { unclaimedDrop = std::move(handler); }
+    bool offerUnclaimedDrop(CDragContainer* drag) { return unclaimedDrop && drag && unclaimedDrop(drag); }
     virtual double getHostValue() const { return 0.0; }
 
     // Thread-safe: only the list is touched.
@@ -100,6 +108,7 @@ private:
     CPoint mouseLocation{-1.0, -1.0};
     CButtonState mouseButtons = 0;
     Core::Threads::CCriticalSection lock;
+    DropHandler unclaimedDrop;
 };
 
 } // namespace Vinta

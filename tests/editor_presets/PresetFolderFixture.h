@@ -35,11 +35,11 @@ struct PresetFolder : ::testing::Test {
     void SetUp() override {
         // Set when the plug-in list is filled; the archive's presets carry it.
         Ondra::presetFormatFXP().fxID = static_cast<uint32_t>(Ondra::fourCharacterId("Vzon"));
-        presets.setQuestion([this](const std::string& title, const std::string&) {
+        presets.setQuestion([this](const std::string& title, const std::string&, const auto& answer) {
             titles.push_back(title);
             const bool yes = answers.empty() || answers.front();
             if (!answers.empty()) answers.pop_front();
-            return yes;
+            answer(yes);
         });
         presets.setFolder(folder.string());
     }

@@ -2,18 +2,26 @@
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "lib/controls/CMenuItem.h"
 #include "lib/controls/COptionMenu.h"
 #include "lib/controls/Vinta_TextEdit.h"
 #include "lib/platform-x11/CFileSelector.h"
 #include "lib/platform-x11/CMessageBox.h"
+#include "lib/platform-x11/ChooserProcess.h"
 
 namespace PlatformTest {
 namespace {
@@ -125,6 +133,46 @@ TEST_F(HostWindowTest, OptionMenuNavigatesIntoASubMenuAndPicks) {
     close(panel);
 }
 
+TEST_F(HostWindowTest, AnOpenMenuLeavesTheHostsLoopFreeAndGoesWithTheEditor) {
+    for (const bool closeWhileUp : {false, true}) {
+        Panel panel = open(1.0, EventDriver::HostIdle);
+        ASSERT_NE(panel.frame, nullptr);
+        auto* menu = new COptionMenu(CRect(200, 20, 280, 40));
+        menu->addEntry("One");
+        menu->addEntry("Two");
+        panel.frame->addView(menu);
+        // Should the click's handler wait for the menu, an Escape ends the wait, and the checks fail.
+        std::atomic<bool> over{false};
+        std::thread watchdog([&over] {
+            if (waitFor([&] { return over.load(); }, 3000)) return;
+            Display* own = XOpenDisplay(nullptr);
+            XTestFakeKeyEvent(own, XKeysymToKeycode(own, XK_Escape), True, CurrentTime);
+            XTestFakeKeyEvent(own, XKeysymToKeycode(own, XK_Escape), False, CurrentTime);
+            XCloseDisplay(own);
+        });
+        click(panel, 240, 30);
+        const bool up = waitFor([&] {
+            panel.platform->pump();  // the host's loop: each turn comes back
+            return overrideRedirectWindows(display) == 1;
+        });
+        EXPECT_TRUE(up);
+        if (closeWhileUp) {
+            close(panel);  // the menu goes with the editor, and no choice is delivered
+            EXPECT_TRUE(waitFor([&] { return overrideRedirectWindows(display) == 0; }));
+        } else {
+            key(XK_Down);
+            key(XK_Return);
+            EXPECT_TRUE(waitFor([&] {
+                panel.platform->pump();
+                return menu->getCurrent() == 0;
+            }));
+            close(panel);
+        }
+        over = true;
+        watchdog.join();
+    }
+}
+
 TEST_F(HostWindowTest, FilesDroppedFromAnotherClientReachTheViewUnderThePointer) {
     Panel panel = open(1.0, EventDriver::OwnThread);
     ASSERT_NE(panel.frame, nullptr);
@@ -178,53 +226,143 @@ TEST_F(HostWindowTest, FilesDroppedFromAnotherClientReachTheViewUnderThePointer)
     close(panel);
 }
 
+// A stub zenity on PATH that records its arguments and pid, then waits until the test leaves its
+// answer: a path, or an empty file for a cancel.
+class ChooserStub : public HostWindowTest {
+protected:
+    void SetUp() override {
+        HostWindowTest::SetUp();
+        ASSERT_NE(mkdtemp(folder), nullptr);
+        stub = std::string(folder) + "/zenity";
+        std::ofstream(stub) << "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.args\"\necho $$ > \"$0.pid\"\n"
+                            << "while [ ! -e \"$0.answer\" ]; do sleep 0.02; done\ncat \"$0.answer\"\n"
+                            << "[ -s \"$0.answer\" ]\n";
+        chmod(stub.c_str(), 0755);
+        oldPath = std::getenv("PATH");
+        setenv("PATH", (std::string(folder) + ":/usr/bin:/bin").c_str(), 1);
+        unsetenv("KDE_FULL_SESSION");
+        setenv("XDG_CURRENT_DESKTOP", "GNOME", 1);
+    }
+    void TearDown() override {
+        setenv("PATH", oldPath.c_str(), 1);
+        std::system((std::string("rm -rf ") + folder).c_str());
+        HostWindowTest::TearDown();
+    }
+    void answer(const std::string& text) {
+        std::ofstream(stub + ".part") << text;
+        std::rename((stub + ".part").c_str(), (stub + ".answer").c_str());
+    }
+    std::string read(const char* suffix) {
+        std::stringstream content;
+        content << std::ifstream(stub + suffix).rdbuf();
+        return content.str();
+    }
+    // The host's loop: pumps the frame until `done`; false after five seconds.
+    bool pumpUntil(Panel& panel, const std::function<bool()>& done) {
+        return waitFor([&] {
+            panel.platform->pump();
+            return done();
+        });
+    }
+
+    char folder[32] = "/tmp/zonfra-chooser-XXXXXX";
+    std::string stub, oldPath;
+};
+
 struct ChooserCase {
     int32_t mode;
-    const char* answer;  // empty: the stub cancels
+    const char* answer;  // empty: the user cancels; null: the editor closes while the chooser is up
     const char* expectedArgument;
 };
 
-class FileChooserTest : public HostWindowTest, public ::testing::WithParamInterface<ChooserCase> {};
+class FileChooserTest : public ChooserStub, public ::testing::WithParamInterface<ChooserCase> {};
 
-TEST_P(FileChooserTest, RunsTheDesktopChooserAndReadsItsAnswer) {
+TEST_P(FileChooserTest, ReturnsAtOnceAndTheAnswerArrivesThroughTheHostsLoop) {
     const ChooserCase& c = GetParam();
-    char folder[] = "/tmp/zonfra-chooser-XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    const std::string stub = std::string(folder) + "/zenity";
-    std::ofstream(stub) << "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.args\"\n"
-                        << (*c.answer ? std::string("echo '") + c.answer + "'\nexit 0\n" : "exit 1\n");
-    chmod(stub.c_str(), 0755);
-    const std::string oldPath = std::getenv("PATH");
-    setenv("PATH", (std::string(folder) + ":/usr/bin:/bin").c_str(), 1);
-    unsetenv("KDE_FULL_SESSION");
-    setenv("XDG_CURRENT_DESKTOP", "GNOME", 1);
-
     Panel panel = open(1.0, EventDriver::HostIdle);
     ASSERT_NE(panel.frame, nullptr);
-    CFileSelector selector(panel.frame);
-    selector.setTitle("Load");
-    selector.setInitialPath("/tmp");
-    selector.addFileType("Presets", "fxp;zonfraPreset");
-    const uint64_t paintsBefore = panel.platform->getPaintCount();
-    EXPECT_EQ(selector.run(c.mode), *c.answer != 0);
-    EXPECT_GT(panel.platform->getPaintCount(), paintsBefore);  // the editor painted while it waited
-    if (*c.answer) {
-        EXPECT_STREQ(selector.getResult(0), c.answer);
+    std::vector<std::string> paths;
+    int calls = 0;
+    {
+        CFileSelector selector(panel.frame);
+        selector.setTitle("Load");
+        selector.setInitialPath("/tmp");
+        selector.addFileType("Presets", "fxp;zonfraPreset");
+        ASSERT_TRUE(selector.run(c.mode, [&](const std::vector<std::string>& chosen) {
+            paths = chosen;
+            ++calls;
+        }));
     }
-    std::stringstream arguments;
-    arguments << std::ifstream(stub + ".args").rdbuf();
-    EXPECT_NE(arguments.str().find("--file-selection\n--title=Load\n"), std::string::npos) << arguments.str();
-    EXPECT_NE(arguments.str().find(c.expectedArgument), std::string::npos) << arguments.str();
+    // The chooser is up and the host's loop turns: the editor repaints as its knob moves.
+    ASSERT_TRUE(pumpUntil(panel, [&] { return !read(".pid").empty(); }));
+    const uint64_t paintsBefore = panel.platform->getPaintCount();
+    for (int turn = 0; turn < 10; ++turn) {
+        panel.knob->setValue((turn + 1) / 10.0f);
+        panel.knob->setDirty(true);
+        pumpUntil(panel, [&] { return panel.platform->getPaintCount() > paintsBefore + turn; });
+    }
+    EXPECT_GE(panel.platform->getPaintCount(), paintsBefore + 10);
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(Vinta::X11::ChooserProcess::runningFor(*panel.platform), 1);
+    EXPECT_NE(read(".args").find("--file-selection\n--title=Load\n"), std::string::npos) << read(".args");
+    EXPECT_NE(read(".args").find(c.expectedArgument), std::string::npos) << read(".args");
+    const pid_t child = std::stoi(read(".pid"));
+    if (!c.answer) {
+        close(panel);  // the chooser goes with the editor, and nothing is called back
+        EXPECT_TRUE(kill(child, 0) != 0 && errno == ESRCH);
+        EXPECT_EQ(calls, 0);
+        return;
+    }
+    answer(*c.answer ? std::string(c.answer) + "\n" : "");
+    ASSERT_TRUE(pumpUntil(panel, [&] { return calls > 0; }));
+    EXPECT_EQ(paths, *c.answer ? std::vector<std::string>{c.answer} : std::vector<std::string>{});
+    EXPECT_EQ(Vinta::X11::ChooserProcess::runningFor(*panel.platform), 0);
     close(panel);
-    setenv("PATH", oldPath.c_str(), 1);
-    std::system((std::string("rm -rf ") + folder).c_str());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(ChooserStub, AHostThatIgnoresItsChildrenStillGetsTheAnswer) {
+    Panel panel = open(1.0, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    const auto before = signal(SIGCHLD, SIG_IGN);  // children are reaped by the system
+    std::vector<std::string> paths;
+    CFileSelector selector(panel.frame);
+    ASSERT_TRUE(selector.run(CFileSelector::kOpenFile, [&](const std::vector<std::string>& chosen) { paths = chosen; }));
+    answer("/tmp/y.fxp\n");
+    EXPECT_TRUE(pumpUntil(panel, [&] { return !paths.empty(); }));
+    EXPECT_EQ(paths, std::vector<std::string>{"/tmp/y.fxp"});
+    signal(SIGCHLD, before);
+    close(panel);
+}
+
+TEST_F(ChooserStub, WithoutAChooserProgramAPathFieldInTheEditorTakesTheAnswer) {
+    setenv("PATH", "/nonexistent", 1);
+    Panel panel = open(1.0, EventDriver::HostIdle);
+    ASSERT_NE(panel.frame, nullptr);
+    std::vector<std::string> paths{"untouched"};
+    CFileSelector selector(panel.frame);
+    selector.setInitialPath("/tmp/");
+    ASSERT_TRUE(selector.run(CFileSelector::kSaveFile, [&](const std::vector<std::string>& chosen) { paths = chosen; }));
+    ASSERT_TRUE(pumpUntil(panel, [&] {
+        Window focus = 0;
+        int revert = 0;
+        XGetInputFocus(display, &focus, &revert);
+        return focus != panel.platform->getWindow() && focus > PointerRoot;
+    }));
+    key(XK_End);
+    type("p");
+    key(XK_Return);
+    EXPECT_TRUE(pumpUntil(panel, [&] { return paths.size() != 1 || paths[0] != "untouched"; }));
+    EXPECT_EQ(paths, std::vector<std::string>{"/tmp/p"});
+    close(panel);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Modes, FileChooserTest,
     ::testing::Values(ChooserCase{CFileSelector::kOpenFile, "/tmp/x.fxp", "--file-filter=Presets | *.fxp *.zonfraPreset\n"},
                       ChooserCase{CFileSelector::kSaveFile, "/tmp/new.fxp", "--save\n"},
-                      ChooserCase{CFileSelector::kChooseFolder, "", "--directory\n"}));
+                      ChooserCase{CFileSelector::kChooseFolder, "", "--directory\n"},
+                      ChooserCase{CFileSelector::kSaveFile, nullptr, "--save\n"}));
 
 }  // namespace
 }  // namespace PlatformTest

@@ -27,8 +27,9 @@ public:
 class FakeMenu : public IOSOptionMenu {
 public:
     explicit FakeMenu(COptionMenuResult answer) : result(answer) {}
-    COptionMenuResult popup(COptionMenu* shown) override {
-        return {result.menu ? result.menu : (result.index >= 0 ? shown : nullptr), result.index};
+    bool popup(COptionMenu* shown, Chosen chosen) override {
+        chosen({result.menu ? result.menu : (result.index >= 0 ? shown : nullptr), result.index});
+        return true;
     }
     COptionMenuResult result;
 };

@@ -1,13 +1,16 @@
 // zonfra-editor-host: opens the plug-in's editor through one of its doors in a window of its own,
 // drives it as a host would, and can set parameters, drag with the pointer and take a screenshot.
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tools/editor-host/EditorDoor.h"
 #include "tools/editor-host/HostWindow.h"
+#include "tools/editor-host/InputScript.h"
 
 namespace {
 
@@ -15,9 +18,13 @@ const char* const kUsage =
     "usage: zonfra-editor-host [--door vst3|vst2|embed|vst3-no-runloop] [--plugin LIBRARY] [--scale PERCENT]\n"
     "                          [--set NAME=VALUE]... [--drag X0,Y0,X1,Y1]... [--after MS]\n"
     "                          [--screenshot FILE.png] [--print-edits]\n"
+    "                          [--move X,Y | --click X,Y | --right-click X,Y | --double-click X,Y |\n"
+    "                           --key KEYSYM | --type TEXT | --wait MS]...\n"
     "  NAME is a parameter's index or the name the host sees; VALUE is normalized (0..1).\n"
-    "  --scale is the host's content scale (VST3 only). The editor stays open --after ms\n"
-    "  (default 1000), then the screenshot is taken and the editor closed.\n";
+    "  --scale is the host's content scale (VST3 only). Input steps go out in order, 250 ms\n"
+    "  apart, from a thread of their own while the host's loop turns; KEYSYM is an X key\n"
+    "  name (Return, Down, Escape). The editor stays open --after ms (default 1000) after the\n"
+    "  last step, then the screenshot is taken and the editor closed.\n";
 
 struct Options {
     std::string door = "vst3";
@@ -28,6 +35,7 @@ struct Options {
     int after = 1000;
     std::string screenshot;
     bool printEdits = false;
+    std::vector<EditorHost::InputStep> input;
 };
 
 bool parse(int argc, char** argv, Options& options) {
@@ -44,6 +52,11 @@ bool parse(int argc, char** argv, Options& options) {
         }
         if (!value) return false;
         ++i;
+        EditorHost::InputStep step;
+        if (EditorHost::parseInputStep(option, value, step)) {
+            options.input.push_back(step);
+            continue;
+        }
         if (option == "--door") {
             options.door = value;
         } else if (option == "--plugin") {
@@ -124,6 +137,16 @@ int main(int argc, char** argv) {
         door->setParameter(number, value);
     }
     for (const auto& points : options.drags) window.drag(*door, points[0], points[1], points[2], points[3]);
+    if (!options.input.empty()) {
+        // The host's loop goes on turning while the steps go out, as it does for a person.
+        std::atomic<bool> sent{false};
+        std::thread sender([&] {
+            EditorHost::InputScript(window.getWindow()).run(options.input, 250);
+            sent = true;
+        });
+        while (!sent.load()) window.run(*door, 20);
+        sender.join();
+    }
     window.run(*door, options.after);
     int status = 0;
     if (!options.screenshot.empty() && !window.saveScreenshot(options.screenshot)) {
