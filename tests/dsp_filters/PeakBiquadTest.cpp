@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <vector>
-
 #include "dsp/filters/CPeakBiquad.h"
 #include "dsp_filters/FilterTestHelpers.h"
 

@@ -45,6 +45,9 @@ struct EffectHarness {
     }
 
     void set(int id, float value) { effect->getParameter(id)->setValue(value); }
+    void setAll(std::initializer_list<std::pair<int, float>> values) {
+        for (auto [id, value] : values) set(id, value);
+    }
     std::string presetName() const {
         char text[256] = {};
         effect->getProgramName(text);

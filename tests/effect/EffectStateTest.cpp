@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "EffectHarness.h"
 #include "framework/state/COndraChunk.h"

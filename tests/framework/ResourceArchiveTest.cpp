@@ -4,10 +4,8 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <sstream>
-#include <vector>
 
 #include "framework/resources/CResourceArchive.h"
 #include "framework/resources/ResourceAccess.h"

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-
 #include <cfloat>
-#include <cmath>
 #include <limits>
 
 #include "effect/EffectHarness.h"

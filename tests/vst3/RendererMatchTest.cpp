@@ -1,12 +1,8 @@
 // The offline renderer and a VST 3 host give the same sound for the same preset at the file's rate:
 // what a user rendered is what the session played.
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cmath>
-#include <cstring>
 #include <cstdlib>
-#include <string>
 
 #include "AudioFile.h"
 #include "FactoryPresets.h"

@@ -1,20 +1,14 @@
 // What the hosts' VST 3 conformance suite asks of a plug-in, asked the same way: parameter descriptions,
 // bypass persistence, bus arrangements, input buffers, silence flags, odd block sizes and sample rates,
 // and calls without audio. State round trips and lifecycle rounds: Vst3HostTest.
-#include <gtest/gtest.h>
 
 #include <bit>
-#include <cmath>
 #include <random>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "Vst3Instance.h"
 #include "support/Samples.h"
 
-using namespace Steinberg;
-using namespace Steinberg::Vst;
 using namespace TestHost;
 using TestSupport::allFinite;
 

@@ -1,6 +1,5 @@
 // The small classes the VST 3 adapter is built on, checked on their own.
 #include <gtest/gtest.h>
-
 #include <cstring>
 #include <initializer_list>
 #include <string>
