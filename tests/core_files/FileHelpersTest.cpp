@@ -10,9 +10,9 @@
 #include "CORE/files/FileNames.h"
 #include "CORE/files/FileOperations.h"
 #include "CORE/files/ModuleResources.h"
+#include "CORE/files/Paths.h"
 #include "CORE/files/ShellCommands.h"
 #include "TempHome.h"
-#include "CORE/files/Paths.h"
 
 namespace fs = std::filesystem;
 using Core::CoreFastFile;

@@ -6,11 +6,7 @@ using DSP::CBiquadCascade;
 namespace {
 
 void setSection(CBiquadCascade& c, int k, const FilterTest::Section& s) {
-    c.b0[k] = s.b0;
-    c.b1[k] = s.b1;
-    c.b2[k] = s.b2;
-    c.a1[k] = s.a1;
-    c.a2[k] = s.a2;
+    c.b0[k] = s.b0, c.b1[k] = s.b1, c.b2[k] = s.b2, c.a1[k] = s.a1, c.a2[k] = s.a2;
 }
 
 CBiquadCascade twoStageLowPass() {

@@ -31,9 +31,7 @@ protected:
 };
 
 TEST_F(ControlLayer, FilterLinkMovesTheOtherCutoffOneWay) {
-    row(kLowPassFreq)->setValue(4000);
-    row(kHighPassFreq)->setValue(1000);
-    row(kLinkFilters)->setValue(1);
+    harness.setAll({{kLowPassFreq, 4000}, {kHighPassFreq, 1000}, {kLinkFilters, 1}});
     row(kLowPassFreq)->setValue(8000);
     EXPECT_FLOAT_EQ(row(kHighPassFreq)->getValue(), 2000);
     EXPECT_FLOAT_EQ(row(kLowPassFreq)->getValue(), 8000);

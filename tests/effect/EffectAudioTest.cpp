@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
 
-#include <algorithm>
-
 #include "EffectHarness.h"
 #include "support/AllocationCounter.h"
 

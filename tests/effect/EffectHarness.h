@@ -1,21 +1,18 @@
 #pragma once
-#include <cmath>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "effect/CZonfra.h"
 #include "framework/plugin/ChunkedProcess.h"
+#include "support/Samples.h"
 
-// Drives an effect the way an adapter does: host blocks cut into control chunks.
-// The plug-in type an embedding program reports.
-
+// The host side of an embedding program: its plug-in type, and the latency the effect reports.
 struct RecordingCallback : Ondra::OndraCallback {
     void setInitialDelay(int samples) override { reportedLatency = samples; }
     int getPluginType() override { return Ondra::kPluginTypeEmbedded; }
     int reportedLatency = -1;
 };
 
+// Drives an effect the way an adapter does: host blocks cut into control chunks.
 struct EffectHarness {
     explicit EffectHarness(float rate = 44100.0f, int maxBlock = 512)
         : effect(std::make_unique<CZonfra>(&callback)), sampleRate(rate) {
@@ -62,9 +59,4 @@ struct EffectHarness {
     float tempo = 120;
 };
 
-inline std::vector<float> sine(size_t samples, double hertz, double rate, float amplitude = 0.5f) {
-    std::vector<float> out(samples);
-    for (size_t i = 0; i < samples; ++i)
-        out[i] = amplitude * static_cast<float>(std::sin(2.0 * M_PI * hertz * static_cast<double>(i) / rate));
-    return out;
-}
+using TestSupport::sine;

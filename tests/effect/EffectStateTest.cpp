@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <cstring>
 
 #include "EffectHarness.h"
+#include "core_files/TempHome.h"
 #include "framework/state/COndraChunk.h"
 #include "support/ChunkLayoutReader.h"
 
@@ -66,9 +63,7 @@ TEST(EffectState, ChunkLayoutAsWritten) {
     ASSERT_EQ(records.size(), 4u);
     for (size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(records[i].name, names[i]);
-        if (texts[i]) {
-            EXPECT_STREQ(reinterpret_cast<const char*>(records[i].data.data()), texts[i]);
-        }
+        EXPECT_STREQ(texts[i] ? reinterpret_cast<const char*>(records[i].data.data()) : nullptr, texts[i]);
     }
     ChunkLayout::ParameterTable table;
     ASSERT_TRUE(ChunkLayout::readParameterTable(records[0].data, table));
@@ -190,18 +185,13 @@ TEST(EffectState, OneNotificationPerParameterAfterALoad) {
 }
 
 TEST(EffectHousekeeping, PresetFolderDefaultsToTheDataHomeAndIsRemembered) {
-    const std::string root = "/tmp/zonfra-housekeeping-" + std::to_string(getpid());
-    setenv("HOME", root.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (root + "/config").c_str(), 1);
-    setenv("XDG_CONFIG_DIRS", (root + "/machine").c_str(), 1);
-    setenv("XDG_DATA_HOME", (root + "/data").c_str(), 1);
+    TempHome home;
     {
         EffectHarness harness;
-        EXPECT_EQ(harness.effect->getPresetFolder(), root + "/data/Morvandel/zonfra QT/Presets/");
+        EXPECT_EQ(harness.effect->getPresetFolder(), home.root.string() + "/data/Morvandel/zonfra QT/Presets/");
         harness.effect->setPresetFolder("D:\\Presets");
         EXPECT_EQ(harness.effect->getPresetFolder(), "D:/Presets/");
     }
     EffectHarness next;
     EXPECT_EQ(next.effect->getPresetFolder(), "D:\\Presets");  // the store holds the text as given
-    std::system(("rm -rf '" + root + "'").c_str());
 }

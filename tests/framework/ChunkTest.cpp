@@ -1,7 +1,4 @@
 #include <gtest/gtest.h>
-#include <zlib.h>
-
-#include <cstring>
 
 #include "framework/parameters/ParameterChangeListener.h"
 #include "framework/state/COndraChunk.h"
@@ -128,11 +125,9 @@ struct ManagerFixture : ::testing::Test {
 
 TEST_F(ManagerFixture, ListsAndAutomationIndices) {
     EXPECT_EQ(manager.addParameter({"ALPHA", "x", "x", 0, 1, 0, 0, true, 0, 1, 9}), a);
-    EXPECT_EQ(manager.getCount(), 3);
-    EXPECT_EQ(manager.getAutomatableCount(), 2);
-    EXPECT_EQ(a->getAutomationIndex(), 0);
-    EXPECT_EQ(b->getAutomationIndex(), -1);
-    EXPECT_EQ(c->getAutomationIndex(), 1);
+    EXPECT_EQ(std::vector<int>({manager.getCount(), manager.getAutomatableCount(), a->getAutomationIndex(),
+                                b->getAutomationIndex(), c->getAutomationIndex()}),
+              std::vector<int>({3, 2, 0, -1, 1}));
     EXPECT_EQ(manager.getAutomatable(1), c);
     EXPECT_EQ(manager.getParameterById(2), c);
     EXPECT_EQ(manager.findByKey("BETA"), b);

@@ -211,11 +211,10 @@ Bytes legacyImage(const std::vector<std::pair<std::string, Bytes>>& files, int32
     scrambleResource(packed.data(), packed.size());
     Bytes image(40, 0);
     std::memcpy(image.data(), "resource", 8);
-    putLE32(&image[12], 40);
-    putLE32(&image[16], 0x1000);
-    putLE32(&image[20], 1);
-    putLE32(&image[24], static_cast<uint32_t>(packed.size()));
-    putLE32(&image[28], static_cast<uint32_t>(chain.size()));
+    // Header size, version, packed, stored size, plain size.
+    for (auto [at, value] : {std::pair{12, 40u}, {16, 0x1000u}, {20, 1u}, {24, uint32_t(packed.size())},
+                             {28, uint32_t(chain.size())}})
+        putLE32(&image[at], value);
     image.insert(image.end(), packed.begin(), packed.end());
     return image;
 }

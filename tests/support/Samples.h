@@ -11,6 +11,14 @@
 
 namespace TestSupport {
 
+// A sine from sample `start` on.
+inline std::vector<float> sine(size_t n, double hertz, double rate, float amplitude = 0.5f, size_t start = 0) {
+    std::vector<float> out(n);
+    for (size_t i = 0; i < n; ++i)
+        out[i] = amplitude * static_cast<float>(std::sin(2.0 * M_PI * hertz * static_cast<double>(i + start) / rate));
+    return out;
+}
+
 // Index of the sample of largest magnitude, the first of equals.
 inline size_t peakIndex(const std::vector<float>& x) {
     const auto quieter = [](float a, float b) { return std::fabs(a) < std::fabs(b); };

@@ -61,9 +61,7 @@ TEST_F(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
         ASSERT_EQ(fresh.effect->initialDelay, row.latency);
         if (row.events) {
             VstMidiEvent note{};
-            note.type = kVstMidiType;
-            note.byteSize = sizeof note;
-            note.deltaFrames = 10;
+            note.type = kVstMidiType, note.byteSize = sizeof note, note.deltaFrames = 10;
             note.midiData[0] = static_cast<char>(0x90), note.midiData[1] = 60, note.midiData[2] = 100;
             VstEvent sysex{};
             sysex.type = kVstSysExType;

@@ -1,14 +1,10 @@
-// How a host's process call reaches the effect, seen from outside the library. The exports give no
-// view of the effect's calls or of the tempo it is handed, and a hook just for tests would ship in
-// the product; so both are heard in the audio instead:
-// - The effect takes one control step per call, in which a moved low-pass cutoff glides one step
-//   toward its target. Two instances fed the same audio and automation sound the same exactly as
-//   long as their calls begin at the same samples; the first output sample that differs (one
-//   latency later) shows where the calls first parted. References are made of host calls of at
-//   most one chunk, which no chunking can cut further.
-// - The tempo sets the rate of the synced LFO, which moves the cutoff. Blocks without a process
-//   context are compared with blocks whose context names a tempo. The effect hands the LFO only a
-//   change of tempo, and the LFO's own starts at 120, so a context first sets it to 60.
+// How a host's process call reaches the effect, heard in the audio: the exports show neither the
+// effect's calls nor its tempo, and a hook for tests would ship in the product.
+// - A moved low-pass cutoff glides one step per effect call, so two instances sound the same exactly
+//   as long as their calls begin at the same samples; the first difference (one latency later) shows
+//   where the calls parted.
+// - The tempo sets the synced LFO's rate, which moves the cutoff. The effect hands the LFO only a
+//   change of tempo, and the LFO starts at 120, so a context first sets it to 60.
 
 #include "Vst3Instance.h"
 

@@ -4,17 +4,13 @@
 // parameter queues.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 #include <cstring>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "adapters/vst3/sdk/Vst3Base.h"
 #include "adapters/vst3/sdk/Vst3Controller.h"
 #include "adapters/vst3/sdk/Vst3Processor.h"
+#include "support/Samples.h"
 
 namespace TestHost {
 
@@ -137,10 +133,7 @@ Interface* query(FUnknown* object) {
 }
 
 inline std::vector<float> sine(size_t n, double hertz, size_t start = 0) {
-    std::vector<float> out(n);
-    for (size_t i = 0; i < n; ++i)
-        out[i] = 0.5f * static_cast<float>(std::sin(2 * M_PI * hertz * static_cast<double>(i + start) / 44100.0));
-    return out;
+    return TestSupport::sine(n, hertz, 44100, 0.5f, start);
 }
 
 struct Instance {
