@@ -185,12 +185,11 @@ TEST(ShellCommands, RunCommandLineStartsProgramsAndReportsMissingOnes) {
 }
 
 TEST(Paths, NormalisePath) {
-    EXPECT_EQ(normalisePath("a\\b//c/./d/../e"), "a/b/c/e");
-    EXPECT_EQ(normalisePath("../x/./y"), "../x/y");
-    EXPECT_EQ(normalisePath("/a/b/../../c"), "/c");
-    EXPECT_EQ(addTrailingSlash(""), "/");
-    EXPECT_EQ(addTrailingSlash("a\\"), "a\\");
-    EXPECT_EQ(addTrailingSlash("a"), "a/");
+    for (auto [given, normal] :
+         {std::pair{"a\\b//c/./d/../e", "a/b/c/e"}, {"../x/./y", "../x/y"}, {"/a/b/../../c", "/c"}})
+        EXPECT_EQ(normalisePath(given), normal) << given;
+    for (auto [given, ended] : {std::pair{"", "/"}, {"a\\", "a\\"}, {"a", "a/"}})
+        EXPECT_EQ(addTrailingSlash(given), ended) << given;
 }
 
 TEST(Paths, SpecialFoldersFollowTheXdgFolders) {

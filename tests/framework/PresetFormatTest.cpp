@@ -19,9 +19,6 @@ namespace {
 const uint32_t kVzon = static_cast<uint32_t>(fourCharacterId("Vzon"));
 
 std::vector<uint8_t> fileBytes(const fs::path& path) { return TestSupport::fileBytes(path.string()); }
-void writeFile(const fs::path& path, const std::vector<uint8_t>& bytes, size_t size) {
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(size));
-}
 uint32_t be32(const std::vector<uint8_t>& b, size_t at) {
     return uint32_t(b[at]) << 24 | uint32_t(b[at + 1]) << 16 | uint32_t(b[at + 2]) << 8 | b[at + 3];
 }
@@ -109,7 +106,7 @@ TEST_F(PresetFormats, ForeignOrOtherKindsGiveNoData) {
     presetFormatFXP().fxID = kVzon;
 
     std::memcpy(&bytes[8], "FxCk", 4);
-    writeFile(dir / "params.fxp", bytes, bytes.size());
+    TestSupport::writeFile(dir / "params.fxp", bytes);
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "params.fxp", back)) << "the parameter kind is not read";
 
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "missing.fxp", back));
@@ -129,10 +126,10 @@ TEST_F(PresetFormats, EmptyBlockAndDamagedFiles) {
 
     // A header cut short or claiming more than the file holds gives nothing and does not crash.
     bytes = written(presetFormatFXP(), path);
-    writeFile(dir / "short.fxp", bytes, 40);
+    TestSupport::writeFile(dir / "short.fxp", bytes, 40);
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "short.fxp", back));
     bytes[56] = 0x7f;
-    writeFile(dir / "huge.fxp", bytes, bytes.size());
+    TestSupport::writeFile(dir / "huge.fxp", bytes);
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "huge.fxp", back));
 }
 

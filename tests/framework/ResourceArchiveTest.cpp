@@ -26,9 +26,6 @@ Bytes randomBytes(size_t n, unsigned seed) {
     return b;
 }
 Bytes readFile(const fs::path& path) { return TestSupport::fileBytes(path.string()); }
-void writeFile(const fs::path& path, const Bytes& b) {
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
-}
 Bytes resourceBytes(const char* name) {
     int size = -1;
     void* block = getResource(name, &size);
@@ -46,8 +43,8 @@ protected:
         text = Bytes(4000, 'a');
         for (size_t i = 0; i < text.size(); i += 7) text[i] = 'b';
         noise = randomBytes(1001, 1);  // odd length, does not shrink
-        writeFile(dir / "presets" / "Init Preset.fxp", text);
-        writeFile(dir / "noise.png", noise);
+        TestSupport::writeFile(dir / "presets" / "Init Preset.fxp", text);
+        TestSupport::writeFile(dir / "noise.png", noise);
 
         CResourceArchive builder;
         EXPECT_TRUE(builder.add((dir / "presets" / "Init Preset.fxp").string(), "presets/Init Preset.fxp"));

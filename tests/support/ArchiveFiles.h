@@ -23,7 +23,8 @@ inline std::vector<ArchiveFile> archiveFiles(const char* image, const std::strin
         int size = 0;
         void* block = name.rfind(prefix, 0) == 0 ? Ondra::getResource(name.c_str(), &size) : nullptr;
         if (!block) continue;
-        files.push_back({name, std::vector<uint8_t>(static_cast<uint8_t*>(block), static_cast<uint8_t*>(block) + size)});
+        const auto* bytes = static_cast<uint8_t*>(block);
+        files.push_back({name, std::vector<uint8_t>(bytes, bytes + size)});
         Ondra::freeResource(block);
     }
     Ondra::closeResources();

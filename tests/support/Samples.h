@@ -1,5 +1,5 @@
 #pragma once
-// Small measures on sample and byte buffers that many tests take.
+// Test signals, measures on sample buffers and whole-file bytes that many tests share.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -32,6 +32,12 @@ inline bool allFinite(const std::vector<float>& x) {
 inline double energy(const std::vector<float>& x, size_t from = 0) {
     return std::inner_product(x.begin() + static_cast<long>(from), x.end(), x.begin() + static_cast<long>(from), 0.0,
                               std::plus<>(), [](float a, float b) { return static_cast<double>(a) * b; });
+}
+
+// The first `size` bytes (all when not given) into a file made anew.
+inline void writeFile(const std::string& path, const std::vector<uint8_t>& bytes, size_t size = SIZE_MAX) {
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(std::min(size, bytes.size())));
 }
 
 inline std::vector<uint8_t> fileBytes(const std::string& path) {
