@@ -81,9 +81,7 @@ TEST(Spectrum, NonFiniteAudioAndSilenceDrawOnlyFiniteLevels) {
     const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
     struct Case { const char* name; std::vector<float> left, right; };
     std::vector<float> spiked = sine(1000.0, 44100.0, N);
-    spiked[10] = nan;
-    spiked[500] = inf;
-    spiked[900] = -inf;
+    spiked[10] = nan, spiked[500] = inf, spiked[900] = -inf;
     const Case cases[] = {
         {"silence", std::vector<float>(N, 0.0f), std::vector<float>(N, 0.0f)},
         {"all NaN", std::vector<float>(N, nan), std::vector<float>(N, nan)},

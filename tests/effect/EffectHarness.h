@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <memory>
 
 #include "effect/CZonfra.h"
@@ -20,9 +21,12 @@ struct EffectHarness {
         effect->setBlockSize(maxBlock);
     }
 
-    // Runs `left`/`right` through the effect in host blocks of `hostBlock` samples, in place.
-    void run(std::vector<float>& left, std::vector<float>& right, int hostBlock) {
-        for (size_t at = 0; at < left.size(); at += static_cast<size_t>(hostBlock)) {
+    // Runs `left`/`right` through the effect in host blocks of `hostBlock` samples, in place;
+    // `beforeBlock` may change settings, given each block's index.
+    void run(std::vector<float>& left, std::vector<float>& right, int hostBlock,
+             const std::function<void(int)>& beforeBlock = {}) {
+        for (size_t at = 0, index = 0; at < left.size(); at += static_cast<size_t>(hostBlock)) {
+            if (beforeBlock) beforeBlock(static_cast<int>(index++));
             const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(hostBlock), left.size() - at));
             runBlock(left.data() + at, right.data() + at, n);
         }

@@ -91,12 +91,9 @@ uint64_t render(const Case& c) {
     std::vector<float> left, right;
     testSignal(c.rate, kSeconds * static_cast<size_t>(c.rate), left, right);
     if (c.quiet) withQuietPassages(left, right, c.rate);
-    int index = 0;
-    for (size_t at = 0; at < left.size(); at += static_cast<size_t>(c.block), ++index) {
-        if (c.automate) c.automate(harness, index);
-        const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(c.block), left.size() - at));
-        harness.runBlock(left.data() + at, right.data() + at, n);
-    }
+    harness.run(left, right, c.block, [&](int block) {
+        if (c.automate) c.automate(harness, block);
+    });
     const double energy = TestSupport::energy(left) + TestSupport::energy(right);
     EXPECT_GT(std::sqrt(energy / static_cast<double>(2 * left.size())), 0.01) << c.name << ": output is silent";
     return checksum(left, right);
