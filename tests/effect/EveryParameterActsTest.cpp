@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <functional>
 
 #include "EffectHarness.h"
 

@@ -5,7 +5,6 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 
 #include "EffectHarness.h"
 #include "support/HeaviestSettings.h"
