@@ -1,4 +1,3 @@
-
 #include "Vst2TestHost.h"
 #include "adapters/vst2/sdk/ERect.h"
 #include "adapters/vst2/sdk/VstPinProperties.h"
