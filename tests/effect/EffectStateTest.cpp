@@ -54,8 +54,12 @@ std::vector<ChunkLayout::Record> recordsOf(const Bytes& block) {
 }
 }  // namespace
 
-TEST(EffectState, ChunkLayoutAsWritten) {
+class EffectState : public ::testing::Test {
+protected:
     EffectHarness harness;
+};
+
+TEST_F(EffectState, ChunkLayoutAsWritten) {
     harness.set(kLowPassFreq, 1234.5f);
     const auto records = recordsOf(chunkOf(*harness.effect));
     const char* names[] = {"Parameters", "GLOBAL.LIMITER.ON", "isNewFilterPreset", "PresetName"};
@@ -77,7 +81,7 @@ TEST(EffectState, ChunkLayoutAsWritten) {
     EXPECT_EQ(table.rows[33].key, "RATE_FLIP");  // the non-automatable row is stored too
 }
 
-TEST(EffectState, RoundTripRestoresEveryValueAndTheName) {
+TEST_F(EffectState, RoundTripRestoresEveryValueAndTheName) {
     EffectHarness source, target;
     for (int id = 0; id < kZonfraParameterCount; ++id)
         if (id != kBypass) source.effect->getParameter(id)->setNormalized(0.137f + 0.013f * static_cast<float>(id));
@@ -88,8 +92,7 @@ TEST(EffectState, RoundTripRestoresEveryValueAndTheName) {
     EXPECT_EQ(target.presetName(), "Round Trip");
 }
 
-TEST(EffectState, MissingKeysTakeTheirDefaultUnknownKeysAreSkippedLinkAmountsGoWithTheirSwitch) {
-    EffectHarness harness;
+TEST_F(EffectState, MissingKeysTakeTheirDefaultUnknownKeysAreSkippedLinkAmountsGoWithTheirSwitch) {
     harness.set(kLpAttack, 300);  // default 50, initial 5
     harness.set(kLowPassQ, 0.5f);
     load(*harness.effect, handmadeChunk({{"Parameters", parameterTable({{"LOWPASSQ", 0.75f}, {"NOSUCHKEY", 3}})}}));
@@ -105,8 +108,7 @@ TEST(EffectState, MissingKeysTakeTheirDefaultUnknownKeysAreSkippedLinkAmountsGoW
     EXPECT_FLOAT_EQ(harness.effect->getParameter(kFreqModLinkFreqPercent)->getValue(), 0.5f);
 }
 
-TEST(EffectState, PresetNameRules) {
-    EffectHarness harness;
+TEST_F(EffectState, PresetNameRules) {
     harness.effect->setProgramName("");
     EXPECT_STREQ(reinterpret_cast<const char*>(recordsOf(chunkOf(*harness.effect)).back().data.data()), "NoName");
     load(*harness.effect, handmadeChunk({{"PresetName", text(std::string(41, 'x').c_str())}}));
@@ -115,8 +117,7 @@ TEST(EffectState, PresetNameRules) {
     EXPECT_EQ(harness.presetName(), "First");
 }
 
-TEST(EffectState, GlobalLimiterRecordAndPresetsSavedWithoutIt) {
-    EffectHarness harness;
+TEST_F(EffectState, GlobalLimiterRecordAndPresetsSavedWithoutIt) {
     auto limiterOn = [](EffectHarness& h) { return h.effect->signalChain().isGlobalLimiterOn(); };
     load(*harness.effect, handmadeChunk({{"GLOBAL.LIMITER.ON", text("FALSE")}}));
     EXPECT_FALSE(limiterOn(harness));
@@ -140,8 +141,7 @@ TEST(EffectState, GlobalLimiterRecordAndPresetsSavedWithoutIt) {
 
 // A block that is not ours or does not unpack to its stated size is refused whole: nothing the user
 // had is lost.
-TEST(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
-    EffectHarness harness;
+TEST_F(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
     harness.set(kLowPassFreq, 500);
     harness.set(kRingModStrength, 0.3f);
     const Bytes good = chunkOf(*harness.effect);
@@ -172,8 +172,7 @@ TEST(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
     EXPECT_TRUE(load(*harness.effect, good));
 }
 
-TEST(EffectState, OneNotificationPerParameterAfterALoad) {
-    EffectHarness harness;
+TEST_F(EffectState, OneNotificationPerParameterAfterALoad) {
     struct Counter : Ondra::ParameterChangeListener {
         void parameterChanged(Ondra::IPluginParameter*) override { ++calls; }
         int calls = 0;

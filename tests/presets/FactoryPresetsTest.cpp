@@ -87,10 +87,8 @@ TEST(FactoryPresets, ANewInstanceIsTheInitPreset) {
                                    [](const Preset& p) { return p.name == "presets/Init Preset.fxp"; });
     ASSERT_NE(init, presets.end());
 
-    EffectHarness fresh;
-    EffectHarness loaded;
-    loaded.set(kLowPassFreq, 500);
-    loaded.set(kRingModStrength, 0.7f);
+    EffectHarness fresh, loaded;
+    loaded.setAll({{kLowPassFreq, 500}, {kRingModStrength, 0.7f}});
     loadPreset(*loaded.effect, init->bytes);
     EXPECT_EQ(parameterValues(*fresh.effect), parameterValues(*loaded.effect));
     EXPECT_EQ(fresh.presetName(), "Init Preset");

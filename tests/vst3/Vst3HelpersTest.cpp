@@ -83,8 +83,7 @@ TEST(Vst3Helpers, ParametersClampReadNumbersAndStepThroughTheirEntries) {
     EXPECT_FALSE(gain.fromString(u"loud", value));
 
     StringListParameter bypass("Bypass", 0x4D427970, nullptr, ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass);
-    bypass.appendString("Off");
-    bypass.appendString("On");
+    for (const char* entry : {"Off", "On"}) bypass.appendString(entry);
     EXPECT_EQ(bypass.getInfo().stepCount, 1);
     for (auto [normalized, plain] : {std::pair{0.0, 0.0}, {0.49, 0.0}, {0.5, 1.0}, {1.0, 1.0}})
         EXPECT_DOUBLE_EQ(bypass.toPlain(normalized), plain) << normalized;
