@@ -4,7 +4,7 @@
 
 using namespace TestHost;
 
-class Vst3Host : public ModuleTest {};
+class Vst3Host : public InstanceTest {};
 
 TEST_F(Vst3Host, FactoryDescribesTheClass) {
     PFactoryInfo factoryInfo{};
@@ -34,7 +34,6 @@ TEST_F(Vst3Host, FactoryDescribesTheClass) {
 }
 
 TEST_F(Vst3Host, InterfacesByIdentifier) {
-    Instance plugin(module);
     EXPECT_TRUE(plugin.processor && plugin.controller);
     for (const Uid* iid : {&IEditController2::iid, &IUnitInfo::iid, &IProgramListData::iid, &IMidiMapping::iid,
                            &IPluginBase::iid, &FUnknown::iid}) {
@@ -49,7 +48,6 @@ TEST_F(Vst3Host, InterfacesByIdentifier) {
 }
 
 TEST_F(Vst3Host, BusesParametersUnitsLatencyAndFixedAnswers) {
-    Instance plugin(module);
     EXPECT_EQ(plugin.component->getBusCount(kAudio, kInput), 1);
     EXPECT_EQ(plugin.component->getBusCount(kAudio, kOutput), 1);
     BusInfo bus{};
@@ -94,8 +92,8 @@ TEST_F(Vst3Host, ThreeQueuePointsMoveTheParameterOnceAtTheThirdOffset) {
     Instance automated(module), reference(module);
     const ParamID outputGain = static_cast<ParamID>(automated.findParameter("Output Gain"));
     // Warm both up so the output carries the steady sine.
-    for (Instance* plugin : {&automated, &reference})
-        for (size_t b = 0; b < 100; ++b) plugin->runSine(512, 1000, b * 512);
+    for (Instance* instance : {&automated, &reference})
+        for (size_t b = 0; b < 100; ++b) instance->runSine(512, 1000, b * 512);
     Changes changes;
     int32 index = 0;
     IParamValueQueue* queue = changes.addParameterData(outputGain, index);
@@ -108,7 +106,6 @@ TEST_F(Vst3Host, ThreeQueuePointsMoveTheParameterOnceAtTheThirdOffset) {
 }
 
 TEST_F(Vst3Host, MonoInputReachesTheEffectOnBothChannels) {
-    Instance plugin(module);
     SpeakerArrangement mono = SpeakerArr::kMono, stereo = SpeakerArr::kStereo;
     EXPECT_EQ(plugin.processor->setBusArrangements(&mono, 1, &stereo, 1), kResultTrue);
     std::vector<float> l, r;
@@ -120,17 +117,17 @@ TEST_F(Vst3Host, MonoInputReachesTheEffectOnBothChannels) {
 }
 
 TEST_F(Vst3Host, ContextlessBlocksAndOversizedBlocks) {
-    Instance plugin(module, 44100, 256);
+    Instance small(module, 44100, 256);
     ProcessContext context{};
     context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid;
     context.tempo = 0;  // a host at tempo 0 must not stop the LFO or crash
     for (ProcessContext* given : {static_cast<ProcessContext*>(nullptr), &context}) {
-        plugin.runSine(256, 440, 0, nullptr, given);
-        EXPECT_EQ(plugin.lastResult, kResultOk);
+        small.runSine(256, 440, 0, nullptr, given);
+        EXPECT_EQ(small.lastResult, kResultOk);
     }
     std::vector<float> big(1024, 0.1f), bigR = big;
-    plugin.run(big.data(), bigR.data(), 1024);
-    EXPECT_EQ(plugin.lastResult, kResultFalse);
+    small.run(big.data(), bigR.data(), 1024);
+    EXPECT_EQ(small.lastResult, kResultFalse);
     EXPECT_EQ(big[0], 0.1f);  // nothing processed
 }
 
@@ -176,7 +173,6 @@ TEST_F(Vst3Host, StateRoundTripsAndDamagedStatesAreRefused) {
 }
 
 TEST_F(Vst3Host, LifecycleRoundsEndInANewEffect) {
-    Instance plugin(module);
     Changes changes;
     plugin.runSine(512, 440, 0, &changes.add(1, 0.3));
     EXPECT_NEAR(plugin.controller->getParamNormalized(1), 0.3, 1e-6);
@@ -198,7 +194,6 @@ TEST_F(Vst3Host, LifecycleRoundsEndInANewEffect) {
 }
 
 TEST_F(Vst3Host, ParameterTextsAndConversions) {
-    Instance plugin(module);
     String128 text{};
     ASSERT_EQ(plugin.controller->getParamStringByValue(0, 1.0, text), kResultOk);
     EXPECT_EQ(utf8(text), "+6.02 dB");
@@ -216,7 +211,6 @@ TEST_F(Vst3Host, ParameterTextsAndConversions) {
 }
 
 TEST_F(Vst3Host, ProcessAllocatesNothing) {
-    Instance plugin(module);
     Changes changes;
     int32 index = 0;
     changes.addParameterData(1, index)->addPoint(30, 0.4, index);

@@ -138,6 +138,7 @@ inline std::vector<float> sine(size_t n, double hertz, size_t start = 0) {
 
 struct Instance {
     explicit Instance(Module& module, double rate = 44100, int32 maxBlock = 512) {
+        if (!module.factory) return;  // the test fails in its set-up
         PClassInfo info{};
         module.factory->getClassInfo(0, &info);
         void* object = nullptr;
@@ -153,6 +154,7 @@ struct Instance {
         component->setActive(true);
     }
     ~Instance() {
+        if (!component) return;
         component->setActive(false);
         component->terminate();
         controller->release();
@@ -218,11 +220,16 @@ struct Instance {
     tresult lastResult = kResultOk;
 };
 
-// Tests with the bundle's library loaded; each fails at once when it does not load.
+// Tests with the bundle's library loaded, and one instance of 44.1 kHz made from it; each fails at once
+// when the library does not load.
 class ModuleTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_NE(module.factory, nullptr) << dlerror(); }
     Module module;
+};
+class InstanceTest : public ModuleTest {
+protected:
+    Instance plugin{module};
 };
 
 }  // namespace TestHost
