@@ -49,12 +49,8 @@ inline float leFloat(const uint8_t* p) {
 inline bool readOuter(const uint8_t* data, size_t size, Outer& out) {
     if (size < 44) return false;
     out.tag.assign(reinterpret_cast<const char*>(data), strnlen(reinterpret_cast<const char*>(data), 20));
-    out.reserved = le32(data + 20);
-    out.headerSize = le32(data + 24);
-    out.version = le32(data + 28);
-    out.compressed = le32(data + 32);
-    out.storedSize = le32(data + 36);
-    out.plainSize = le32(data + 40);
+    int32_t* fields[] = {&out.reserved, &out.headerSize, &out.version, &out.compressed, &out.storedSize, &out.plainSize};
+    for (size_t i = 0; i < 6; ++i) *fields[i] = le32(data + 20 + 4 * i);
     if (size != static_cast<size_t>(out.headerSize + out.storedSize)) return false;
     std::vector<uint8_t> stored(data + out.headerSize, data + size);
     // Undo the reversals at falling even offsets.
@@ -96,13 +92,9 @@ inline std::vector<Record> readRecords(const std::vector<uint8_t>& plain) {
 inline bool readParameterTable(const std::vector<uint8_t>& d, ParameterTable& out) {
     if (d.size() < 48) return false;
     out.tag.assign(reinterpret_cast<const char*>(d.data()), strnlen(reinterpret_cast<const char*>(d.data()), 20));
-    out.headerSize = le32(&d[20]);
-    out.version = le32(&d[24]);
-    out.compressed = le32(&d[28]);
-    out.storedSize = le32(&d[32]);
-    out.plainSize = le32(&d[36]);
-    out.recordSize = le32(&d[40]);
-    out.count = le32(&d[44]);
+    int32_t* fields[] = {&out.headerSize, &out.version,    &out.compressed, &out.storedSize,
+                         &out.plainSize,  &out.recordSize, &out.count};
+    for (size_t i = 0; i < 7; ++i) *fields[i] = le32(&d[20 + 4 * i]);
     std::vector<uint8_t> records(d.begin() + 48, d.end());
     if (out.compressed) {
         std::vector<uint8_t> plain(static_cast<size_t>(out.plainSize));
