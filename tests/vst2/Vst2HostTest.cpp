@@ -97,8 +97,7 @@ TEST_F(Vst2Host, PinsAndSpeakerArrangements) {
     EXPECT_EQ(plugin.dispatch(effGetOutputProperties, -1, 0, &pin), 0);
     EXPECT_EQ(plugin.dispatch(effGetOutputProperties, 0, 0, nullptr), 0);
 
-    VstSpeakerArrangement stereo{};
-    stereo.type = kSpeakerArrStereo, stereo.numChannels = 2;
+    VstSpeakerArrangement stereo{.type = kSpeakerArrStereo, .numChannels = 2};
     EXPECT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&stereo), &stereo), 1);
     EXPECT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, 0, nullptr), 1);  // both kept
     VstSpeakerArrangement *input = &stereo, *output = &stereo;

@@ -59,15 +59,10 @@ TEST_F(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
         host().giveTime = row.giveTime;
         ASSERT_EQ(fresh.effect->initialDelay, row.latency);
         if (row.events) {
-            VstMidiEvent note{};
-            note.type = kVstMidiType, note.byteSize = sizeof note, note.deltaFrames = 10;
-            note.midiData[0] = static_cast<char>(0x90), note.midiData[1] = 60, note.midiData[2] = 100;
-            VstEvent sysex{};
-            sysex.type = kVstSysExType;
-            VstEvents list{}, none{};
-            list.numEvents = 2;
-            list.events[0] = reinterpret_cast<VstEvent*>(&note);
-            list.events[1] = &sysex;
+            VstMidiEvent note{.type = kVstMidiType, .byteSize = sizeof(VstMidiEvent), .deltaFrames = 10,
+                              .midiData = {static_cast<char>(0x90), 60, 100}};
+            VstEvent sysex{.type = kVstSysExType};
+            VstEvents list{.numEvents = 2, .events = {reinterpret_cast<VstEvent*>(&note), &sysex}}, none{};
             EXPECT_EQ(fresh.dispatch(effProcessEvents, 0, 0, &list), 1);
             EXPECT_EQ(fresh.dispatch(effProcessEvents, 0, 0, &none), 1);
         }
@@ -102,9 +97,8 @@ TEST_F(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
 }
 
 TEST_F(Vst2Process, MonoInputFeedsBothSides) {
-    VstSpeakerArrangement mono{}, stereo{};
-    mono.type = kSpeakerArrMono, mono.numChannels = 1;
-    stereo.type = kSpeakerArrStereo, stereo.numChannels = 2;
+    VstSpeakerArrangement mono{.type = kSpeakerArrMono, .numChannels = 1},
+        stereo{.type = kSpeakerArrStereo, .numChannels = 2};
     ASSERT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&mono), &stereo), 1);
 
     Stereo input(1024), output(1024);
@@ -118,12 +112,8 @@ TEST_F(Vst2Process, MonoInputFeedsBothSides) {
 }
 
 TEST_F(Vst2Process, ProcessReplacingAllocatesNothing) {
-    VstMidiEvent note{};
-    note.type = kVstMidiType;
-    note.midiData[0] = static_cast<char>(0x80);
-    VstEvents list{};
-    list.numEvents = 1;
-    list.events[0] = reinterpret_cast<VstEvent*>(&note);
+    VstMidiEvent note{.type = kVstMidiType, .midiData = {static_cast<char>(0x80)}};
+    VstEvents list{.numEvents = 1, .events = {reinterpret_cast<VstEvent*>(&note)}};
     Stereo audio(512);
     for (size_t i = 0; i < 512; ++i)
         audio.left[i] = audio.right[i] = 0.3f * static_cast<float>(std::sin(static_cast<double>(i) * 0.05));

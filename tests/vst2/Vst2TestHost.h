@@ -72,10 +72,8 @@ public:
     // Loads the library and makes the plug-in; `entry` names the exported function to use.
     explicit Plugin(const char* entry = "VSTPluginMain") {
         host() = HostState{};
-        host().time.sampleRate = 44100;
-        host().time.tempo = 120;
-        host().time.timeSigNumerator = host().time.timeSigDenominator = 4;
-        host().time.flags = kVstTempoValid | kVstPpqPosValid | kVstTransportPlaying;
+        host().time = {.sampleRate = 44100, .tempo = 120, .timeSigNumerator = 4, .timeSigDenominator = 4,
+                       .flags = kVstTempoValid | kVstPpqPosValid | kVstTransportPlaying};
         auto make = library.function<EntryPoint>(entry);
         effect = make ? make(audioMaster) : nullptr;
     }

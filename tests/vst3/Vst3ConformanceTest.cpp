@@ -25,10 +25,7 @@ std::string text(IEditController* controller, ParamID id, ParamValue value) {
 
 // A call with no audio at all, as hosts make to hand over parameter changes alone.
 tresult processWithoutAudio(Instance& plugin, IParameterChanges* changes, int32 samples = 0) {
-    ProcessData data{};
-    data.symbolicSampleSize = kSample32;
-    data.numSamples = samples;
-    data.inputParameterChanges = changes;
+    ProcessData data{.symbolicSampleSize = kSample32, .numSamples = samples, .inputParameterChanges = changes};
     return plugin.processor->process(data);
 }
 

@@ -67,9 +67,7 @@ protected:
         Instance plugin(module);
         Changes setup;
         setup.add(kLowPassFrequency, 0.5).add(kLowPassLfoStrength, 0.75);
-        ProcessContext sixty{};
-        sixty.state = ProcessContext::kTempoValid;
-        sixty.tempo = 60;
+        ProcessContext sixty{.state = ProcessContext::kTempoValid, .tempo = 60};
         std::vector<float> output;
         for (size_t b = 0; b < 44; ++b) {
             const std::vector<float> left =
@@ -103,9 +101,7 @@ TEST_F(Vst3EffectCalls, AHostCallIsCutOnlyAtChunksAndOnlyFromTwoChunksOn) {
 TEST_F(Vst3EffectCalls, NoProcessContextGivesTheEffectTempoOne) {
     const std::vector<float> none = lfoSweep(nullptr);
     auto atTempo = [this](double tempo) {
-        ProcessContext context{};
-        context.state = ProcessContext::kTempoValid;
-        context.tempo = tempo;
+        ProcessContext context{.state = ProcessContext::kTempoValid, .tempo = tempo};
         return lfoSweep(&context);
     };
     EXPECT_EQ(firstDifference(none, atTempo(1.0)), none.size());

@@ -150,9 +150,8 @@ PClassInfo2 describedClass(const FUID& id, const char* name) {
 }  // namespace
 
 TEST(Vst3Helpers, FactoryDescribesAndCreatesItsClasses) {
-    PFactoryInfo about{};
+    PFactoryInfo about{.flags = PFactoryInfo::kUnicode};
     StringConvert::copyField(about.vendor, sizeof about.vendor, "Maker");
-    about.flags = PFactoryInfo::kUnicode;
     CPluginFactory factory(about);
     Counted object;
     const FUID id(1, 2, 3, 4);

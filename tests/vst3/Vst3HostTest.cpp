@@ -118,9 +118,8 @@ TEST_F(Vst3Host, MonoInputReachesTheEffectOnBothChannels) {
 
 TEST_F(Vst3Host, ContextlessBlocksAndOversizedBlocks) {
     Instance small(module, 44100, 256);
-    ProcessContext context{};
-    context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid;
-    context.tempo = 0;  // a host at tempo 0 must not stop the LFO or crash
+    // A host at tempo 0 must not stop the LFO or crash.
+    ProcessContext context{.state = ProcessContext::kPlaying | ProcessContext::kTempoValid, .tempo = 0};
     for (ProcessContext* given : {static_cast<ProcessContext*>(nullptr), &context}) {
         small.runSine(256, 440, 0, nullptr, given);
         EXPECT_EQ(small.lastResult, kResultOk);
@@ -215,9 +214,7 @@ TEST_F(Vst3Host, ProcessAllocatesNothing) {
     int32 index = 0;
     changes.addParameterData(1, index)->addPoint(30, 0.4, index);
     changes.addParameterData(0, index)->addPoint(300, 0.3, index);
-    ProcessContext context{};
-    context.state = ProcessContext::kPlaying;
-    context.tempo = 120;
+    ProcessContext context{.state = ProcessContext::kPlaying, .tempo = 120};
     std::vector<float> l = sine(512, 440), r = l;
     plugin.run(l.data(), r.data(), 512, nullptr, &context);
     // Calls without audio hand their changes over at once, from the same queue.
@@ -228,8 +225,7 @@ TEST_F(Vst3Host, ProcessAllocatesNothing) {
     for (int b = 0; b < 20; ++b) {
         context.projectTimeSamples += 512;
         plugin.run(l.data(), r.data(), 512, b % 2 ? &changes : nullptr, &context);
-        ProcessData none{};
-        none.inputParameterChanges = &alone[b % 2];
+        ProcessData none{.inputParameterChanges = &alone[b % 2]};
         plugin.processor->process(none);
     }
     EXPECT_EQ(scope.allocations(), 0u);
