@@ -33,14 +33,11 @@ struct EffectHarness {
     }
 
     void runBlock(float* left, float* right, int n) {
-        Ondra::OndraAudioBlock block;
+        Ondra::OndraAudioBlock block{.inputCount = 1, .outputCount = 1, .samplePos = position,
+                                     .ppqPos = tempo > 0 ? position / (60.0 / tempo * sampleRate) : 0.0,
+                                     .tempo = tempo, .transportPlaying = playing};
         block.in[0].refer(left, right, n);
         block.out[0].refer(left, right, n);
-        block.inputCount = block.outputCount = 1;
-        block.tempo = tempo;
-        block.transportPlaying = playing;
-        block.samplePos = position;
-        block.ppqPos = tempo > 0 ? position / (60.0 / tempo * sampleRate) : 0.0;
         Ondra::processInChunks(*effect, block, n, Ondra::ChunkingRules{});
         position += n;
     }

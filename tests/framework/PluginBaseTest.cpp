@@ -56,11 +56,9 @@ struct HostBlock {
     explicit HostBlock(int samples) : inL(samples, 1), inR(samples, 1), outL(samples), outR(samples) {
         block.in[0].refer(inL.data(), inR.data(), samples);
         block.out[0].refer(outL.data(), outR.data(), samples);
-        block.inputCount = block.outputCount = 1;
-        block.tempo = 120;
     }
     std::vector<float> inL, inR, outL, outR;
-    OndraAudioBlock block;
+    OndraAudioBlock block{.inputCount = 1, .outputCount = 1, .tempo = 120};
 };
 
 }  // namespace
@@ -203,10 +201,7 @@ TEST(AutomationQueue, AFlagTellsListenersThatQueuedValuesAreGoingIn) {
 TEST(AutomationQueue, GridDelaysToTheNextGridLine) {
     RecordingPlugin plugin;
     plugin.setAutomationGrid(2);  // code 3: an eighth of a note at 120 BPM, 11025 samples
-    OndraAudioBlock timeLine;
-    timeLine.tempo = 120;
-    timeLine.transportPlaying = true;
-    timeLine.samplePos = 11025 - 40;
+    OndraAudioBlock timeLine{.samplePos = 11025 - 40, .tempo = 120, .transportPlaying = true};
     EXPECT_TRUE(plugin.queueAutomation(&plugin.a, 0.5f, 0));
     plugin.beginAutomationBlock(timeLine, 128);
     int samples = 128;
