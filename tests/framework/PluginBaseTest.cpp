@@ -118,9 +118,7 @@ TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
     RecordingPlugin plugin;
     plugin.setSampleRate(96000);
     HostBlock host(100);
-    ChunkingRules noContext;
-    noContext.positionSampleRate = 44100;
-    processInChunks(plugin, host.block, 100, noContext);
+    processInChunks(plugin, host.block, 100, ChunkingRules{.positionSampleRate = 44100});  // no context
     ASSERT_EQ(plugin.chunks.size(), 2u);
     EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 88.0 / (0.5 * 44100.0));
     EXPECT_EQ(plugin.chunks[0].toNextBeat, 22050);
@@ -138,9 +136,7 @@ TEST(ChunkedProcess, WholeBlockRules) {
         RecordingPlugin plugin;
         plugin.chunkSize = row.chunkSize;
         HostBlock host(row.samples);
-        ChunkingRules rules;
-        rules.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks;
-        processInChunks(plugin, host.block, row.samples, rules);
+        processInChunks(plugin, host.block, row.samples, {.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks});
         EXPECT_EQ(plugin.chunks.size(), row.chunks) << row.samples;
     }
 }
@@ -186,9 +182,7 @@ TEST(AutomationQueue, AFlagTellsListenersThatQueuedValuesAreGoingIn) {
     reader.flag = &slicing;
     plugin.a.addListener(&reader, false);
     plugin.queueAutomation(&plugin.a, 0.1f, 30);
-    ChunkingRules rules;
-    rules.whileSlicing = &slicing;
-    processInChunks(plugin, host.block, 176, rules);
+    processInChunks(plugin, host.block, 176, {.whileSlicing = &slicing});
     ASSERT_EQ(reader.seen.size(), 1u);
     EXPECT_TRUE(reader.seen[0]);
     EXPECT_FALSE(slicing);

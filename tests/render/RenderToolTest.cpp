@@ -45,10 +45,7 @@ protected:
 
     // An impulse at `at` in a file of `frames`, written through libsndfile.
     std::string impulseFile(const std::string& name, int rate, size_t frames, size_t at) {
-        StereoAudio audio;
-        audio.sampleRate = rate;
-        audio.left.assign(frames, 0.0f);
-        audio.right.assign(frames, 0.0f);
+        StereoAudio audio{std::vector<float>(frames), std::vector<float>(frames), rate};
         audio.left[at] = 0.5f;
         audio.right[at] = 0.25f;
         EXPECT_EQ(writeAudio(path(name), audio), "");

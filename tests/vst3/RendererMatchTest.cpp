@@ -15,8 +15,7 @@ constexpr int kRate = 48000, kBlock = 512;
 constexpr double kTempo = 120;
 
 StereoAudio testInput(size_t frames) {
-    StereoAudio audio;
-    audio.sampleRate = kRate;
+    StereoAudio audio{.sampleRate = kRate};
     uint32_t seed = 99;
     for (size_t i = 0; i < frames; ++i) {
         seed = seed * 1664525u + 1013904223u;
