@@ -46,12 +46,10 @@ StereoAudio throughVst3(const std::string& preset, const StereoAudio& input) {
     const double samplesPerBeat = 60.0 / kTempo * kRate;
     for (size_t at = 0; at < out.left.size(); at += kBlock) {
         const int32 n = static_cast<int32>(std::min<size_t>(kBlock, out.left.size() - at));
-        ProcessContext context{};
-        context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid | ProcessContext::kProjectTimeMusicValid;
-        context.sampleRate = kRate;
-        context.projectTimeSamples = static_cast<TSamples>(at);
-        context.projectTimeMusic = static_cast<double>(at) / samplesPerBeat;
-        context.tempo = kTempo;
+        ProcessContext context{
+            .state = ProcessContext::kPlaying | ProcessContext::kTempoValid | ProcessContext::kProjectTimeMusicValid,
+            .sampleRate = kRate, .projectTimeSamples = static_cast<TSamples>(at),
+            .projectTimeMusic = static_cast<double>(at) / samplesPerBeat, .tempo = kTempo};
         instance.run(out.left.data() + at, out.right.data() + at, n, nullptr, &context);
     }
     out.left.erase(out.left.begin(), out.left.begin() + latency);

@@ -211,9 +211,7 @@ TEST_F(Vst3Host, ParameterTextsAndConversions) {
 
 TEST_F(Vst3Host, ProcessAllocatesNothing) {
     Changes changes;
-    int32 index = 0;
-    changes.addParameterData(1, index)->addPoint(30, 0.4, index);
-    changes.addParameterData(0, index)->addPoint(300, 0.3, index);
+    changes.add(1, 0.4, 30).add(0, 0.3, 300);
     ProcessContext context{.state = ProcessContext::kPlaying, .tempo = 120};
     std::vector<float> l = sine(512, 440), r = l;
     plugin.run(l.data(), r.data(), 512, nullptr, &context);
