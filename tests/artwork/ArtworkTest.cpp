@@ -1,15 +1,11 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <vector>
-
-#include <unistd.h>
 
 #include "lib/drawing/CBitmap.h"
+#include "support/Samples.h"
 
 namespace {
 
@@ -49,11 +45,6 @@ std::vector<uint32_t> frameOf(const Bitmap& b, int frame, int frameHeight) {
     return pixels;
 }
 
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 }  // namespace
 
 TEST(Artwork, EveryImageIsInTheMainArchiveAtBothScalesWithItsGeometry) {
@@ -79,7 +70,8 @@ TEST(Artwork, TheToolDrawsTheSameBytesEveryRun) {
         ASSERT_EQ(std::system(("\"" + tool + "\" \"" + (root / run).string() + "\" > /dev/null").c_str()), 0);
     int compared = 0;
     for (const auto& entry : std::filesystem::directory_iterator(root / "a")) {
-        const std::string first = bytesOf(entry.path()), second = bytesOf(root / "b" / entry.path().filename());
+        const std::vector<uint8_t> first = TestSupport::fileBytes(entry.path().string()),
+                                   second = TestSupport::fileBytes((root / "b" / entry.path().filename()).string());
         EXPECT_FALSE(first.empty()) << entry.path();
         EXPECT_EQ(first, second) << entry.path().filename();
         ++compared;

@@ -1,13 +1,10 @@
 // Every stage that works on blocks gives, to the bit, what its per-sample form gives, through
 // setting changes and whatever the block sizes.
-#include <gtest/gtest.h>
 
 #include <array>
-#include <cmath>
 #include <limits>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "dsp/delays/CSimpleMonoDelay.h"
 #include "dsp/effects/CDistortion.h"
@@ -260,9 +257,7 @@ float input(int i) { return static_cast<float>(std::sin(0.37 * i) * (i % 50 < 25
 }  // namespace
 
 TEST(BlockForms, EveryStageGivesItsSampleForm) {
-    for (Case& c : cases()) {
-        EXPECT_TRUE(BlockForm::sameAsSampleForm(c.step, c.left, c.right, c.sameState)) << c.name;
-    }
+    for (Case& c : cases()) EXPECT_TRUE(BlockForm::sameAsSampleForm(c.step, c.left, c.right, c.sameState)) << c.name;
 }
 
 TEST(BlockForms, LfoAccumulateAndFillAreTicksInOrder) {

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <chrono>
-#include <filesystem>
 #include <fstream>
 #include <set>
 #include <thread>
@@ -13,11 +10,13 @@
 #include "CORE/files/FileNames.h"
 #include "CORE/files/FileOperations.h"
 #include "CORE/files/ModuleResources.h"
+#include "CORE/files/Paths.h"
 #include "CORE/files/ShellCommands.h"
 #include "TempHome.h"
 
 namespace fs = std::filesystem;
 using Core::CoreFastFile;
+using namespace Core;
 
 namespace {
 void writeText(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
@@ -127,19 +126,15 @@ TEST(CFileSearch, ListsFilesAndMarksFolders) {
     fs::create_directories(dir / "sub");
     writeText(dir / "a.fxp", "x");
     writeText(dir / ".hidden", "x");
-    std::set<std::string> names;
-    for (int flags : {0, Core::CFileSearch::kHidden}) {
-        names.clear();
+    auto list = [&](int flags) {
+        std::set<std::string> names;
         Core::CFileSearch search(dir.string() + "/", flags);
-        std::string name;
-        while (search.next(name)) {
+        for (std::string name; search.next(name);)
             if (!name.empty()) names.insert(name);
-        }
-        if (flags == 0) {
-            EXPECT_EQ(names, (std::set<std::string>{"a.fxp", "/sub"}));
-        }
-    }
-    EXPECT_EQ(names, (std::set<std::string>{"a.fxp", "/sub", ".hidden"}));
+        return names;
+    };
+    EXPECT_EQ(list(0), (std::set<std::string>{"a.fxp", "/sub"}));
+    EXPECT_EQ(list(Core::CFileSearch::kHidden), (std::set<std::string>{"a.fxp", "/sub", ".hidden"}));
 
     Core::CFileSearch missing((home.root / "none").string(), 0);
     std::string name;
@@ -187,4 +182,38 @@ TEST(ShellCommands, RunCommandLineStartsProgramsAndReportsMissingOnes) {
     EXPECT_TRUE(fs::exists(marker));
     EXPECT_FALSE(Core::runCommandLine("zonfra-no-such-program --flag"));
     EXPECT_FALSE(Core::runCommandLine(""));
+}
+
+TEST(Paths, NormalisePath) {
+    for (auto [given, normal] :
+         {std::pair{"a\\b//c/./d/../e", "a/b/c/e"}, {"../x/./y", "../x/y"}, {"/a/b/../../c", "/c"}})
+        EXPECT_EQ(normalisePath(given), normal) << given;
+    for (auto [given, ended] : {std::pair{"", "/"}, {"a\\", "a\\"}, {"a", "a/"}})
+        EXPECT_EQ(addTrailingSlash(given), ended) << given;
+}
+
+TEST(Paths, SpecialFoldersFollowTheXdgFolders) {
+    TempHome home;
+    EXPECT_EQ(getSpecialFolder(0), (home.root / "Desktop").string() + "/");
+    EXPECT_EQ(getSpecialFolder(2, "Morvandel"), (home.root / "data").string() + "/Morvandel");
+    EXPECT_EQ(getSpecialFolder(3), getSpecialFolder(2));
+    EXPECT_EQ(getSpecialFolder(9), "");
+    EXPECT_FALSE(getSpecialFolder(1).empty());
+    EXPECT_FALSE(getModulePath().empty());
+
+    // A desktop that xdg-user-dirs moved.
+    std::filesystem::create_directories(home.root / "config");
+    std::ofstream(home.root / "config" / "user-dirs.dirs") << "# written by xdg-user-dirs-update\n"
+                                                            << "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n";
+    EXPECT_EQ(getSpecialFolder(0), (home.root / "Schreibtisch").string() + "/");
+}
+
+TEST(Paths, CreateDirectoryPath) {
+    TempHome home;
+    const std::string deep = (home.root / "one\\two//three").string();
+    EXPECT_TRUE(createDirectoryPath(deep));
+    EXPECT_TRUE(std::filesystem::is_directory(home.root / "one/two/three"));
+    EXPECT_TRUE(createDirectoryPath(deep));  // already there
+    std::ofstream(home.root / "file") << "x";
+    EXPECT_FALSE(createDirectoryPath((home.root / "file/sub").string()));
 }

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <atomic>
 #include <fstream>
 #include <thread>
@@ -14,16 +13,25 @@ namespace {
 const std::string kKey = makeKeyName("MORVANDEL", "zonfraQT");
 }
 
-TEST(Settings, KeyNamesAndFiles) {
+class Settings : public ::testing::Test {
+protected:
+    // A settings file written by hand, in the user's ("config") or the machine's folder.
+    void writeFile(const char* folder, const std::string& text) {
+        const std::filesystem::path dir = home.root / folder / "MORVANDEL/zonfraQT";
+        std::filesystem::create_directories(dir);
+        std::ofstream(dir / "settings") << text;
+    }
     TempHome home;
+    std::string value;
+};
+
+TEST_F(Settings, KeyNamesAndFiles) {
     EXPECT_EQ(kKey, "MORVANDEL/zonfraQT");
     EXPECT_EQ(userSettingsFile(kKey), (home.root / "config/MORVANDEL/zonfraQT/settings").string());
     EXPECT_EQ(machineSettingsFile(kKey), (home.root / "machine/MORVANDEL/zonfraQT/settings").string());
 }
 
-TEST(Settings, FirstReadWritesTheDefault) {
-    TempHome home;
-    std::string value;
+TEST_F(Settings, FirstReadWritesTheDefault) {
     EXPECT_FALSE(readSetting(kKey, "PresetFolder", value, "/default/"));
     EXPECT_EQ(value, "/default/");
     EXPECT_TRUE(readSetting(kKey, "PresetFolder", value, "/other/"));
@@ -32,11 +40,8 @@ TEST(Settings, FirstReadWritesTheDefault) {
     EXPECT_EQ(value, "");
 }
 
-TEST(Settings, MachineValueIsCopiedToTheUser) {
-    TempHome home;
-    std::filesystem::create_directories(home.root / "machine/MORVANDEL/zonfraQT");
-    std::ofstream(home.root / "machine/MORVANDEL/zonfraQT/settings") << "GuiScale=1.5\n";
-    std::string value;
+TEST_F(Settings, MachineValueIsCopiedToTheUser) {
+    writeFile("machine", "GuiScale=1.5\n");
     EXPECT_TRUE(readSetting(kKey, "GuiScale", value, "1"));
     EXPECT_EQ(value, "1.5");
     std::filesystem::remove(home.root / "machine/MORVANDEL/zonfraQT/settings");
@@ -44,30 +49,24 @@ TEST(Settings, MachineValueIsCopiedToTheUser) {
     EXPECT_EQ(value, "1.5");
 }
 
-TEST(Settings, ValuesWithAwkwardCharactersRoundTrip) {
-    TempHome home;
+TEST_F(Settings, ValuesWithAwkwardCharactersRoundTrip) {
     const std::string odd = "C:\\Presets\\a=b\nsecond line";
     ASSERT_TRUE(writeSetting(kKey, "Odd=Name", odd));
     ASSERT_TRUE(writeSetting(kKey, "Plain", "x"));
-    std::string value;
     EXPECT_TRUE(readSetting(kKey, "Odd=Name", value, nullptr));
     EXPECT_EQ(value, odd);
     EXPECT_FALSE(writeSetting(kKey, "", "empty names are refused"));
 }
 
-TEST(Settings, MalformedFileIsTolerated) {
-    TempHome home;
-    std::filesystem::create_directories(home.root / "config/MORVANDEL/zonfraQT");
-    std::ofstream(home.root / "config/MORVANDEL/zonfraQT/settings") << "garbage without equals\n=no name\nGood=yes\n\x01\x02\n";
-    std::string value;
+TEST_F(Settings, MalformedFileIsTolerated) {
+    writeFile("config", "garbage without equals\n=no name\nGood=yes\n\x01\x02\n");
     EXPECT_TRUE(readSetting(kKey, "Good", value, nullptr));
     EXPECT_EQ(value, "yes");
     EXPECT_TRUE(writeSetting(kKey, "Other", "1"));
     EXPECT_TRUE(readSetting(kKey, "Good", value, nullptr));
 }
 
-TEST(Settings, ConcurrentWritersNeverLeaveAHalfWrittenFile) {
-    TempHome home;
+TEST_F(Settings, ConcurrentWritersNeverLeaveAHalfWrittenFile) {
     const std::string longValue(20000, 'v');
     ASSERT_TRUE(writeSetting(kKey, "Big", longValue));
     std::atomic<bool> stop{false};
@@ -76,12 +75,9 @@ TEST(Settings, ConcurrentWritersNeverLeaveAHalfWrittenFile) {
         writers[w] = std::thread([&, w] {
             for (int i = 0; i < 150; ++i) writeSetting(kKey, "Counter" + std::to_string(w), std::to_string(i));
         });
-    int reads = 0;
-    std::string value;
-    while (reads < 300) {
+    for (int reads = 0; reads < 300; ++reads) {
         ASSERT_TRUE(readSetting(kKey, "Big", value, nullptr));
         ASSERT_EQ(value, longValue);
-        ++reads;
     }
     for (auto& t : writers) t.join();
     EXPECT_TRUE(readSetting(kKey, "Counter0", value, nullptr));

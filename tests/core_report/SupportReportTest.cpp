@@ -1,6 +1,4 @@
 #include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
 
 #include "CORE/report/SupportReport.h"

@@ -30,8 +30,8 @@ TEST(ThreadEvent, SignalBeforeWaitReturnsAtOnceAndAnotherThreadWakesTheWaiter) {
 
 TEST(Threads, StartJoinAndCloseNull) {
     std::atomic<int> ran{0};
-    ThreadHandle* handle = startThread([](void* counter) { static_cast<std::atomic<int>*>(counter)->fetch_add(1); },
-                                       &ran, -1);
+    const auto count = [](void* counter) { static_cast<std::atomic<int>*>(counter)->fetch_add(1); };
+    ThreadHandle* handle = startThread(count, &ran, -1);
     ASSERT_NE(handle, nullptr);
     joinThread(handle);
     EXPECT_EQ(ran.load(), 1);
@@ -39,9 +39,7 @@ TEST(Threads, StartJoinAndCloseNull) {
     joinThread(nullptr);
     EXPECT_EQ(startThread(nullptr, nullptr, 0), nullptr);
     // A handle closed at once must not take the new thread's routine with it.
-    for (int i = 0; i < 100; ++i)
-        closeThreadHandle(startThread([](void* counter) { static_cast<std::atomic<int>*>(counter)->fetch_add(1); },
-                                      &ran, 0));
+    for (int i = 0; i < 100; ++i) closeThreadHandle(startThread(count, &ran, 0));
     for (int wait = 0; wait < 500 && ran.load() < 101; ++wait) usleep(10000);
     EXPECT_EQ(ran.load(), 101);
 }

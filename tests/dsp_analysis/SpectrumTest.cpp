@@ -1,13 +1,10 @@
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 #include <limits>
 #include <random>
-#include <vector>
 
 #include "dsp/analysis/CFFTRenderer.h"
 #include "support/AllocationCounter.h"
+#include "support/Samples.h"
 
 using DSP::CFFTRenderer;
 
@@ -15,10 +12,9 @@ namespace {
 
 constexpr int N = CFFTRenderer::kFftSize;
 
-std::vector<float> sine(double hertz, double rate, int length, double amplitude = 1.0) {
-    std::vector<float> x(static_cast<size_t>(length));
-    for (int i = 0; i < length; ++i) x[i] = static_cast<float>(amplitude * std::sin(2.0 * M_PI * hertz * i / rate));
-    return x;
+// A full-scale sine.
+std::vector<float> sine(double hertz, double rate, int length) {
+    return TestSupport::sine(static_cast<size_t>(length), hertz, rate, 1.0f);
 }
 
 int peakBin(const CFFTRenderer& r) {
@@ -85,9 +81,7 @@ TEST(Spectrum, NonFiniteAudioAndSilenceDrawOnlyFiniteLevels) {
     const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
     struct Case { const char* name; std::vector<float> left, right; };
     std::vector<float> spiked = sine(1000.0, 44100.0, N);
-    spiked[10] = nan;
-    spiked[500] = inf;
-    spiked[900] = -inf;
+    spiked[10] = nan, spiked[500] = inf, spiked[900] = -inf;
     const Case cases[] = {
         {"silence", std::vector<float>(N, 0.0f), std::vector<float>(N, 0.0f)},
         {"all NaN", std::vector<float>(N, nan), std::vector<float>(N, nan)},

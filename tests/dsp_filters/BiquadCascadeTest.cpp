@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <vector>
-
 #include "dsp/filters/CBiquadCascade.h"
 #include "dsp_filters/FilterTestHelpers.h"
 
@@ -11,11 +6,7 @@ using DSP::CBiquadCascade;
 namespace {
 
 void setSection(CBiquadCascade& c, int k, const FilterTest::Section& s) {
-    c.b0[k] = s.b0;
-    c.b1[k] = s.b1;
-    c.b2[k] = s.b2;
-    c.a1[k] = s.a1;
-    c.a2[k] = s.a2;
+    c.b0[k] = s.b0, c.b1[k] = s.b1, c.b2[k] = s.b2, c.a1[k] = s.a1, c.a2[k] = s.a2;
 }
 
 CBiquadCascade twoStageLowPass() {

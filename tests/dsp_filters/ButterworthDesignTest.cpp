@@ -1,12 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "dsp/filters/ButterworthDesign.h"
 #include "dsp/filters/CComplex.h"
 #include "dsp_filters/FilterTestHelpers.h"
 
 using namespace DSP;
+using FilterTest::expectSection;
 using FilterTest::Section;
 
 namespace {
@@ -25,14 +22,6 @@ Designed designFor(double frequency, double sampleRate, int order, unsigned type
     Designed d;
     design(settings, d.b0, d.b1, d.b2, d.a1, d.a2);
     return d;
-}
-
-void expectSection(const Section& actual, const Section& expected, double relative) {
-    FilterTest::expectRelative(actual.b0, expected.b0, relative, "b0");
-    FilterTest::expectRelative(actual.b1, expected.b1, relative, "b1");
-    FilterTest::expectRelative(actual.b2, expected.b2, relative, "b2");
-    FilterTest::expectRelative(actual.a1, expected.a1, relative, "a1");
-    FilterTest::expectRelative(actual.a2, expected.a2, relative, "a2");
 }
 
 }  // namespace

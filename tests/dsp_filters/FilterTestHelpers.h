@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "dsp/filters/CBiquadCascade.h"
+
 // Reference arithmetic for the filter tests, written independently of the production code.
 namespace FilterTest {
 
@@ -55,9 +57,18 @@ inline double toDb(double magnitude) { return 20.0 * std::log10(magnitude); }
 
 inline void expectRelative(double actual, double expected, double relative, const char* what) {
     const double tolerance = relative * std::max(std::abs(expected), 1e-12);
-    if (std::abs(actual - expected) > tolerance) {
-        ADD_FAILURE() << what << ": " << actual << " expected " << expected;
-    }
+    if (std::abs(actual - expected) > tolerance) ADD_FAILURE() << what << ": " << actual << " expected " << expected;
 }
+
+inline void expectSection(const Section& actual, const Section& expected, double relative) {
+    expectRelative(actual.b0, expected.b0, relative, "b0");
+    expectRelative(actual.b1, expected.b1, relative, "b1");
+    expectRelative(actual.b2, expected.b2, relative, "b2");
+    expectRelative(actual.a1, expected.a1, relative, "a1");
+    expectRelative(actual.a2, expected.a2, relative, "a2");
+}
+
+// The first stage of a cascade.
+inline Section firstSection(const DSP::CBiquadCascade& c) { return {c.b0[0], c.b1[0], c.b2[0], c.a1[0], c.a2[0]}; }
 
 }  // namespace FilterTest

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <cmath>
 #include <vector>
 
@@ -79,15 +78,12 @@ TEST(LfoGenerator, RandomRampsAreStraightLinesBetweenDraws) {
 TEST(LfoGenerator, SineShapesStayInRange) {
     for (int shape : {CLfoGenerator::kSineOctave, CLfoGenerator::kHalfDampedSine}) {
         CLfoGenerator lfo = make(shape, 3.0);
-        double lowest = 1, highest = -1;
-        for (double x : ticks(lfo, 44100)) {
-            lowest = std::min(lowest, x);
-            highest = std::max(highest, x);
-        }
-        EXPECT_LE(highest, 1.0 + 1e-9);
-        EXPECT_GE(lowest, -1.0 - 1e-9);
+        const std::vector<double> v = ticks(lfo, 44100);
+        const auto [lowest, highest] = std::minmax_element(v.begin(), v.end());
+        EXPECT_LE(*highest, 1.0 + 1e-9);
+        EXPECT_GE(*lowest, -1.0 - 1e-9);
         if (shape == CLfoGenerator::kHalfDampedSine) {
-            EXPECT_NEAR(lowest, 0.0, 1e-9);
+            EXPECT_NEAR(*lowest, 0.0, 1e-9);
         }
     }
 }

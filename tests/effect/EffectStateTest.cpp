@@ -1,13 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <string>
-#include <vector>
-
 #include "EffectHarness.h"
+#include "core_files/TempHome.h"
 #include "framework/state/COndraChunk.h"
 #include "support/ChunkLayoutReader.h"
 
@@ -60,8 +54,12 @@ std::vector<ChunkLayout::Record> recordsOf(const Bytes& block) {
 }
 }  // namespace
 
-TEST(EffectState, ChunkLayoutAsWritten) {
+class EffectState : public ::testing::Test {
+protected:
     EffectHarness harness;
+};
+
+TEST_F(EffectState, ChunkLayoutAsWritten) {
     harness.set(kLowPassFreq, 1234.5f);
     const auto records = recordsOf(chunkOf(*harness.effect));
     const char* names[] = {"Parameters", "GLOBAL.LIMITER.ON", "isNewFilterPreset", "PresetName"};
@@ -69,9 +67,7 @@ TEST(EffectState, ChunkLayoutAsWritten) {
     ASSERT_EQ(records.size(), 4u);
     for (size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(records[i].name, names[i]);
-        if (texts[i]) {
-            EXPECT_STREQ(reinterpret_cast<const char*>(records[i].data.data()), texts[i]);
-        }
+        EXPECT_STREQ(texts[i] ? reinterpret_cast<const char*>(records[i].data.data()) : nullptr, texts[i]);
     }
     ChunkLayout::ParameterTable table;
     ASSERT_TRUE(ChunkLayout::readParameterTable(records[0].data, table));
@@ -85,7 +81,7 @@ TEST(EffectState, ChunkLayoutAsWritten) {
     EXPECT_EQ(table.rows[33].key, "RATE_FLIP");  // the non-automatable row is stored too
 }
 
-TEST(EffectState, RoundTripRestoresEveryValueAndTheName) {
+TEST_F(EffectState, RoundTripRestoresEveryValueAndTheName) {
     EffectHarness source, target;
     for (int id = 0; id < kZonfraParameterCount; ++id)
         if (id != kBypass) source.effect->getParameter(id)->setNormalized(0.137f + 0.013f * static_cast<float>(id));
@@ -96,8 +92,7 @@ TEST(EffectState, RoundTripRestoresEveryValueAndTheName) {
     EXPECT_EQ(target.presetName(), "Round Trip");
 }
 
-TEST(EffectState, MissingKeysTakeTheirDefaultUnknownKeysAreSkippedLinkAmountsGoWithTheirSwitch) {
-    EffectHarness harness;
+TEST_F(EffectState, MissingKeysTakeTheirDefaultUnknownKeysAreSkippedLinkAmountsGoWithTheirSwitch) {
     harness.set(kLpAttack, 300);  // default 50, initial 5
     harness.set(kLowPassQ, 0.5f);
     load(*harness.effect, handmadeChunk({{"Parameters", parameterTable({{"LOWPASSQ", 0.75f}, {"NOSUCHKEY", 3}})}}));
@@ -113,8 +108,7 @@ TEST(EffectState, MissingKeysTakeTheirDefaultUnknownKeysAreSkippedLinkAmountsGoW
     EXPECT_FLOAT_EQ(harness.effect->getParameter(kFreqModLinkFreqPercent)->getValue(), 0.5f);
 }
 
-TEST(EffectState, PresetNameRules) {
-    EffectHarness harness;
+TEST_F(EffectState, PresetNameRules) {
     harness.effect->setProgramName("");
     EXPECT_STREQ(reinterpret_cast<const char*>(recordsOf(chunkOf(*harness.effect)).back().data.data()), "NoName");
     load(*harness.effect, handmadeChunk({{"PresetName", text(std::string(41, 'x').c_str())}}));
@@ -123,8 +117,7 @@ TEST(EffectState, PresetNameRules) {
     EXPECT_EQ(harness.presetName(), "First");
 }
 
-TEST(EffectState, GlobalLimiterRecordAndPresetsSavedWithoutIt) {
-    EffectHarness harness;
+TEST_F(EffectState, GlobalLimiterRecordAndPresetsSavedWithoutIt) {
     auto limiterOn = [](EffectHarness& h) { return h.effect->signalChain().isGlobalLimiterOn(); };
     load(*harness.effect, handmadeChunk({{"GLOBAL.LIMITER.ON", text("FALSE")}}));
     EXPECT_FALSE(limiterOn(harness));
@@ -148,8 +141,7 @@ TEST(EffectState, GlobalLimiterRecordAndPresetsSavedWithoutIt) {
 
 // A block that is not ours or does not unpack to its stated size is refused whole: nothing the user
 // had is lost.
-TEST(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
-    EffectHarness harness;
+TEST_F(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
     harness.set(kLowPassFreq, 500);
     harness.set(kRingModStrength, 0.3f);
     const Bytes good = chunkOf(*harness.effect);
@@ -180,8 +172,7 @@ TEST(EffectState, ADamagedBlockIsRefusedAndChangesNothing) {
     EXPECT_TRUE(load(*harness.effect, good));
 }
 
-TEST(EffectState, OneNotificationPerParameterAfterALoad) {
-    EffectHarness harness;
+TEST_F(EffectState, OneNotificationPerParameterAfterALoad) {
     struct Counter : Ondra::ParameterChangeListener {
         void parameterChanged(Ondra::IPluginParameter*) override { ++calls; }
         int calls = 0;
@@ -193,18 +184,13 @@ TEST(EffectState, OneNotificationPerParameterAfterALoad) {
 }
 
 TEST(EffectHousekeeping, PresetFolderDefaultsToTheDataHomeAndIsRemembered) {
-    const std::string root = "/tmp/zonfra-housekeeping-" + std::to_string(getpid());
-    setenv("HOME", root.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (root + "/config").c_str(), 1);
-    setenv("XDG_CONFIG_DIRS", (root + "/machine").c_str(), 1);
-    setenv("XDG_DATA_HOME", (root + "/data").c_str(), 1);
+    TempHome home;
     {
         EffectHarness harness;
-        EXPECT_EQ(harness.effect->getPresetFolder(), root + "/data/Morvandel/zonfra QT/Presets/");
+        EXPECT_EQ(harness.effect->getPresetFolder(), home.root.string() + "/data/Morvandel/zonfra QT/Presets/");
         harness.effect->setPresetFolder("D:\\Presets");
         EXPECT_EQ(harness.effect->getPresetFolder(), "D:/Presets/");
     }
     EffectHarness next;
     EXPECT_EQ(next.effect->getPresetFolder(), "D:\\Presets");  // the store holds the text as given
-    std::system(("rm -rf '" + root + "'").c_str());
 }

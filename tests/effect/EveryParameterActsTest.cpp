@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
-#include <vector>
-
 #include "EffectHarness.h"
 
 namespace {

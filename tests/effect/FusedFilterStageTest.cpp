@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -106,12 +105,11 @@ TEST(FusedFilterStage, EverySlopeAndModeMatchesTheFiltersRunOneByOneToTheBit) {
                                                 outA.data() + at, outA.data() + total + at,
                                                 dryA.data() + at, dryA.data() + total + at};
                     ASSERT_TRUE(runFusedFilterStage(parts, parallel, io, n, lanes));
-                    std::vector<float> l(inL.begin() + at, inL.begin() + at + n), r(inR.begin() + at, inR.begin() + at + n);
-                    std::vector<float> hl(rawL.begin() + at, rawL.begin() + at + n), hr(rawR.begin() + at, rawR.begin() + at + n);
                     FilterStageParts plainParts = plain->parts();
                     runFilterStageOneByOne(plainParts, parallel,
-                                           {l.data(), r.data(), hl.data(), hr.data(), outB.data() + at,
-                                            outB.data() + total + at, dryB.data() + at, dryB.data() + total + at},
+                                           {inL.data() + at, inR.data() + at, rawL.data() + at, rawR.data() + at,
+                                            outB.data() + at, outB.data() + total + at, dryB.data() + at,
+                                            dryB.data() + total + at},
                                            n);
                     at += static_cast<size_t>(n);
                 }

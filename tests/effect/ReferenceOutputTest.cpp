@@ -2,17 +2,13 @@
 // per-sample implementation; any faster form of the signal path must reproduce every sample to
 // the bit, in every build type. When a change is meant to alter the sound, record new values.
 #include <gtest/gtest.h>
-
 #include <cinttypes>
-#include <cmath>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <functional>
-#include <vector>
 
 #include "EffectHarness.h"
 #include "support/HeaviestSettings.h"
+#include "support/Samples.h"
 
 namespace {
 
@@ -51,10 +47,6 @@ void testSignal(float rate, size_t frames, std::vector<float>& left, std::vector
         left[i] = 0.3f * noise() + 0.5f * static_cast<float>(std::sin(2.0 * M_PI * 220.0 * t));
         right[i] = 0.3f * noise() + 0.4f * static_cast<float>(std::sin(2.0 * M_PI * 331.0 * t + 0.5));
     }
-}
-
-void setAll(EffectHarness& h, std::initializer_list<std::pair<int, float>> values) {
-    for (auto [id, value] : values) h.set(id, value);
 }
 
 // The heaviest settings with a hot input, so that the limiter works on most of the signal.
@@ -98,14 +90,10 @@ uint64_t render(const Case& c) {
     std::vector<float> left, right;
     testSignal(c.rate, kSeconds * static_cast<size_t>(c.rate), left, right);
     if (c.quiet) withQuietPassages(left, right, c.rate);
-    int index = 0;
-    for (size_t at = 0; at < left.size(); at += static_cast<size_t>(c.block), ++index) {
-        if (c.automate) c.automate(harness, index);
-        const int n = static_cast<int>(std::min<size_t>(static_cast<size_t>(c.block), left.size() - at));
-        harness.runBlock(left.data() + at, right.data() + at, n);
-    }
-    double energy = 0;
-    for (size_t i = 0; i < left.size(); ++i) energy += static_cast<double>(left[i]) * left[i] + right[i] * right[i];
+    harness.run(left, right, c.block, [&](int block) {
+        if (c.automate) c.automate(harness, block);
+    });
+    const double energy = TestSupport::energy(left) + TestSupport::energy(right);
     EXPECT_GT(std::sqrt(energy / static_cast<double>(2 * left.size())), 0.01) << c.name << ": output is silent";
     return checksum(left, right);
 }
@@ -119,13 +107,13 @@ void expectReference(const Case& c) {
 
 void parallelHeavy(EffectHarness& h) {
     heaviest(h);
-    setAll(h, {{kFilterMode, 1}, {kDistPrePost, 1}, {kRatePrePost, 0}, {kLowPassFreq, 600}, {kHighPassFreq, 5000}});
+    h.setAll({{kFilterMode, 1}, {kDistPrePost, 1}, {kRatePrePost, 0}, {kLowPassFreq, 600}, {kHighPassFreq, 5000}});
 }
 
 void preStagesWithMix(EffectHarness& h) {
-    setAll(h, {{kLowPassSlope, 3}, {kHighPassSlope, 1}, {kLowPassFreq, 6000}, {kHighPassFreq, 120}, {kDistLevel, 0.9f},
-               {kDistPrePost, 0}, {kRateReduceLevel, 0.3f}, {kRatePrePost, 0}, {kDryWetMix, 0.35f}, {kInputGain, 0.7f},
-               {kOutputGain, 1.3f}, {kLimiterBypass, 1}, {kLimitRelease, 200}, {kMeasurePoint, 100}});
+    h.setAll({{kLowPassSlope, 3}, {kHighPassSlope, 1}, {kLowPassFreq, 6000}, {kHighPassFreq, 120}, {kDistLevel, 0.9f},
+              {kDistPrePost, 0}, {kRateReduceLevel, 0.3f}, {kRatePrePost, 0}, {kDryWetMix, 0.35f}, {kInputGain, 0.7f},
+              {kOutputGain, 1.3f}, {kLimiterBypass, 1}, {kLimitRelease, 200}, {kMeasurePoint, 100}});
 }
 
 // Cutoffs, gains and structure move between blocks, as host automation would move them.
@@ -144,62 +132,39 @@ void automateSweep(EffectHarness& h, int block) {
 
 void limiterWithManualRelease(EffectHarness& h) {
     heaviest(h);
-    setAll(h, {{kInputGain, 2.0f}, {kLimitRelease, 200}, {kLimiterOutGain, -0.5f}});
+    h.setAll({{kInputGain, 2.0f}, {kLimitRelease, 200}, {kLimiterOutGain, -0.5f}});
 }
 
 void syncedLfo(EffectHarness& h) {
     TestSupport::applyHeaviestSettings(*h.effect);
-    setAll(h, {{kLfoSync, 1}, {kLfoRate, 2.5f}, {kLfoShape, 1}, {kLfoShift, 0.3f}, {kLowPassSlope, 3},
-               {kHighPassSlope, 2}, {kFilterMode, 1}});
+    h.setAll({{kLfoSync, 1}, {kLfoRate, 2.5f}, {kLfoShape, 1}, {kLfoShift, 0.3f}, {kLowPassSlope, 3},
+              {kHighPassSlope, 2}, {kFilterMode, 1}});
 }
 
 void bypassToggles(EffectHarness& h, int block) {
-    if (block == 30) h.set(kBypass, 1);
-    if (block == 70) h.set(kBypass, 0);
-    if (block == 72) h.set(kBypass, 1);
-    if (block == 73) h.set(kBypass, 0);
+    if (block == 30 || block == 72) h.set(kBypass, 1);
+    if (block == 70 || block == 73) h.set(kBypass, 0);
 }
 
 }  // namespace
 
-TEST(EffectReferenceOutput, InitSettings) {
-    expectReference({"init", kRate, 512, nullptr, nullptr, 0xe27604385abfcbaaull});
-    expectReference({"init", kRate, 333, nullptr, nullptr, 0xe27604385abfcbaaull});
-    expectReference({"init", 44100.0f, 512, nullptr, nullptr, 0x4181e3bbf60eb669ull});
-}
-
-TEST(EffectReferenceOutput, HeaviestSettings) {
-    expectReference({"heaviest", kRate, 512, heaviest, nullptr, 0xe93eeaff7e6773e3ull});
-    expectReference({"heaviest", kRate, 333, heaviest, nullptr, 0x882beee97da61ff4ull});
-}
-
-TEST(EffectReferenceOutput, ParallelFiltersWithPostDistortion) {
-    expectReference({"parallel", kRate, 512, parallelHeavy, nullptr, 0x558f56583892d543ull});
-}
-
-TEST(EffectReferenceOutput, PreStagesAgainstTheDryMix) {
-    expectReference({"pre stages", kRate, 256, preStagesWithMix, nullptr, 0x01e02f0aa59be583ull});
-}
-
-TEST(EffectReferenceOutput, AutomatedCutoffsAndStructure) {
-    expectReference({"automation", kRate, 480, nullptr, automateSweep, 0x736f4f4196df1d22ull});
-}
-
-TEST(EffectReferenceOutput, BypassFades) {
-    expectReference({"bypass", kRate, 400, heaviest, bypassToggles, 0x75c01cc85ce87d0aull});
-}
-
-TEST(EffectReferenceOutput, SilenceAndSubnormalPassages) {
-    expectReference({"quiet init", kRate, 512, nullptr, nullptr, 0x98e362281c29a450ull, true});
-    expectReference({"quiet heaviest", kRate, 512, heaviest, nullptr, 0x0a21cdb081a5b125ull, true});
-    expectReference({"quiet parallel", kRate, 333, parallelHeavy, nullptr, 0xb7624e55de29bbb3ull, true});
-    expectReference({"quiet pre stages", kRate, 256, preStagesWithMix, nullptr, 0xf405af9703859795ull, true});
-}
-
-TEST(EffectReferenceOutput, LimiterWithManualRelease) {
-    expectReference({"manual release", kRate, 512, limiterWithManualRelease, nullptr, 0x56eedf7de056850cull});
-}
-
-TEST(EffectReferenceOutput, SyncedLfoWithTheTransportRunning) {
-    expectReference({"synced", 44100.0f, 441, syncedLfo, nullptr, 0xed0f7631a3e3d13eull, false, true});
+TEST(EffectReferenceOutput, EverySettingAtItsBlockSizeToTheBit) {
+    const Case cases[] = {
+        {"init", kRate, 512, nullptr, nullptr, 0xe27604385abfcbaaull},
+        {"init", kRate, 333, nullptr, nullptr, 0xe27604385abfcbaaull},
+        {"init", 44100.0f, 512, nullptr, nullptr, 0x4181e3bbf60eb669ull},
+        {"heaviest", kRate, 512, heaviest, nullptr, 0xe93eeaff7e6773e3ull},
+        {"heaviest", kRate, 333, heaviest, nullptr, 0x882beee97da61ff4ull},
+        {"parallel filters, post distortion", kRate, 512, parallelHeavy, nullptr, 0x558f56583892d543ull},
+        {"pre stages against the dry mix", kRate, 256, preStagesWithMix, nullptr, 0x01e02f0aa59be583ull},
+        {"automated cutoffs and structure", kRate, 480, nullptr, automateSweep, 0x736f4f4196df1d22ull},
+        {"bypass fades", kRate, 400, heaviest, bypassToggles, 0x75c01cc85ce87d0aull},
+        {"quiet init", kRate, 512, nullptr, nullptr, 0x98e362281c29a450ull, true},
+        {"quiet heaviest", kRate, 512, heaviest, nullptr, 0x0a21cdb081a5b125ull, true},
+        {"quiet parallel", kRate, 333, parallelHeavy, nullptr, 0xb7624e55de29bbb3ull, true},
+        {"quiet pre stages", kRate, 256, preStagesWithMix, nullptr, 0xf405af9703859795ull, true},
+        {"manual release", kRate, 512, limiterWithManualRelease, nullptr, 0x56eedf7de056850cull},
+        {"synced, transport running", 44100.0f, 441, syncedLfo, nullptr, 0xed0f7631a3e3d13eull, false, true},
+    };
+    for (const Case& c : cases) expectReference(c);
 }

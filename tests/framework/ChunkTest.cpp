@@ -1,10 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <zlib.h>
-
-#include <cstring>
-#include <vector>
-
 #include "framework/parameters/ParameterChangeListener.h"
 #include "framework/state/COndraChunk.h"
 #include "framework/state/CPropertyManager.h"
@@ -17,6 +12,17 @@ namespace {
 std::vector<uint8_t> finished(COndraChunk& chunk) {
     void* data = nullptr;
     const int size = chunk.finish(&data);
+    return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
+}
+
+// The table of a stand-alone, uncompressed manager holding these parameters.
+std::vector<uint8_t> tableOf(std::initializer_list<ParameterRecord> records) {
+    CPropertyManager manager;
+    manager.setTag("MMK zonfra");
+    manager.setCompress(false);
+    for (const ParameterRecord& record : records) manager.addParameter(record);
+    void* data = nullptr;
+    const int size = manager.serialize(&data);
     return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
 }
 
@@ -119,11 +125,9 @@ struct ManagerFixture : ::testing::Test {
 
 TEST_F(ManagerFixture, ListsAndAutomationIndices) {
     EXPECT_EQ(manager.addParameter({"ALPHA", "x", "x", 0, 1, 0, 0, true, 0, 1, 9}), a);
-    EXPECT_EQ(manager.getCount(), 3);
-    EXPECT_EQ(manager.getAutomatableCount(), 2);
-    EXPECT_EQ(a->getAutomationIndex(), 0);
-    EXPECT_EQ(b->getAutomationIndex(), -1);
-    EXPECT_EQ(c->getAutomationIndex(), 1);
+    EXPECT_EQ(std::vector<int>({manager.getCount(), manager.getAutomatableCount(), a->getAutomationIndex(),
+                                b->getAutomationIndex(), c->getAutomationIndex()}),
+              std::vector<int>({3, 2, 0, -1, 1}));
     EXPECT_EQ(manager.getAutomatable(1), c);
     EXPECT_EQ(manager.getParameterById(2), c);
     EXPECT_EQ(manager.findByKey("BETA"), b);
@@ -150,15 +154,10 @@ TEST_F(ManagerFixture, TableLayout) {
 }
 
 TEST_F(ManagerFixture, LoadByKeySkipsUnknownAndLeavesMissing) {
-    CPropertyManager other;
-    other.setTag("MMK zonfra");
-    other.setCompress(false);
-    other.addParameter({"ALPHA", "", "", 0, 10, 7, 0, true, 0, 10, 0});
-    other.addParameter({"UNKNOWN", "", "", 0, 10, 9, 0, true, 0, 10, 1});
-    void* data = nullptr;
-    const int size = other.serialize(&data);
-    std::vector<uint8_t> embedded(13 + static_cast<size_t>(size), 0xEE);  // a table may sit inside other data
-    std::memcpy(embedded.data() + 13, data, static_cast<size_t>(size));
+    const std::vector<uint8_t> table = tableOf(
+        {{"ALPHA", "", "", 0, 10, 7, 0, true, 0, 10, 0}, {"UNKNOWN", "", "", 0, 10, 9, 0, true, 0, 10, 1}});
+    std::vector<uint8_t> embedded(13 + table.size(), 0xEE);  // a table may sit inside other data
+    std::copy(table.begin(), table.end(), embedded.begin() + 13);
     c->setValue(42);
     manager.load(embedded.data(), static_cast<int>(embedded.size()), -1);
     EXPECT_FLOAT_EQ(a->getValue(), 7);
@@ -193,13 +192,8 @@ TEST_F(ManagerFixture, CompressedRoundTripAndSizeCheck) {
 }
 
 TEST_F(ManagerFixture, InstanceRenumbersTheTrailingNumber) {
-    CPropertyManager other;
-    other.setTag("MMK zonfra");
-    other.setCompress(false);
-    other.addParameter({"GAMMA3", "", "", 0, 100, 77, 0, true, 0, 10, 0});
-    void* data = nullptr;
-    const int size = other.serialize(&data);
-    manager.load(data, size, 7);
+    const std::vector<uint8_t> table = tableOf({{"GAMMA3", "", "", 0, 100, 77, 0, true, 0, 10, 0}});
+    manager.load(table.data(), static_cast<int>(table.size()), 7);
     EXPECT_FLOAT_EQ(c->getValue(), 77);
 }
 

@@ -1,5 +1,5 @@
 #include <gtest/gtest.h>
-
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,23 +71,17 @@ TEST(ParameterProperty, ListenersLastAddedFirstAndExceptSkipsTheSetter) {
     auto p = make(0, 1, 0, 0, 0, kUnitFraction);
     p->addListener(&a, false);
     p->addListener(&b, false);
-    p->addListener(&c, true);
-    EXPECT_EQ(log, std::vector<std::string>({"c"}));
+    using Log = std::vector<std::string>;
+    auto heard = [&](const std::function<void()>& action) { return log.clear(), action(), log; };
+    EXPECT_EQ(heard([&] { p->addListener(&c, true); }), Log({"c"}));
     p->addListener(&b, false);  // no duplicate
-    log.clear();
-    p->setValue(0.5f);
-    EXPECT_EQ(log, std::vector<std::string>({"c", "b", "a"}));
-    log.clear();
-    p->setNormalized(&b, 0.2f);
-    EXPECT_EQ(log, std::vector<std::string>({"c", "a"}));
-    log.clear();
+    EXPECT_EQ(heard([&] { p->setValue(0.5f); }), Log({"c", "b", "a"}));
+    EXPECT_EQ(heard([&] { p->setNormalized(&b, 0.2f); }), Log({"c", "a"}));
     p->removeListener(&c);
     p->setNotifyEnabled(false);
-    p->setValue(0.1f);
-    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(heard([&] { p->setValue(0.1f); }), Log());
     p->setNotifyEnabled(true);
-    p->setValue(0.1f);
-    EXPECT_EQ(log, std::vector<std::string>({"b", "a"}));
+    EXPECT_EQ(heard([&] { p->setValue(0.1f); }), Log({"b", "a"}));
 }
 
 TEST(ParameterProperty, DefaultsAndResetAreSeparateFromTheInitialValue) {

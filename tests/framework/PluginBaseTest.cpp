@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
@@ -57,11 +56,9 @@ struct HostBlock {
     explicit HostBlock(int samples) : inL(samples, 1), inR(samples, 1), outL(samples), outR(samples) {
         block.in[0].refer(inL.data(), inR.data(), samples);
         block.out[0].refer(outL.data(), outR.data(), samples);
-        block.inputCount = block.outputCount = 1;
-        block.tempo = 120;
     }
     std::vector<float> inL, inR, outL, outR;
-    OndraAudioBlock block;
+    OndraAudioBlock block{.inputCount = 1, .outputCount = 1, .tempo = 120};
 };
 
 }  // namespace
@@ -121,9 +118,7 @@ TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
     RecordingPlugin plugin;
     plugin.setSampleRate(96000);
     HostBlock host(100);
-    ChunkingRules noContext;
-    noContext.positionSampleRate = 44100;
-    processInChunks(plugin, host.block, 100, noContext);
+    processInChunks(plugin, host.block, 100, ChunkingRules{.positionSampleRate = 44100});  // no context
     ASSERT_EQ(plugin.chunks.size(), 2u);
     EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 88.0 / (0.5 * 44100.0));
     EXPECT_EQ(plugin.chunks[0].toNextBeat, 22050);
@@ -141,9 +136,7 @@ TEST(ChunkedProcess, WholeBlockRules) {
         RecordingPlugin plugin;
         plugin.chunkSize = row.chunkSize;
         HostBlock host(row.samples);
-        ChunkingRules rules;
-        rules.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks;
-        processInChunks(plugin, host.block, row.samples, rules);
+        processInChunks(plugin, host.block, row.samples, {.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks});
         EXPECT_EQ(plugin.chunks.size(), row.chunks) << row.samples;
     }
 }
@@ -189,9 +182,7 @@ TEST(AutomationQueue, AFlagTellsListenersThatQueuedValuesAreGoingIn) {
     reader.flag = &slicing;
     plugin.a.addListener(&reader, false);
     plugin.queueAutomation(&plugin.a, 0.1f, 30);
-    ChunkingRules rules;
-    rules.whileSlicing = &slicing;
-    processInChunks(plugin, host.block, 176, rules);
+    processInChunks(plugin, host.block, 176, {.whileSlicing = &slicing});
     ASSERT_EQ(reader.seen.size(), 1u);
     EXPECT_TRUE(reader.seen[0]);
     EXPECT_FALSE(slicing);
@@ -204,10 +195,7 @@ TEST(AutomationQueue, AFlagTellsListenersThatQueuedValuesAreGoingIn) {
 TEST(AutomationQueue, GridDelaysToTheNextGridLine) {
     RecordingPlugin plugin;
     plugin.setAutomationGrid(2);  // code 3: an eighth of a note at 120 BPM, 11025 samples
-    OndraAudioBlock timeLine;
-    timeLine.tempo = 120;
-    timeLine.transportPlaying = true;
-    timeLine.samplePos = 11025 - 40;
+    OndraAudioBlock timeLine{.samplePos = 11025 - 40, .tempo = 120, .transportPlaying = true};
     EXPECT_TRUE(plugin.queueAutomation(&plugin.a, 0.5f, 0));
     plugin.beginAutomationBlock(timeLine, 128);
     int samples = 128;

@@ -3,8 +3,6 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <vector>
 
 #include "framework/plugin/OndraPluginInfo.h"
 #include "framework/presets/CFileFormat.h"
@@ -47,6 +45,12 @@ protected:
         return true;
     }
 
+    // Writes `block` through `format`: the file's bytes.
+    std::vector<uint8_t> written(CFileFormat& format, const fs::path& path) {
+        format.write(path.string(), block.data(), int(block.size()));
+        return fileBytes(path);
+    }
+
     const std::vector<uint8_t> block = {'M', 'M', 'K', 0, 1, 2, 3, 0xff, 9};
     fs::path dir;
 };
@@ -54,8 +58,7 @@ protected:
 
 TEST_F(PresetFormats, FxpHeaderIsBigEndianAndRoundTrips) {
     const fs::path path = dir / "Warm Sweep.fxp";
-    presetFormatFXP().write(path.string(), block.data(), int(block.size()));
-    const auto bytes = fileBytes(path);
+    const auto bytes = written(presetFormatFXP(), path);
     ASSERT_EQ(bytes.size(), 60 + block.size());
     EXPECT_EQ(text4(bytes, 0) + text4(bytes, 8) + text4(bytes, 16), "CcnKFPChVzon");
     // Size, format version, plug-in version, programs (stays 0), chunk size.
@@ -70,8 +73,7 @@ TEST_F(PresetFormats, FxpHeaderIsBigEndianAndRoundTrips) {
 
 TEST_F(PresetFormats, FxbHeaderAndRoundTrip) {
     const fs::path path = dir / "bank.fxb";
-    presetFormatFXB().write(path.string(), block.data(), int(block.size()));
-    const auto bytes = fileBytes(path);
+    const auto bytes = written(presetFormatFXB(), path);
     ASSERT_EQ(bytes.size(), 160 + block.size());
     EXPECT_EQ(be32(bytes, 4), block.size() + 152);
     EXPECT_EQ(text4(bytes, 8) + text4(bytes, 16), "FBChVzon");
@@ -85,29 +87,26 @@ TEST_F(PresetFormats, FxbHeaderAndRoundTrip) {
 
 TEST_F(PresetFormats, ProgramNameIsTheFileTitleCutTo27) {
     const fs::path longPath = dir / "A name of more than twenty-seven characters.fxp";
-    presetFormatFXP().write(longPath.string(), block.data(), int(block.size()));
-    auto bytes = fileBytes(longPath);
+    auto bytes = written(presetFormatFXP(), longPath);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&bytes[28])), "A name of more than twenty-");
     EXPECT_EQ(bytes[55], 0);
 
     const fs::path dotted = dir / "x\\y.z.fxp";  // a Windows-style separator inside the name
-    presetFormatFXP().write(dotted.string(), block.data(), int(block.size()));
-    bytes = fileBytes(dotted);
+    bytes = written(presetFormatFXP(), dotted);
     EXPECT_STREQ(reinterpret_cast<const char*>(&bytes[28]), "y.z");
 }
 
 TEST_F(PresetFormats, ForeignOrOtherKindsGiveNoData) {
     const fs::path path = dir / "p.fxp";
-    presetFormatFXP().write(path.string(), block.data(), int(block.size()));
+    auto bytes = written(presetFormatFXP(), path);
     std::vector<uint8_t> back;
 
     presetFormatFXP().fxID = fourCharacterId("Othr");
     EXPECT_FALSE(readBack(presetFormatFXP(), path, back)) << "another plug-in's id";
     presetFormatFXP().fxID = kVzon;
 
-    auto bytes = fileBytes(path);
     std::memcpy(&bytes[8], "FxCk", 4);
-    std::ofstream(dir / "params.fxp", std::ios::binary).write(reinterpret_cast<char*>(bytes.data()), bytes.size());
+    TestSupport::writeFile(dir / "params.fxp", bytes);
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "params.fxp", back)) << "the parameter kind is not read";
 
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "missing.fxp", back));
@@ -126,12 +125,11 @@ TEST_F(PresetFormats, EmptyBlockAndDamagedFiles) {
     EXPECT_TRUE(back.empty());
 
     // A header cut short or claiming more than the file holds gives nothing and does not crash.
-    presetFormatFXP().write(path.string(), block.data(), int(block.size()));
-    bytes = fileBytes(path);
-    std::ofstream(dir / "short.fxp", std::ios::binary).write(reinterpret_cast<char*>(bytes.data()), 40);
+    bytes = written(presetFormatFXP(), path);
+    TestSupport::writeFile(dir / "short.fxp", bytes, 40);
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "short.fxp", back));
     bytes[56] = 0x7f;
-    std::ofstream(dir / "huge.fxp", std::ios::binary).write(reinterpret_cast<char*>(bytes.data()), bytes.size());
+    TestSupport::writeFile(dir / "huge.fxp", bytes);
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "huge.fxp", back));
 }
 
@@ -147,10 +145,10 @@ TEST_F(PresetFormats, NativeFormatWritesItsOwnLayoutAndReadsFxp) {
     std::vector<uint8_t> back;
     EXPECT_FALSE(readBack(zonfraPresetFormat(), dir / "native.zonfraPreset", back));
     presetFormatFXP().fxID = 0;  // the native reader insists on "Vzon" whatever the FXP format knows
-    presetFormatFXP().write((dir / "fx.fxp").string(), block.data(), int(block.size()));
+    written(presetFormatFXP(), dir / "fx.fxp");
     EXPECT_FALSE(readBack(zonfraPresetFormat(), dir / "fx.fxp", back));
     presetFormatFXP().fxID = kVzon;
-    presetFormatFXP().write((dir / "fx.fxp").string(), block.data(), int(block.size()));
+    written(presetFormatFXP(), dir / "fx.fxp");
     ASSERT_TRUE(readBack(zonfraPresetFormat(), dir / "fx.fxp", back));
     EXPECT_EQ(back, block);
 }
@@ -160,7 +158,7 @@ TEST_F(PresetFormats, ExtensionsAndTheRawBase) {
                                      {&presetFormatFXB(), ".fxb"}, {&zonfraPresetFormat(), ".zonfraPreset"}})
         EXPECT_STREQ(format->getExtension(), extension);
     CFileFormat raw;
-    raw.write((dir / "raw.bin").string(), block.data(), int(block.size()));
+    written(raw, dir / "raw.bin");
     std::vector<uint8_t> back;
     ASSERT_TRUE(readBack(raw, dir / "raw.bin", back));
     EXPECT_EQ(back, block);

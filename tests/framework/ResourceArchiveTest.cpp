@@ -4,10 +4,8 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <sstream>
-#include <vector>
 
 #include "framework/resources/CResourceArchive.h"
 #include "framework/resources/ResourceAccess.h"
@@ -28,9 +26,6 @@ Bytes randomBytes(size_t n, unsigned seed) {
     return b;
 }
 Bytes readFile(const fs::path& path) { return TestSupport::fileBytes(path.string()); }
-void writeFile(const fs::path& path, const Bytes& b) {
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
-}
 Bytes resourceBytes(const char* name) {
     int size = -1;
     void* block = getResource(name, &size);
@@ -48,8 +43,8 @@ protected:
         text = Bytes(4000, 'a');
         for (size_t i = 0; i < text.size(); i += 7) text[i] = 'b';
         noise = randomBytes(1001, 1);  // odd length, does not shrink
-        writeFile(dir / "presets" / "Init Preset.fxp", text);
-        writeFile(dir / "noise.png", noise);
+        TestSupport::writeFile(dir / "presets" / "Init Preset.fxp", text);
+        TestSupport::writeFile(dir / "noise.png", noise);
 
         CResourceArchive builder;
         EXPECT_TRUE(builder.add((dir / "presets" / "Init Preset.fxp").string(), "presets/Init Preset.fxp"));
@@ -213,11 +208,10 @@ Bytes legacyImage(const std::vector<std::pair<std::string, Bytes>>& files, int32
     scrambleResource(packed.data(), packed.size());
     Bytes image(40, 0);
     std::memcpy(image.data(), "resource", 8);
-    putLE32(&image[12], 40);
-    putLE32(&image[16], 0x1000);
-    putLE32(&image[20], 1);
-    putLE32(&image[24], static_cast<uint32_t>(packed.size()));
-    putLE32(&image[28], static_cast<uint32_t>(chain.size()));
+    // Header size, version, packed, stored size, plain size.
+    for (auto [at, value] : {std::pair{12, 40u}, {16, 0x1000u}, {20, 1u}, {24, uint32_t(packed.size())},
+                             {28, uint32_t(chain.size())}})
+        putLE32(&image[at], value);
     image.insert(image.end(), packed.begin(), packed.end());
     return image;
 }

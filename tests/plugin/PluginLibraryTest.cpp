@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
-
 #include <cstdio>
 #include <set>
-#include <string>
 
 #include "framework/plugin/OndraOS.h"
 #include "framework/plugin/OndraPluginInfo.h"

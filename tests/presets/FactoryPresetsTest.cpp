@@ -1,46 +1,22 @@
 #include <gtest/gtest.h>
-
-#include <cmath>
-#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
-#include <vector>
 
-#include "CORE/files/ModuleResources.h"
 #include "effect/CZonfra.h"
 #include "framework/plugin/OndraPluginInfo.h"
 #include "framework/presets/CPresetFormatFXB.h"
 #include "framework/presets/CPresetFormatFXP.h"
-#include "framework/resources/ResourceAccess.h"
 #include "PresetTable.h"
 #include "effect/EffectHarness.h"
+#include "support/ArchiveFiles.h"
 #include "support/Samples.h"
+#include "PresetWriter.h"
 
 namespace {
-struct Preset {
-    std::string name;  // "presets/Folder/Name.fxp"
-    std::vector<uint8_t> file;
-};
+using Preset = TestSupport::ArchiveFile;  // named "presets/Folder/Name.fxp"
 
-// Every preset file of the main archive compiled into this binary.
-std::vector<Preset> archivePresets() {
-    const Core::ModuleResource* image = Core::findModuleResource("main");
-    if (!image) return {};
-    std::vector<Preset> presets;
-    Ondra::openResources(image->data, image->size);
-    for (int i = 0; i < Ondra::getResourceCount(); ++i) {
-        const std::string name = Ondra::getResourceName(i);
-        if (name.rfind("presets/", 0) != 0) continue;
-        int size = 0;
-        void* block = Ondra::getResource(name.c_str(), &size);
-        if (!block) continue;
-        presets.push_back({name, std::vector<uint8_t>(static_cast<uint8_t*>(block), static_cast<uint8_t*>(block) + size)});
-        Ondra::freeResource(block);
-    }
-    Ondra::closeResources();
-    return presets;
-}
+std::vector<Preset> archivePresets() { return TestSupport::archiveFiles("main", "presets/"); }
 
 void loadPreset(CZonfra& effect, std::vector<uint8_t> file) {
     ASSERT_GT(file.size(), 60u);
@@ -87,11 +63,11 @@ TEST(FactoryPresets, EveryPresetLoadsPlaysAndIsDistinct) {
     std::set<std::vector<float>> seen;
     for (const Preset& preset : archivePresets()) {
         SCOPED_TRACE(preset.name);
-        const auto text4 = [&](size_t at) { return std::string(preset.file.begin() + at, preset.file.begin() + at + 4); };
-        EXPECT_EQ(text4(0) + text4(8) + text4(16), "CcnKFPChVzon");
+        const std::string head(preset.bytes.begin(), preset.bytes.begin() + 20);
+        EXPECT_EQ(head.substr(0, 4) + head.substr(8, 4) + head.substr(16, 4), "CcnKFPChVzon");
 
         EffectHarness harness(48000.0f, 512);
-        loadPreset(*harness.effect, preset.file);
+        loadPreset(*harness.effect, preset.bytes);
         EXPECT_EQ(harness.presetName(), titleOf(preset.name));
         EXPECT_TRUE(seen.insert(parameterValues(*harness.effect)).second) << "same settings as another preset";
         EXPECT_TRUE(harness.effect->signalChain().isGlobalLimiterOn()) << "presets carry no global limiter record";
@@ -111,11 +87,9 @@ TEST(FactoryPresets, ANewInstanceIsTheInitPreset) {
                                    [](const Preset& p) { return p.name == "presets/Init Preset.fxp"; });
     ASSERT_NE(init, presets.end());
 
-    EffectHarness fresh;
-    EffectHarness loaded;
-    loaded.set(kLowPassFreq, 500);
-    loaded.set(kRingModStrength, 0.7f);
-    loadPreset(*loaded.effect, init->file);
+    EffectHarness fresh, loaded;
+    loaded.setAll({{kLowPassFreq, 500}, {kRingModStrength, 0.7f}});
+    loadPreset(*loaded.effect, init->bytes);
     EXPECT_EQ(parameterValues(*fresh.effect), parameterValues(*loaded.effect));
     EXPECT_EQ(fresh.presetName(), "Init Preset");
 }
@@ -128,4 +102,34 @@ TEST(FactoryPresets, FillingThePluginListGivesThePresetFormatsOurId) {
     ASSERT_NE(getOndraPluginListPTR(), nullptr);
     EXPECT_EQ(Ondra::presetFormatFXP().fxID, static_cast<uint32_t>(Ondra::fourCharacterId("Vzon")));
     EXPECT_EQ(Ondra::presetFormatFXB().fxID, static_cast<uint32_t>(Ondra::fourCharacterId("Vzon")));
+}
+
+TEST(PresetTable, ReadsSectionsAndValuesAndNamesTheBadLine) {
+    PresetTable table;
+    ASSERT_EQ(parsePresetTable("# comment\n[Init Preset]\nLOWPASSFREQ = 22050\n\n[LFO/Wobble]\nLFO Rate = 1/8\n", table),
+              "");
+    ASSERT_EQ(table.entries.size(), 2u);
+    EXPECT_EQ(table.entries[1].folder, "LFO");
+    EXPECT_EQ(table.entries[1].name, "Wobble");
+    EXPECT_EQ(table.entries[1].values.at(0), (std::pair<std::string, std::string>{"LFO Rate", "1/8"}));
+
+    PresetTable bad;
+    EXPECT_EQ(parsePresetTable("KEY = 1\n", bad), "line 1: a value before the first section");
+    EXPECT_EQ(parsePresetTable("[A/B]\nno equals\n", bad), "line 2: expected 'KEY = value'");
+    EXPECT_EQ(parsePresetTable("[A/B\n", bad), "line 1: a section header ends with ']'");
+}
+
+TEST(PresetTable, ValuesAreNumbersOrDisplayTexts) {
+    EffectHarness harness;
+    CZonfra& effect = *harness.effect;
+    EXPECT_EQ(applyPresetValue(*effect.getParameter(kLowPassFreq), "500"), "");
+    EXPECT_FLOAT_EQ(effect.getParameter(kLowPassFreq)->getValue(), 500);
+    EXPECT_EQ(applyPresetValue(*effect.getParameter(kLfoRate), "1/8T"), "");
+    char text[64];
+    effect.getParameter(kLfoRate)->textFromNormalized(effect.getParameter(kLfoRate)->getNormalized(), text);
+    EXPECT_STREQ(text, "1/8T");
+    EXPECT_EQ(applyPresetValue(*effect.getParameter(kLfoShape), "Mod. Sine"), "");
+    EXPECT_EQ(effect.getParameter(kLfoShape)->getInt(), 4);
+    EXPECT_NE(applyPresetValue(*effect.getParameter(kLowPassFreq), "30000"), "");
+    EXPECT_NE(applyPresetValue(*effect.getParameter(kLfoShape), "Wobbly"), "");
 }

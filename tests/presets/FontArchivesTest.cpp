@@ -1,17 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <vector>
-
-#include "CORE/files/ModuleResources.h"
-#include "framework/resources/ResourceAccess.h"
-
-namespace {
-std::vector<uint8_t> fileBytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), {});
-}
-}  // namespace
+#include "support/ArchiveFiles.h"
+#include "support/Samples.h"
 
 TEST(FontArchives, HoldTheFacesUnderTheirNames) {
     const std::string fonts = ZONFRA_FONT_FOLDER;
@@ -28,19 +18,11 @@ TEST(FontArchives, HoldTheFacesUnderTheirNames) {
     };
     for (const auto& archive : archives) {
         SCOPED_TRACE(archive.image);
-        const Core::ModuleResource* image = Core::findModuleResource(archive.image);
-        ASSERT_NE(image, nullptr);
-        ASSERT_TRUE(Ondra::openResources(image->data, image->size));
-        ASSERT_EQ(Ondra::getResourceCount(), static_cast<int>(archive.files.size()));
-        for (size_t i = 0; i < archive.files.size(); ++i) {
-            EXPECT_EQ(Ondra::getResourceName(static_cast<int>(i)), archive.files[i].first);
-            int size = 0;
-            void* block = Ondra::getResource(archive.files[i].first.c_str(), &size);
-            ASSERT_NE(block, nullptr);
-            const std::vector<uint8_t> expected = fileBytes(fonts + archive.files[i].second);
-            EXPECT_EQ(std::vector<uint8_t>(static_cast<uint8_t*>(block), static_cast<uint8_t*>(block) + size), expected);
-            Ondra::freeResource(block);
+        const std::vector<TestSupport::ArchiveFile> files = TestSupport::archiveFiles(archive.image);
+        ASSERT_EQ(files.size(), archive.files.size());
+        for (size_t i = 0; i < files.size(); ++i) {
+            EXPECT_EQ(files[i].name, archive.files[i].first);
+            EXPECT_EQ(files[i].bytes, TestSupport::fileBytes(fonts + archive.files[i].second));
         }
-        Ondra::closeResources();
     }
 }

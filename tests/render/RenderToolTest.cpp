@@ -1,16 +1,11 @@
 #include <gtest/gtest.h>
-
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <string>
 
 #include "AudioFile.h"
 #include "FactoryPresets.h"
@@ -50,14 +45,17 @@ protected:
 
     // An impulse at `at` in a file of `frames`, written through libsndfile.
     std::string impulseFile(const std::string& name, int rate, size_t frames, size_t at) {
-        StereoAudio audio;
-        audio.sampleRate = rate;
-        audio.left.assign(frames, 0.0f);
-        audio.right.assign(frames, 0.0f);
+        StereoAudio audio{std::vector<float>(frames), std::vector<float>(frames), rate};
         audio.left[at] = 0.5f;
         audio.right[at] = 0.25f;
         EXPECT_EQ(writeAudio(path(name), audio), "");
         return path(name);
+    }
+    // A run that must succeed: what it printed.
+    std::string succeeds(const std::string& arguments) {
+        const ProcessResult run = runRender(arguments);
+        EXPECT_EQ(run.status, 0) << arguments << "\n" << run.output;
+        return run.output;
     }
     // Each refusal: a non-zero exit, its message, and no output left behind.
     void expectRefused(const std::string& arguments, const std::string& message, const std::string& out) {
@@ -108,8 +106,7 @@ TEST_F(RenderTool, OutputIsAlignedWithTheInputAtEveryRate) {
 TEST_F(RenderTool, MonoInputFeedsBothChannels) {
     const std::string in = path("mono.wav");
     ASSERT_EQ(std::system(("sox -n -r 44100 -c 1 " + q(in) + "synth 0.1 sine 440").c_str()), 0);
-    const ProcessResult run = runRender(q(in) + q(path("out.wav")) + "--tail 0");
-    ASSERT_EQ(run.status, 0) << run.output;
+    succeeds(q(in) + q(path("out.wav")) + "--tail 0");
     const StereoAudio result = load(path("out.wav"));
     EXPECT_EQ(result.left, result.right);
 }
@@ -189,8 +186,7 @@ TEST_F(RenderTool, SampleRatesOutsideTheSupportedRangeAreRefused) {
         overwrite(in, 24, {char(rate), char(rate >> 8), char(rate >> 16), char(rate >> 24)});
         const std::string arguments = q(in) + q(out) + "--tail 0.1";
         if (rate == 8000 || rate == 768000) {
-            const ProcessResult run = runRender(arguments);
-            ASSERT_EQ(run.status, 0) << rate << run.output;
+            succeeds(arguments);
             EXPECT_EQ(load(out).sampleRate, static_cast<int>(rate));
             fs::remove(out);
         } else {
@@ -236,25 +232,21 @@ TEST_F(RenderTool, FilesCutShortRenderWhatIsThereAndWarn) {
         fs::resize_file(cut, fs::file_size(whole) / 2);
         const size_t part = load(cut).left.size();
         ASSERT_TRUE(part > 0 && part < 44100) << part;
-        const ProcessResult run = runRender(q(cut) + q(out) + "--tail 0");
-        ASSERT_EQ(run.status, 0) << run.output;
-        EXPECT_EQ(run.output, "zonfra-render: warning: '" + cut + "' ends after " + std::to_string(part) +
-                                  " of the 44100 frames its header states; rendering what is there\n");
+        EXPECT_EQ(succeeds(q(cut) + q(out) + "--tail 0"),
+                  "zonfra-render: warning: '" + cut + "' ends after " + std::to_string(part) +
+                      " of the 44100 frames its header states; rendering what is there\n");
         EXPECT_EQ(load(out).left.size(), part) << extension;
     }
 }
 
 TEST_F(RenderTool, ListsAndFactoryPresetsByName) {
-    const ProcessResult params = runRender("--list-params");
-    ASSERT_EQ(params.status, 0) << params.output;
-    EXPECT_EQ(lineCount(params.output), 1u + 49u);  // a header and 49 rows
-    EXPECT_NE(params.output.find("FilterInteria"), std::string::npos);
-    EXPECT_NE(params.output.find("Bandpass"), std::string::npos);
-    const ProcessResult list = runRender("--list-presets");
-    ASSERT_EQ(list.status, 0) << list.output;
-    EXPECT_EQ(lineCount(list.output), 133u);
-    EXPECT_NE(list.output.find("Init Preset\n"), std::string::npos);
-    EXPECT_NE(list.output.find("Phaser/Classic Phase\n"), std::string::npos);
+    const std::string params = succeeds("--list-params"), list = succeeds("--list-presets");
+    EXPECT_EQ(lineCount(params), 1u + 49u);  // a header and 49 rows
+    EXPECT_NE(params.find("FilterInteria"), std::string::npos);
+    EXPECT_NE(params.find("Bandpass"), std::string::npos);
+    EXPECT_EQ(lineCount(list), 133u);
+    EXPECT_NE(list.find("Init Preset\n"), std::string::npos);
+    EXPECT_NE(list.find("Phaser/Classic Phase\n"), std::string::npos);
 
     const std::string in = path("noise.wav");
     ASSERT_EQ(std::system(("sox -n -r 44100 -c 2 " + q(in) + "synth 1 whitenoise vol 0.3").c_str()), 0);
@@ -265,10 +257,7 @@ TEST_F(RenderTool, ListsAndFactoryPresetsByName) {
         {"short.wav", "--preset 'Bass Only'"},
         {"open.wav", "--preset 'Bass Only' --set LOWPASSFREQ=22050"},  // --set goes on top of the preset
     };
-    for (const auto& [out, options] : renders) {
-        const ProcessResult run = runRender(q(in) + q(path(out)) + "--tail 0 " + options);
-        ASSERT_EQ(run.status, 0) << out << run.output;
-    }
+    for (const auto& [out, options] : renders) succeeds(q(in) + q(path(out)) + "--tail 0 " + options);
     const StereoAudio plain = load(path("plain.wav")), bass = load(path("bass.wav")), open = load(path("open.wav"));
     EXPECT_EQ(load(path("init.wav")).left, plain.left) << "a new instance is the init preset";
     EXPECT_EQ(load(path("short.wav")).left, bass.left);

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-
 #include <cfloat>
-#include <cmath>
 #include <limits>
 
 #include "effect/EffectHarness.h"
@@ -17,9 +15,8 @@ struct Played {
 Played runWithSampleAt100(float value, int block, bool parallel, float inputGain = 1.0f) {
     EffectHarness harness(44100, block);
     TestSupport::applyHeaviestSettings(*harness.effect);
-    harness.set(kFilterMode, parallel ? 1.0f : 0.0f);
-    harness.set(kInputGain, inputGain);
-    harness.set(kLimiterBypass, 0);  // the limiter's own guard must not hide the others
+    // The limiter off: its own guard must not hide the others'.
+    harness.setAll({{kFilterMode, parallel ? 1.0f : 0.0f}, {kInputGain, inputGain}, {kLimiterBypass, 0}});
     Played run;
     TestSupport::testSignal(run.left, run.right, 44100, 44100);
     run.left[100] = value;

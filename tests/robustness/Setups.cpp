@@ -1,11 +1,9 @@
 #include "robustness/Setups.h"
 
-#include <cmath>
 #include <random>
 
-#include "CORE/files/ModuleResources.h"
 #include "effect/EffectHarness.h"
-#include "framework/resources/ResourceAccess.h"
+#include "support/ArchiveFiles.h"
 #include "support/HeaviestSettings.h"
 
 namespace TestSupport {
@@ -29,20 +27,9 @@ std::vector<NamedState> everySetup() {
     harness.set(kBypass, 1);  // a state saved bypassed fades in as it loads
     setups.push_back(stateOf("heaviest, bypassed", *harness.effect));
 
-    const Core::ModuleResource* image = Core::findModuleResource("main");
-    if (!image) return setups;
-    Ondra::openResources(image->data, image->size);
-    for (int i = 0; i < Ondra::getResourceCount(); ++i) {
-        const std::string name = Ondra::getResourceName(i);
-        if (name.rfind("presets/", 0) != 0) continue;
-        int size = 0;
-        void* file = Ondra::getResource(name.c_str(), &size);
-        if (file && static_cast<size_t>(size) > kFxpChunkOffset)
-            setups.push_back({name, std::vector<char>(static_cast<char*>(file) + kFxpChunkOffset,
-                                                      static_cast<char*>(file) + size)});
-        Ondra::freeResource(file);
-    }
-    Ondra::closeResources();
+    for (const ArchiveFile& preset : archiveFiles("main", "presets/"))
+        if (preset.bytes.size() > kFxpChunkOffset)
+            setups.push_back({preset.name, {preset.bytes.begin() + kFxpChunkOffset, preset.bytes.end()}});
     return setups;
 }
 

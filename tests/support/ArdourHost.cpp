@@ -52,14 +52,11 @@ std::string render(const Session& session, const std::string& name, const std::s
 
 double highShare(const std::vector<float>& x, double hertz, double rate) {
     const double a = std::exp(-2.0 * M_PI * hertz / rate);
-    double total = 0, high = 0;
-    double l1 = 0, l2 = 0, l3 = 0, l4 = 0;
+    double total = 0, high = 0, poles[4] = {};
     for (float v : x) {
-        l1 = (1 - a) * v + a * l1;
-        l2 = (1 - a) * l1 + a * l2;
-        l3 = (1 - a) * l2 + a * l3;
-        l4 = (1 - a) * l3 + a * l4;
-        const double h = v - l4;
+        double low = v;
+        for (double& pole : poles) low = pole = (1 - a) * low + a * pole;
+        const double h = v - low;
         high += h * h;
         total += static_cast<double>(v) * v;
     }

@@ -8,6 +8,13 @@
 // Ardour 7 as a real host for the adapters' tests: its plug-in scanners and a headless session
 // (ardour7-lua with tests/support/render_in_ardour.lua) that puts the plug-in on a track, sets one
 // parameter through the host and exports the result.
+// Skips the test where Ardour (`present` says whether the tool needed is there) cannot host the plug-in.
+#ifdef ZONFRA_SANITIZED
+#define ZONFRA_SKIP_WITHOUT_ARDOUR(present) GTEST_SKIP() << "a sanitized plug-in cannot load into Ardour"
+#else
+#define ZONFRA_SKIP_WITHOUT_ARDOUR(present) if (!(present)) GTEST_SKIP() << "Ardour is not installed"
+#endif
+
 namespace TestSupport::Ardour {
 
 bool installed();

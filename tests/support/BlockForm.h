@@ -1,7 +1,6 @@
 #pragma once
 // Checks that a stage's block form gives, to the bit, what its per-sample form gives.
 #include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>

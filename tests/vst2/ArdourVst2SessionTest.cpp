@@ -2,8 +2,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <string>
 
 #include "framework/parameters/ParameterCurve.h"
 #include "support/ArdourHost.h"
@@ -16,10 +14,7 @@ namespace fs = std::filesystem;
 namespace Ardour = TestSupport::Ardour;
 
 TEST(ArdourVst2Session, ExportsTheProcessedSignal) {
-    if (!Ardour::installed()) GTEST_SKIP() << "Ardour is not installed";
-#ifdef ZONFRA_SANITIZED
-    GTEST_SKIP() << "a sanitized plug-in cannot load into Ardour";
-#endif
+    ZONFRA_SKIP_WITHOUT_ARDOUR(Ardour::installed());
     const fs::path home = fs::temp_directory_path() / ("zonfra-ardour-vst2-" + std::to_string(getpid()));
     const fs::path folder = home / "lxvst";
     const fs::path library = folder / "MMK Zonfra QT.so";
@@ -45,4 +40,18 @@ TEST(ArdourVst2Session, ExportsTheProcessedSignal) {
     ASSERT_EQ(Ardour::render(session, "lowpass", normalised(500.0f), lowPassed), "");
     Ardour::expectLowPassedNoise(open, lowPassed);
     fs::remove_all(home);
+}
+
+// Ardour's own VST 2 scanner, as the real host runs it before it lists a Linux VST 2 plug-in.
+TEST(ArdourVst2Scan, ListsThePluginWithItsNameMakerAndChannels) {
+    const char* const kScanner = "/usr/lib/ardour7/ardour-vst-scanner";
+    ZONFRA_SKIP_WITHOUT_ARDOUR(fs::exists(kScanner));
+    int status = -1;
+    const std::string output = Ardour::scan(kScanner, TestSupport::PluginLibrary::defaultPath(), status);
+    EXPECT_EQ(status, 0) << output;
+    for (const char* fragment : {"Found Plugin: 'nozV' MMK Zonfra QT", "id=\"1450864494\"" /* "Vzon" */,
+                                 "name=\"MMK Zonfra QT\"", "creator=\"Morvandel\"", "n_inputs=\"2\" n_outputs=\"2\"",
+                                 "n_midi_inputs=\"0\"", "is_instrument=\"0\"", "can_process_replace=\"1\"",
+                                 "has_editor=\"1\""})
+        EXPECT_NE(output.find(fragment), std::string::npos) << fragment << "\n" << output;
 }

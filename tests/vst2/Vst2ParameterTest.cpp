@@ -1,14 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <cstring>
-#include <string>
-#include <vector>
 
 #include "Vst2TestHost.h"
 #include "adapters/vst2/sdk/VstParameterProperties.h"
 
-using namespace Vst2;
 using namespace Vst2Test;
 
 namespace {

@@ -1,18 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <numeric>
-#include <cstring>
-#include <vector>
-
 #include "Vst2TestHost.h"
 #include "adapters/vst2/sdk/VstEvents.h"
 #include "adapters/vst2/sdk/VstSpeakerArrangement.h"
 #include "support/AllocationCounter.h"
 #include "support/Samples.h"
 
-using namespace Vst2;
 using namespace Vst2Test;
 using TestSupport::allFinite;
 
@@ -20,25 +11,25 @@ namespace {
 constexpr int kLatencyAt44k = 221;
 
 struct Stereo {
-    explicit Stereo(size_t n) : left(n), right(n) {}
-    float* channels[2] = {nullptr, nullptr};
-    float** pointers() {
-        channels[0] = left.data();
-        channels[1] = right.data();
-        return channels;
+    explicit Stereo(size_t n, float leftFirst = 0, float rightFirst = 0) : left(n), right(n) {
+        left[0] = leftFirst, right[0] = rightFirst;
     }
     std::vector<float> left, right;
 };
 
+// Runs `input` into `output`, which may be the same, in whole blocks of `frames`.
+void process(Plugin& plugin, Stereo& input, Stereo& output, int frames) {
+    for (size_t at = 0; at + static_cast<size_t>(frames) <= input.left.size(); at += static_cast<size_t>(frames)) {
+        float* in[2] = {input.left.data() + at, input.right.data() + at};
+        float* out[2] = {output.left.data() + at, output.right.data() + at};
+        plugin.process(in, out, frames);
+    }
+}
+
 // An impulse on both sides, run through the plug-in in blocks of `frames`, in place.
 Stereo impulseInPlace(Plugin& plugin, int frames, size_t length) {
-    Stereo audio(length);
-    audio.left[0] = 1.0f;
-    audio.right[0] = 0.5f;
-    for (size_t at = 0; at + static_cast<size_t>(frames) <= length; at += static_cast<size_t>(frames)) {
-        float* channels[2] = {audio.left.data() + at, audio.right.data() + at};
-        plugin.process(channels, channels, frames);
-    }
+    Stereo audio(length, 1.0f, 0.5f);
+    process(plugin, audio, audio, frames);
     return audio;
 }
 }  // namespace
@@ -68,17 +59,10 @@ TEST_F(Vst2Process, InPlaceImpulseComesOutAfterTheReportedLatency) {
         host().giveTime = row.giveTime;
         ASSERT_EQ(fresh.effect->initialDelay, row.latency);
         if (row.events) {
-            VstMidiEvent note{};
-            note.type = kVstMidiType;
-            note.byteSize = sizeof note;
-            note.deltaFrames = 10;
-            note.midiData[0] = static_cast<char>(0x90), note.midiData[1] = 60, note.midiData[2] = 100;
-            VstEvent sysex{};
-            sysex.type = kVstSysExType;
-            VstEvents list{}, none{};
-            list.numEvents = 2;
-            list.events[0] = reinterpret_cast<VstEvent*>(&note);
-            list.events[1] = &sysex;
+            VstMidiEvent note{.type = kVstMidiType, .byteSize = sizeof(VstMidiEvent), .deltaFrames = 10,
+                              .midiData = {static_cast<char>(0x90), 60, 100}};
+            VstEvent sysex{.type = kVstSysExType};
+            VstEvents list{.numEvents = 2, .events = {reinterpret_cast<VstEvent*>(&note), &sysex}}, none{};
             EXPECT_EQ(fresh.dispatch(effProcessEvents, 0, 0, &list), 1);
             EXPECT_EQ(fresh.dispatch(effProcessEvents, 0, 0, &none), 1);
         }
@@ -103,15 +87,9 @@ TEST_F(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
     Plugin inPlace;
     inPlace.start(44100, 512);
     const Stereo expected = impulseInPlace(inPlace, 512, 2048);
-    Stereo input(2048), output(2048);
-    input.left[0] = 1.0f;
-    input.right[0] = 0.5f;
+    Stereo input(2048, 1.0f, 0.5f), output(2048);
     const Stereo original = input;
-    for (size_t at = 0; at < 2048; at += 512) {
-        float* in[2] = {input.left.data() + at, input.right.data() + at};
-        float* out[2] = {output.left.data() + at, output.right.data() + at};
-        plugin.process(in, out, 512);
-    }
+    process(plugin, input, output, 512);
     EXPECT_EQ(input.left, original.left);
     EXPECT_EQ(input.right, original.right);
     EXPECT_EQ(output.left, expected.left);
@@ -119,12 +97,8 @@ TEST_F(Vst2Process, SeparateBuffersGiveTheSameAndLeaveTheInput) {
 }
 
 TEST_F(Vst2Process, MonoInputFeedsBothSides) {
-    VstSpeakerArrangement mono{};
-    mono.type = kSpeakerArrMono;
-    mono.numChannels = 1;
-    VstSpeakerArrangement stereo{};
-    stereo.type = kSpeakerArrStereo;
-    stereo.numChannels = 2;
+    VstSpeakerArrangement mono{.type = kSpeakerArrMono, .numChannels = 1},
+        stereo{.type = kSpeakerArrStereo, .numChannels = 2};
     ASSERT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&mono), &stereo), 1);
 
     Stereo input(1024), output(1024);
@@ -132,31 +106,24 @@ TEST_F(Vst2Process, MonoInputFeedsBothSides) {
         input.left[i] = 0.4f * static_cast<float>(std::sin(2 * M_PI * 440.0 * static_cast<double>(i) / 44100.0));
         input.right[i] = 0.9f;  // not the host's: a mono host's second pointer is not read
     }
-    for (size_t at = 0; at < 1024; at += 512) {
-        float* in[2] = {input.left.data() + at, input.right.data() + at};
-        float* out[2] = {output.left.data() + at, output.right.data() + at};
-        plugin.process(in, out, 512);
-    }
+    process(plugin, input, output, 512);
     EXPECT_EQ(output.left, output.right);
-    EXPECT_GT(std::inner_product(output.left.begin(), output.left.end(), output.left.begin(), 0.0), 1.0);
+    EXPECT_GT(TestSupport::energy(output.left), 1.0);
 }
 
 TEST_F(Vst2Process, ProcessReplacingAllocatesNothing) {
-    VstMidiEvent note{};
-    note.type = kVstMidiType;
-    note.midiData[0] = static_cast<char>(0x80);
-    VstEvents list{};
-    list.numEvents = 1;
-    list.events[0] = reinterpret_cast<VstEvent*>(&note);
+    VstMidiEvent note{.type = kVstMidiType, .midiData = {static_cast<char>(0x80)}};
+    VstEvents list{.numEvents = 1, .events = {reinterpret_cast<VstEvent*>(&note)}};
     Stereo audio(512);
     for (size_t i = 0; i < 512; ++i)
         audio.left[i] = audio.right[i] = 0.3f * static_cast<float>(std::sin(static_cast<double>(i) * 0.05));
-    plugin.process(audio.pointers(), audio.pointers(), 512);
+    float* channels[2] = {audio.left.data(), audio.right.data()};
+    plugin.process(channels, channels, 512);
     TestSupport::AllocationScope scope;
     for (int b = 0; b < 20; ++b) {
         plugin.dispatch(effProcessEvents, 0, 0, &list);
         plugin.setParameter(1, b % 2 ? 0.3f : 0.7f);
-        plugin.process(audio.pointers(), audio.pointers(), b % 3 ? 512 : 100);
+        plugin.process(channels, channels, b % 3 ? 512 : 100);
     }
     EXPECT_EQ(scope.allocations(), 0u);
 }

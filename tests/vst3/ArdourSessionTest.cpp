@@ -2,8 +2,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <string>
 
 #include "support/ArdourHost.h"
 
@@ -13,10 +11,7 @@ namespace fs = std::filesystem;
 namespace Ardour = TestSupport::Ardour;
 
 TEST(ArdourSession, ExportsTheProcessedSignal) {
-    if (!Ardour::installed()) GTEST_SKIP() << "Ardour is not installed";
-#ifdef ZONFRA_SANITIZED
-    GTEST_SKIP() << "a sanitized plug-in cannot load into Ardour";
-#endif
+    ZONFRA_SKIP_WITHOUT_ARDOUR(Ardour::installed());
     const fs::path home = fs::temp_directory_path() / ("zonfra-ardour-" + std::to_string(getpid()));
     fs::remove_all(home);
     fs::create_directories(home / ".vst3");
@@ -38,4 +33,17 @@ TEST(ArdourSession, ExportsTheProcessedSignal) {
     ASSERT_EQ(Ardour::render(session, "lowpass", "500", lowPassed), "");
     Ardour::expectLowPassedNoise(open, lowPassed);
     fs::remove_all(home);
+}
+
+// Ardour's own VST 3 scanner, as the real host runs it before it lists a plug-in.
+TEST(ArdourScan, ListsThePluginWithItsNameVendorAndCategory) {
+    const char* const kScanner = "/usr/lib/ardour7/ardour-vst3-scanner";
+    ZONFRA_SKIP_WITHOUT_ARDOUR(fs::exists(kScanner));
+    int status = -1;
+    const std::string output = Ardour::scan(kScanner, ZONFRA_VST3_BUNDLE, status);
+    EXPECT_EQ(status, 0) << output;
+    for (const char* fragment : {"Found Plugin: MMK Zonfra QT", "name=\"MMK Zonfra QT\"",
+                                 "vendor=\"Morvandel Mixing Kit\"", "category=\"Fx|Morvandel\"", "version=\"1.3.0\"",
+                                 "uid=\"647541644E56434757525052567A6F6E\"", "n_inputs=\"2\" n_outputs=\"2\""})
+        EXPECT_NE(output.find(fragment), std::string::npos) << fragment << "\n" << output;
 }

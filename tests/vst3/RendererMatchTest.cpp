@@ -1,12 +1,8 @@
 // The offline renderer and a VST 3 host give the same sound for the same preset at the file's rate:
 // what a user rendered is what the session played.
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cmath>
-#include <cstring>
 #include <cstdlib>
-#include <string>
 
 #include "AudioFile.h"
 #include "FactoryPresets.h"
@@ -19,8 +15,7 @@ constexpr int kRate = 48000, kBlock = 512;
 constexpr double kTempo = 120;
 
 StereoAudio testInput(size_t frames) {
-    StereoAudio audio;
-    audio.sampleRate = kRate;
+    StereoAudio audio{.sampleRate = kRate};
     uint32_t seed = 99;
     for (size_t i = 0; i < frames; ++i) {
         seed = seed * 1664525u + 1013904223u;
@@ -51,12 +46,10 @@ StereoAudio throughVst3(const std::string& preset, const StereoAudio& input) {
     const double samplesPerBeat = 60.0 / kTempo * kRate;
     for (size_t at = 0; at < out.left.size(); at += kBlock) {
         const int32 n = static_cast<int32>(std::min<size_t>(kBlock, out.left.size() - at));
-        ProcessContext context{};
-        context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid | ProcessContext::kProjectTimeMusicValid;
-        context.sampleRate = kRate;
-        context.projectTimeSamples = static_cast<TSamples>(at);
-        context.projectTimeMusic = static_cast<double>(at) / samplesPerBeat;
-        context.tempo = kTempo;
+        ProcessContext context{
+            .state = ProcessContext::kPlaying | ProcessContext::kTempoValid | ProcessContext::kProjectTimeMusicValid,
+            .sampleRate = kRate, .projectTimeSamples = static_cast<TSamples>(at),
+            .projectTimeMusic = static_cast<double>(at) / samplesPerBeat, .tempo = kTempo};
         instance.run(out.left.data() + at, out.right.data() + at, n, nullptr, &context);
     }
     out.left.erase(out.left.begin(), out.left.begin() + latency);

@@ -1,20 +1,14 @@
 // What the hosts' VST 3 conformance suite asks of a plug-in, asked the same way: parameter descriptions,
 // bypass persistence, bus arrangements, input buffers, silence flags, odd block sizes and sample rates,
 // and calls without audio. State round trips and lifecycle rounds: Vst3HostTest.
-#include <gtest/gtest.h>
 
 #include <bit>
-#include <cmath>
 #include <random>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "Vst3Instance.h"
 #include "support/Samples.h"
 
-using namespace Steinberg;
-using namespace Steinberg::Vst;
 using namespace TestHost;
 using TestSupport::allFinite;
 
@@ -31,19 +25,15 @@ std::string text(IEditController* controller, ParamID id, ParamValue value) {
 
 // A call with no audio at all, as hosts make to hand over parameter changes alone.
 tresult processWithoutAudio(Instance& plugin, IParameterChanges* changes, int32 samples = 0) {
-    ProcessData data{};
-    data.symbolicSampleSize = kSample32;
-    data.numSamples = samples;
-    data.inputParameterChanges = changes;
+    ProcessData data{.symbolicSampleSize = kSample32, .numSamples = samples, .inputParameterChanges = changes};
     return plugin.processor->process(data);
 }
 
 }  // namespace
 
-class Vst3Conformance : public ModuleTest {};
+class Vst3Conformance : public InstanceTest {};
 
 TEST_F(Vst3Conformance, ParameterDescriptionsAndStepsAgreeWithTheirTexts) {
-    Instance plugin(module);
     std::set<ParamID> ids;
     int bypasses = 0;
     for (int32 i = 0; i < plugin.controller->getParameterCount(); ++i) {
@@ -75,7 +65,6 @@ TEST_F(Vst3Conformance, ParameterDescriptionsAndStepsAgreeWithTheirTexts) {
 }
 
 TEST_F(Vst3Conformance, BypassSetInTheControllerPersistsThroughAPreset) {
-    Instance plugin(module);
     auto hostSetsBypass = [&](ParamValue value) {
         EXPECT_EQ(plugin.controller->setParamNormalized(kBypass, value), kResultOk);
         EXPECT_EQ(plugin.controller->getParamNormalized(kBypass), value);
@@ -119,28 +108,27 @@ TEST_F(Vst3Conformance, MonoAndStereoBusesOnlyAndTheirDescriptionFollows) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << std::hex << c.in << " -> " << c.out << " x" << c.inCount << c.outCount);
-        Instance plugin(module);
+        Instance fresh(module);
         SpeakerArrangement ins[2] = {c.in, c.in}, outs[1] = {c.out};
-        EXPECT_EQ(plugin.processor->setBusArrangements(ins, c.inCount, outs, c.outCount) == kResultTrue, c.accepted);
+        EXPECT_EQ(fresh.processor->setBusArrangements(ins, c.inCount, outs, c.outCount) == kResultTrue, c.accepted);
         for (BusDirection direction : {kInput, kOutput}) {
             SpeakerArrangement now = 0;
-            ASSERT_EQ(plugin.processor->getBusArrangement(direction, 0, now), kResultOk);
+            ASSERT_EQ(fresh.processor->getBusArrangement(direction, 0, now), kResultOk);
             const SpeakerArrangement asked = direction == kInput ? c.in : c.out;
             EXPECT_EQ(now, c.accepted ? asked : kStereo);
             BusInfo bus{};
-            ASSERT_EQ(plugin.component->getBusInfo(kAudio, direction, 0, bus), kResultOk);
+            ASSERT_EQ(fresh.component->getBusInfo(kAudio, direction, 0, bus), kResultOk);
             EXPECT_EQ(bus.channelCount, std::popcount(now));
             EXPECT_TRUE(bus.mediaType == kAudio && bus.direction == direction && bus.busType == kMain);
             EXPECT_EQ(bus.flags, static_cast<uint32>(BusInfo::kDefaultActive));
             for (int32 outside : {-1, 1})
-                EXPECT_NE(plugin.component->getBusInfo(kAudio, direction, outside, bus), kResultOk);
+                EXPECT_NE(fresh.component->getBusInfo(kAudio, direction, outside, bus), kResultOk);
         }
     }
 }
 
 // Separate buffers: the host's input is left alone, and silence flags mark only silent output channels.
 TEST_F(Vst3Conformance, InputBuffersAreLeftAloneAndSilenceFlagsMarkOnlySilentChannels) {
-    Instance plugin(module);
     for (uint64 inputFlags = 0; inputFlags < 4; ++inputFlags) {
         for (float level : {0.0f, 0.5f}) {
             std::vector<float> inL = sine(512, 440), inR = sine(512, 660), outL(512, 1.0f), outR(512, 1.0f);
@@ -166,15 +154,15 @@ TEST_F(Vst3Conformance, InputBuffersAreLeftAloneAndSilenceFlagsMarkOnlySilentCha
 
 TEST_F(Vst3Conformance, BlocksOfAnySizeUpToTheMaximum) {
     constexpr int32 kMax = 1024;
-    Instance plugin(module, 44100, kMax);
+    Instance large(module, 44100, kMax);
     std::mt19937 random(7);
     std::vector<int32> sizes = {0, 1, kMax, 2, kMax - 1, 87, 88, 89, 175, 176, 177};
     for (int i = 0; i < 200; ++i) sizes.push_back(std::uniform_int_distribution<int32>(1, kMax)(random));
     size_t position = 0;
     for (int32 n : sizes) {
         std::vector<float> l = sine(static_cast<size_t>(n), 440, position), r = l;
-        plugin.run(l.data(), r.data(), n);
-        ASSERT_EQ(plugin.lastResult, kResultOk) << n;
+        large.run(l.data(), r.data(), n);
+        ASSERT_EQ(large.lastResult, kResultOk) << n;
         ASSERT_TRUE(allFinite(l) && allFinite(r)) << n;
         position += static_cast<size_t>(n);
     }
@@ -191,21 +179,20 @@ TEST_F(Vst3Conformance, OddSampleRatesGiveFiniteOutput) {
         SCOPED_TRACE(rate);
         Instance fresh(module, rate, 512);
         ASSERT_EQ(switched.reconfigure(rate, 512), kResultOk);
-        for (Instance* plugin : {&fresh, &switched}) {
+        for (Instance* instance : {&fresh, &switched}) {
             int firstNonFinite = -1;
             for (int b = 0; b < 40; ++b) {
                 std::vector<float> l = sine(512, 440, static_cast<size_t>(b) * 512), r = l;
-                plugin->run(l.data(), r.data(), 512, b == 20 ? &busy : nullptr);
-                ASSERT_EQ(plugin->lastResult, kResultOk);
+                instance->run(l.data(), r.data(), 512, b == 20 ? &busy : nullptr);
+                ASSERT_EQ(instance->lastResult, kResultOk);
                 if (firstNonFinite < 0 && !(allFinite(l) && allFinite(r))) firstNonFinite = b;
             }
-            EXPECT_EQ(firstNonFinite, -1) << (plugin == &fresh ? "made at this rate" : "switched to this rate");
+            EXPECT_EQ(firstNonFinite, -1) << (instance == &fresh ? "made at this rate" : "switched to this rate");
         }
     }
 }
 
 TEST_F(Vst3Conformance, CallsWithoutBuffersStillDeliverParameterChanges) {
-    Instance plugin(module);
     Changes changes;
     EXPECT_EQ(processWithoutAudio(plugin, &changes.add(kLowPassFrequency, 0.3)), kResultOk);
     EXPECT_EQ(processWithoutAudio(plugin, nullptr, 64), kResultOk);

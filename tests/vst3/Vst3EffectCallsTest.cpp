@@ -1,23 +1,13 @@
-// How a host's process call reaches the effect, seen from outside the library. The exports give no
-// view of the effect's calls or of the tempo it is handed, and a hook just for tests would ship in
-// the product; so both are heard in the audio instead:
-// - The effect takes one control step per call, in which a moved low-pass cutoff glides one step
-//   toward its target. Two instances fed the same audio and automation sound the same exactly as
-//   long as their calls begin at the same samples; the first output sample that differs (one
-//   latency later) shows where the calls first parted. References are made of host calls of at
-//   most one chunk, which no chunking can cut further.
-// - The tempo sets the rate of the synced LFO, which moves the cutoff. Blocks without a process
-//   context are compared with blocks whose context names a tempo. The effect hands the LFO only a
-//   change of tempo, and the LFO's own starts at 120, so a context first sets it to 60.
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <vector>
+// How a host's process call reaches the effect, heard in the audio: the exports show neither the
+// effect's calls nor its tempo, and a hook for tests would ship in the product.
+// - A moved low-pass cutoff glides one step per effect call, so two instances sound the same exactly
+//   as long as their calls begin at the same samples; the first difference (one latency later) shows
+//   where the calls parted.
+// - The tempo sets the synced LFO's rate, which moves the cutoff. The effect hands the LFO only a
+//   change of tempo, and the LFO starts at 120, so a context first sets it to 60.
 
 #include "Vst3Instance.h"
 
-using namespace Steinberg;
-using namespace Steinberg::Vst;
 using namespace TestHost;
 
 namespace {
@@ -30,14 +20,11 @@ constexpr int32 kBlock = 512;
 // Runs `plugin` through host calls of the given sizes, one after the other on a continuous sine,
 // and returns the left output. `first` changes go with the first call. Blocks of `kBlock` before
 // and after are the same for every instance: warm-up and the latency's worth of tail.
-std::vector<float> render(Instance& plugin, std::initializer_list<int32> calls, IParameterChanges* first) {
-    size_t position = 0;
+std::vector<float> render(Instance& plugin, const std::vector<int32>& calls, IParameterChanges* first) {
     std::vector<float> output;
     auto call = [&](int32 n, IParameterChanges* changes) {
-        std::vector<float> left = sine(static_cast<size_t>(n), 3000, position), right = left;
-        plugin.run(left.data(), right.data(), n, changes);
+        const std::vector<float> left = plugin.runSine(n, 3000, output.size(), changes);
         EXPECT_EQ(plugin.lastResult, kResultOk);
-        position += static_cast<size_t>(n);
         output.insert(output.end(), left.begin(), left.end());
     };
     for (int b = 0; b < 20; ++b) call(kBlock, nullptr);
@@ -68,7 +55,7 @@ protected:
     }
 
     // Output of a fresh instance for one sequence of host calls, the cutoff moved at the first.
-    std::vector<float> cutoffMove(std::initializer_list<int32> calls) {
+    std::vector<float> cutoffMove(const std::vector<int32>& calls) {
         Instance plugin(module);
         Changes move;
         return render(plugin, calls, &move.add(kLowPassFrequency, 0.3));
@@ -80,13 +67,11 @@ protected:
         Instance plugin(module);
         Changes setup;
         setup.add(kLowPassFrequency, 0.5).add(kLowPassLfoStrength, 0.75);
-        ProcessContext sixty{};
-        sixty.state = ProcessContext::kTempoValid;
-        sixty.tempo = 60;
+        ProcessContext sixty{.state = ProcessContext::kTempoValid, .tempo = 60};
         std::vector<float> output;
-        for (int b = 0; b < 44; ++b) {
-            std::vector<float> left = sine(kBlock, 3000, static_cast<size_t>(b) * kBlock), right = left;
-            plugin.run(left.data(), right.data(), kBlock, b == 0 ? &setup : nullptr, b < 4 ? &sixty : context);
+        for (size_t b = 0; b < 44; ++b) {
+            const std::vector<float> left =
+                plugin.runSine(kBlock, 3000, b * kBlock, b == 0 ? &setup : nullptr, b < 4 ? &sixty : context);
             EXPECT_EQ(plugin.lastResult, kResultOk);
             if (b >= 4) output.insert(output.end(), left.begin(), left.end());
         }
@@ -94,30 +79,29 @@ protected:
     }
 };
 
-TEST_F(Vst3EffectCalls, ACutBetweenCallsIsHeardWhereItFalls) {
-    // Calls of at most one chunk are never cut further: a safe reference for the tests below.
-    const std::vector<float> one = cutoffMove({60}), two = cutoffMove({30, 30});
-    EXPECT_EQ(firstDifference(one, two), 30 + latency());
-}
-
-TEST_F(Vst3EffectCalls, HundredSamplesReachTheEffectAsOneCall) {
-    // 100 is less than two chunks: no cut at the chunk, nor before it.
-    const std::vector<float> whole = cutoffMove({100});
-    EXPECT_EQ(firstDifference(whole, cutoffMove({kChunk, 100 - kChunk})), kChunk + latency());
-    EXPECT_EQ(firstDifference(whole, cutoffMove({50, 50})), 50 + latency());
-}
-
-TEST_F(Vst3EffectCalls, HundredSeventySixSamplesReachTheEffectAsTwoCallsOfOneChunk) {
-    const std::vector<float> whole = cutoffMove({2 * kChunk});
-    EXPECT_EQ(firstDifference(whole, cutoffMove({kChunk, kChunk})), whole.size());
+TEST_F(Vst3EffectCalls, AHostCallIsCutOnlyAtChunksAndOnlyFromTwoChunksOn) {
+    constexpr size_t kSame = SIZE_MAX;
+    const struct {
+        std::vector<int32> whole, cut;
+        size_t differsAt;
+    } rows[] = {
+        {{60}, {30, 30}, 30},  // at most one chunk is never cut further: a safe reference for the rows below
+        {{100}, {kChunk, 100 - kChunk}, kChunk},  // less than two chunks: no cut at the chunk, nor before it
+        {{100}, {50, 50}, 50},
+        {{2 * kChunk}, {kChunk, kChunk}, kSame},
+    };
+    for (const auto& row : rows) {
+        const std::vector<float> whole = cutoffMove(row.whole);
+        EXPECT_EQ(firstDifference(whole, cutoffMove(row.cut)),
+                  row.differsAt == kSame ? whole.size() : row.differsAt + latency())
+            << row.whole[0] << " against " << row.cut[0];
+    }
 }
 
 TEST_F(Vst3EffectCalls, NoProcessContextGivesTheEffectTempoOne) {
     const std::vector<float> none = lfoSweep(nullptr);
     auto atTempo = [this](double tempo) {
-        ProcessContext context{};
-        context.state = ProcessContext::kTempoValid;
-        context.tempo = tempo;
+        ProcessContext context{.state = ProcessContext::kTempoValid, .tempo = tempo};
         return lfoSweep(&context);
     };
     EXPECT_EQ(firstDifference(none, atTempo(1.0)), none.size());

@@ -1,6 +1,5 @@
 // The small classes the VST 3 adapter is built on, checked on their own.
 #include <gtest/gtest.h>
-
 #include <cstring>
 #include <initializer_list>
 #include <string>
@@ -84,8 +83,7 @@ TEST(Vst3Helpers, ParametersClampReadNumbersAndStepThroughTheirEntries) {
     EXPECT_FALSE(gain.fromString(u"loud", value));
 
     StringListParameter bypass("Bypass", 0x4D427970, nullptr, ParameterInfo::kCanAutomate | ParameterInfo::kIsBypass);
-    bypass.appendString("Off");
-    bypass.appendString("On");
+    for (const char* entry : {"Off", "On"}) bypass.appendString(entry);
     EXPECT_EQ(bypass.getInfo().stepCount, 1);
     for (auto [normalized, plain] : {std::pair{0.0, 0.0}, {0.49, 0.0}, {0.5, 1.0}, {1.0, 1.0}})
         EXPECT_DOUBLE_EQ(bypass.toPlain(normalized), plain) << normalized;
@@ -152,9 +150,8 @@ PClassInfo2 describedClass(const FUID& id, const char* name) {
 }  // namespace
 
 TEST(Vst3Helpers, FactoryDescribesAndCreatesItsClasses) {
-    PFactoryInfo about{};
+    PFactoryInfo about{.flags = PFactoryInfo::kUnicode};
     StringConvert::copyField(about.vendor, sizeof about.vendor, "Maker");
-    about.flags = PFactoryInfo::kUnicode;
     CPluginFactory factory(about);
     Counted object;
     const FUID id(1, 2, 3, 4);

@@ -1,20 +1,10 @@
-#include <gtest/gtest.h>
-#include <dlfcn.h>
-
-#include <cmath>
-#include <cstring>
-#include <string>
-#include <vector>
-
 #include "Vst3Instance.h"
 #include "adapters/vst3/sdk/Vst3View.h"
 #include "support/AllocationCounter.h"
 
-using namespace Steinberg;
-using namespace Steinberg::Vst;
 using namespace TestHost;
 
-class Vst3Host : public ModuleTest {};
+class Vst3Host : public InstanceTest {};
 
 TEST_F(Vst3Host, FactoryDescribesTheClass) {
     PFactoryInfo factoryInfo{};
@@ -44,7 +34,6 @@ TEST_F(Vst3Host, FactoryDescribesTheClass) {
 }
 
 TEST_F(Vst3Host, InterfacesByIdentifier) {
-    Instance plugin(module);
     EXPECT_TRUE(plugin.processor && plugin.controller);
     for (const Uid* iid : {&IEditController2::iid, &IUnitInfo::iid, &IProgramListData::iid, &IMidiMapping::iid,
                            &IPluginBase::iid, &FUnknown::iid}) {
@@ -59,7 +48,6 @@ TEST_F(Vst3Host, InterfacesByIdentifier) {
 }
 
 TEST_F(Vst3Host, BusesParametersUnitsLatencyAndFixedAnswers) {
-    Instance plugin(module);
     EXPECT_EQ(plugin.component->getBusCount(kAudio, kInput), 1);
     EXPECT_EQ(plugin.component->getBusCount(kAudio, kOutput), 1);
     BusInfo bus{};
@@ -104,27 +92,20 @@ TEST_F(Vst3Host, ThreeQueuePointsMoveTheParameterOnceAtTheThirdOffset) {
     Instance automated(module), reference(module);
     const ParamID outputGain = static_cast<ParamID>(automated.findParameter("Output Gain"));
     // Warm both up so the output carries the steady sine.
-    for (int b = 0; b < 100; ++b) {
-        std::vector<float> l = sine(512, 1000, static_cast<size_t>(b) * 512), r = l;
-        std::vector<float> l2 = l, r2 = r;
-        automated.run(l.data(), r.data(), 512);
-        reference.run(l2.data(), r2.data(), 512);
-    }
+    for (Instance* instance : {&automated, &reference})
+        for (size_t b = 0; b < 100; ++b) instance->runSine(512, 1000, b * 512);
     Changes changes;
     int32 index = 0;
     IParamValueQueue* queue = changes.addParameterData(outputGain, index);
     for (auto [offset, value] : {std::pair{10, 0.2}, {50, 0.3}, {200, 0.0}}) queue->addPoint(offset, value, index);
-    std::vector<float> l = sine(512, 1000, 100 * 512), r = l;
-    std::vector<float> l2 = l, r2 = r;
-    automated.run(l.data(), r.data(), 512, &changes);
-    reference.run(l2.data(), r2.data(), 512);
+    const std::vector<float> l = automated.runSine(512, 1000, 100 * 512, &changes);
+    const std::vector<float> l2 = reference.runSine(512, 1000, 100 * 512);
     EXPECT_TRUE(std::equal(l.begin(), l.begin() + 200, l2.begin()));
     EXPECT_NE(l[200], l2[200]);
     EXPECT_DOUBLE_EQ(automated.controller->getParamNormalized(outputGain), 0.0);
 }
 
 TEST_F(Vst3Host, MonoInputReachesTheEffectOnBothChannels) {
-    Instance plugin(module);
     SpeakerArrangement mono = SpeakerArr::kMono, stereo = SpeakerArr::kStereo;
     EXPECT_EQ(plugin.processor->setBusArrangements(&mono, 1, &stereo, 1), kResultTrue);
     std::vector<float> l, r;
@@ -136,26 +117,23 @@ TEST_F(Vst3Host, MonoInputReachesTheEffectOnBothChannels) {
 }
 
 TEST_F(Vst3Host, ContextlessBlocksAndOversizedBlocks) {
-    Instance plugin(module, 44100, 256);
-    std::vector<float> l = sine(256, 440), r = l;
-    plugin.run(l.data(), r.data(), 256);
-    EXPECT_EQ(plugin.lastResult, kResultOk);
-    ProcessContext context{};
-    context.state = ProcessContext::kPlaying | ProcessContext::kTempoValid;
-    context.tempo = 0;  // a host at tempo 0 must not stop the LFO or crash
-    plugin.run(l.data(), r.data(), 256, nullptr, &context);
-    EXPECT_EQ(plugin.lastResult, kResultOk);
+    Instance small(module, 44100, 256);
+    // A host at tempo 0 must not stop the LFO or crash.
+    ProcessContext context{.state = ProcessContext::kPlaying | ProcessContext::kTempoValid, .tempo = 0};
+    for (ProcessContext* given : {static_cast<ProcessContext*>(nullptr), &context}) {
+        small.runSine(256, 440, 0, nullptr, given);
+        EXPECT_EQ(small.lastResult, kResultOk);
+    }
     std::vector<float> big(1024, 0.1f), bigR = big;
-    plugin.run(big.data(), bigR.data(), 1024);
-    EXPECT_EQ(plugin.lastResult, kResultFalse);
+    small.run(big.data(), bigR.data(), 1024);
+    EXPECT_EQ(small.lastResult, kResultFalse);
     EXPECT_EQ(big[0], 0.1f);  // nothing processed
 }
 
 TEST_F(Vst3Host, StateRoundTripsAndDamagedStatesAreRefused) {
     Instance source(module);
-    std::vector<float> l = sine(512, 440), r = l;
     Changes changes;
-    source.run(l.data(), r.data(), 512, &changes.add(1, 0.3).add(20, 0.7));
+    source.runSine(512, 440, 0, &changes.add(1, 0.3).add(20, 0.7));
     const std::vector<char> saved = source.state();
     ASSERT_EQ(source.lastResult, kResultOk);
     int32 size = 0;
@@ -171,7 +149,7 @@ TEST_F(Vst3Host, StateRoundTripsAndDamagedStatesAreRefused) {
     EXPECT_NEAR(target.controller->getParamNormalized(20), 0.7, 1e-6);
     EXPECT_EQ(target.state(), saved);
     Changes other;
-    for (int b = 0; b < 8; ++b) target.run(l.data(), r.data(), 512, b == 0 ? &other.add(1, 0.9) : nullptr);
+    for (int b = 0; b < 8; ++b) target.runSine(512, 440, 0, b == 0 ? &other.add(1, 0.9) : nullptr);
     ASSERT_NE(target.state(), saved);
     ASSERT_EQ(target.load(saved), kResultOk);
     EXPECT_EQ(target.state(), saved);
@@ -194,10 +172,8 @@ TEST_F(Vst3Host, StateRoundTripsAndDamagedStatesAreRefused) {
 }
 
 TEST_F(Vst3Host, LifecycleRoundsEndInANewEffect) {
-    Instance plugin(module);
     Changes changes;
-    std::vector<float> l = sine(512, 440), r = l;
-    plugin.run(l.data(), r.data(), 512, &changes.add(1, 0.3));
+    plugin.runSine(512, 440, 0, &changes.add(1, 0.3));
     EXPECT_NEAR(plugin.controller->getParamNormalized(1), 0.3, 1e-6);
     for (int round = 0; round < 3; ++round) {
         ASSERT_EQ(plugin.component->setActive(false), kResultOk);
@@ -212,13 +188,11 @@ TEST_F(Vst3Host, LifecycleRoundsEndInANewEffect) {
     EXPECT_EQ(plugin.controller->getParameterCount(), 49);
     EXPECT_NEAR(plugin.controller->getParamNormalized(1), 1.0, 1e-6);  // a fresh effect: LowPass wide open
     plugin.component->setActive(true);
-    plugin.run(l.data(), r.data(), 512);
+    EXPECT_TRUE(std::isfinite(plugin.runSine(512, 440)[511]));
     EXPECT_EQ(plugin.lastResult, kResultOk);
-    EXPECT_TRUE(std::isfinite(l[511]));
 }
 
 TEST_F(Vst3Host, ParameterTextsAndConversions) {
-    Instance plugin(module);
     String128 text{};
     ASSERT_EQ(plugin.controller->getParamStringByValue(0, 1.0, text), kResultOk);
     EXPECT_EQ(utf8(text), "+6.02 dB");
@@ -236,14 +210,9 @@ TEST_F(Vst3Host, ParameterTextsAndConversions) {
 }
 
 TEST_F(Vst3Host, ProcessAllocatesNothing) {
-    Instance plugin(module);
     Changes changes;
-    int32 index = 0;
-    changes.addParameterData(1, index)->addPoint(30, 0.4, index);
-    changes.addParameterData(0, index)->addPoint(300, 0.3, index);
-    ProcessContext context{};
-    context.state = ProcessContext::kPlaying;
-    context.tempo = 120;
+    changes.add(1, 0.4, 30).add(0, 0.3, 300);
+    ProcessContext context{.state = ProcessContext::kPlaying, .tempo = 120};
     std::vector<float> l = sine(512, 440), r = l;
     plugin.run(l.data(), r.data(), 512, nullptr, &context);
     // Calls without audio hand their changes over at once, from the same queue.
@@ -254,8 +223,7 @@ TEST_F(Vst3Host, ProcessAllocatesNothing) {
     for (int b = 0; b < 20; ++b) {
         context.projectTimeSamples += 512;
         plugin.run(l.data(), r.data(), 512, b % 2 ? &changes : nullptr, &context);
-        ProcessData none{};
-        none.inputParameterChanges = &alone[b % 2];
+        ProcessData none{.inputParameterChanges = &alone[b % 2]};
         plugin.processor->process(none);
     }
     EXPECT_EQ(scope.allocations(), 0u);
