@@ -119,6 +119,7 @@ struct X11Frame::Native {
     std::atomic<bool> needsPaint{true};
     bool painting = false;
     uint32_t lastPaint = 0;
+    X11SystemTimer::Schedule timerSchedule;  // this frame's timer periods
     std::atomic<int32_t> frameRate{25};
     std::atomic<bool> started{false};
     std::atomic<bool> closing{false};
@@ -417,7 +418,7 @@ void X11Frame::Native::threadMain(Window parentWindow, CRect rect) {
 
 int X11Frame::Native::waitMilliseconds() {
     const uint32_t now = getVintaTicks();
-    int wait = static_cast<int>(X11SystemTimer::instance().service(now));
+    int wait = static_cast<int>(X11SystemTimer::instance().service(now, timerSchedule, self.frame));
     if (needsPaint.load()) {
         const int interval = 1000 / std::max(1, frameRate.load());
         wait = std::min(wait, std::max(0, interval - static_cast<int>(now - lastPaint)));
@@ -432,7 +433,7 @@ void X11Frame::Native::pumpOnce() {
     serviceCompanions();
     if (!display) return;  // so did a dialog's answer
     const uint32_t now = getVintaTicks();
-    X11SystemTimer::instance().service(now);
+    X11SystemTimer::instance().service(now, timerSchedule, self.frame);
     if (!display) return;  // so did a timer
     if (self.frame) self.frame->idle();
     const uint32_t interval = 1000u / static_cast<uint32_t>(std::max(1, frameRate.load()));

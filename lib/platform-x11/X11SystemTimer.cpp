@@ -2,7 +2,6 @@
 
 #include <mutex>
 
-#include "lib/views/VintaClock.h"
 
 namespace Vinta::X11 {
 
@@ -29,20 +28,24 @@ void X11SystemTimer::removeUser() {
 
 void X11SystemTimer::start(uint32_t periodMilliseconds) {
     period = periodMilliseconds ? periodMilliseconds : 1;
-    nextDue = getVintaTicks() + period.load();
     running = true;
 }
 
 void X11SystemTimer::stop() { running = false; }
 
-uint32_t X11SystemTimer::service(uint32_t now) {
+uint32_t X11SystemTimer::service(uint32_t now, Schedule& schedule, const CFrame* frame) {
     if (!running.load()) return kStoppedWait;
-    uint32_t due = nextDue.load();
-    const auto wait = static_cast<int32_t>(due - now);
+    const uint32_t current = period.load();
+    if (schedule.period != current) {
+        schedule.period = current;
+        schedule.due = now + current;
+    }
+    const auto wait = static_cast<int32_t>(schedule.due - now);
     if (wait > 0) return static_cast<uint32_t>(wait);
-    // One frame wins the period; a late one schedules from now rather than catching up.
-    if (nextDue.compare_exchange_strong(due, now + period.load())) CTimerRegistry::instance().tick();
-    return period.load();
+    // A late frame schedules from now rather than catching up; one that finds the registry busy
+    // (another frame ticking) tries again at its next turn.
+    if (CTimerRegistry::instance().tick(frame)) schedule.due = now + current;
+    return current;
 }
 
 }  // namespace Vinta::X11

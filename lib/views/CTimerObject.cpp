@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lib/views/CView.h"
 #include "lib/views/VintaClock.h"
 
 namespace Vinta {
@@ -74,13 +75,17 @@ int32_t CTimerRegistry::getActiveCount() {
     return static_cast<int32_t>(count);
 }
 
-bool CTimerRegistry::tick() {
+bool CTimerRegistry::tick(const CFrame* frame) {
     if (!lock.tryEnter()) return false;
     std::erase_if(entries, [](const Entry& entry) { return entry.removed; });
     // Objects may add or remove timers from onTimer, so walk by index over the entries present now.
     const size_t count = entries.size();
     for (size_t index = 0; index < count; ++index) {
-        if (entries[index].removed || --entries[index].countdown > 0) continue;
+        if (entries[index].removed) continue;
+        const auto* view = dynamic_cast<const CView*>(entries[index].object);
+        const CFrame* owner = view ? view->getFrame() : nullptr;
+        if (frame && owner && owner != frame) continue;
+        if (--entries[index].countdown > 0) continue;
         entries[index].countdown = entries[index].reload;
         CTimerObject* object = entries[index].object;
         const uint32_t now = getVintaTicks();

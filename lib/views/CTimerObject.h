@@ -1,13 +1,16 @@
 #pragma once
 // Timers of the toolkit. All timer objects share one system timer, run at the shortest interval
 // asked for; each object is called every (its interval / that period) ticks with the
-// milliseconds since its last call.
+// milliseconds since its last call. A timer that is a view in a window runs on that window's
+// ticks, so that it never runs on another editor's thread.
 #include <cstdint>
 #include <vector>
 
 #include "CORE/threads/CCriticalSection.h"
 
 namespace Vinta {
+
+class CFrame;
 
 class CTimerObject {
 public:
@@ -39,8 +42,9 @@ public:
     void setSystemTimer(ISystemTimer* timer);
     bool add(CTimerObject* object, uint32_t intervalMilliseconds, bool callNow = false);
     void remove(CTimerObject* object);
-    // One period of the system timer. Skipped (false) when the registry is busy elsewhere.
-    bool tick();
+    // One period of the system timer: for `frame`'s views and the timers in no window, or without a
+    // frame for all. Skipped (false) when the registry is busy elsewhere.
+    bool tick(const CFrame* frame = nullptr);
 
     uint32_t getBasePeriod() const { return basePeriod; }
     bool isRunning() const { return running; }
