@@ -1,6 +1,7 @@
 #include "lib/views/CFrame.h"
 
 #include <atomic>
+#include <cmath>
 #include <cstring>
 
 #include "lib/drawing/CDrawContext.h"
@@ -155,10 +156,15 @@ bool CFrame::getSize(double& width, double& height) const {
 }
 
 bool CFrame::setSize(double width, double height) {
+    // The window takes window pixels and keeps its pixels per unit (the GUI scale).
+    CRect pixels;
+    double perUnit = 1.0;
+    if (platformFrame && platformFrame->getRect(pixels) && size.getWidth() > 0.0 && pixels.getWidth() > 0.0)
+        perUnit = pixels.getWidth() / size.getWidth();
     CRect rect = size;
     rect.setWidth(width).setHeight(height);
     setViewSize(rect, true);
-    if (platformFrame) platformFrame->setSize(width, height);
+    if (platformFrame) platformFrame->setSize(std::round(width * perUnit), std::round(height * perUnit));
     return true;
 }
 
