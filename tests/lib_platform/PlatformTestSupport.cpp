@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <set>
-#include <thread>
 
 #include "lib/controls/Vinta_AnimKnob.h"
 #include "lib/drawing/CBitmap.h"
@@ -15,15 +14,6 @@
 namespace PlatformTest {
 
 using namespace Vinta;
-
-std::vector<std::string>& recordedKeys() {
-    static std::vector<std::string> keys;
-    return keys;
-}
-std::vector<std::string>& recordedDrops() {
-    static std::vector<std::string> drops;
-    return drops;
-}
 
 // Takes the focus, records the keys it gets and the files dropped on it.
 class RecordingView : public CView {
@@ -35,12 +25,12 @@ public:
         setDirty(false);
     }
     int32_t onKeyDown(const VstKeyCode& key) override {
-        recordedKeys().push_back("down " + std::to_string(key.virt) + " " + std::to_string(key.modifier));
+        recordedKeys.push_back("down " + std::to_string(key.virt) + " " + std::to_string(key.modifier));
         return 1;
     }
     bool onDrop(CDragContainer* drag, const CPoint&) override {
         int32_t type = 0;
-        for (int32_t index = 0; index < drag->getCount(); ++index) recordedDrops().push_back(drag->getItem(index, type));
+        for (int32_t index = 0; index < drag->getCount(); ++index) recordedDrops.push_back(drag->getItem(index, type));
         return true;
     }
 };
@@ -56,8 +46,8 @@ void HostWindowTest::SetUp() {
     host = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 700, 0, 0, 0x202020);
     XMapWindow(display, host);
     XSync(display, False);
-    recordedKeys().clear();
-    recordedDrops().clear();
+    recordedKeys.clear();
+    recordedDrops.clear();
 }
 
 void HostWindowTest::TearDown() {
@@ -130,15 +120,6 @@ void HostWindowTest::key(unsigned long keysym, bool shift) {
 
 void HostWindowTest::type(const char* text) {
     for (; *text; ++text) key(static_cast<unsigned char>(*text));
-}
-
-bool HostWindowTest::waitFor(const std::function<bool()>& done, int milliseconds) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > until) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
 }
 
 int Shot::distinctColours() const {

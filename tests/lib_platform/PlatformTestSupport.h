@@ -1,17 +1,14 @@
 #pragma once
 // A host window in the test's own X connection, a small panel to open in it, and XTest input.
-// gtest first: Xlib defines None and Bool as macros.
 #include <gtest/gtest.h>
-#include <X11/Xlib.h>
 
-#include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "lib/platform-x11/X11Frame.h"
 #include "lib/views/CControl.h"
 #include "lib/views/CFrame.h"
+#include "lib_platform/X11TestTools.h"
 
 namespace PlatformTest {
 
@@ -25,8 +22,8 @@ struct Panel {
     Vinta::CView* recorder = nullptr;  // takes the focus, records keys and drops
 };
 
-std::vector<std::string>& recordedKeys();
-std::vector<std::string>& recordedDrops();
+// What the recorder got: keys as "down <virtual key> <modifiers>", and the dropped paths.
+inline std::vector<std::string> recordedKeys, recordedDrops;
 
 class HostWindowTest : public ::testing::Test {
 protected:
@@ -36,6 +33,14 @@ protected:
     // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder.
     Panel open(double scale, EventDriver driver, bool allowGL = true);
     void close(Panel& panel);
+    // The host's loop: pumps the panel until `done`; false after five seconds.
+    bool pumpUntil(const Panel& panel, const std::function<bool()>& done) {
+        return waitFor([&] {
+            panel.platform->pump();
+            return done();
+        });
+    }
+    bool hasFocus(const Panel& panel) { return inputFocus(display) == panel.platform->getWindow(); }
 
     // XTest input at window pixels of the panel's window.
     void moveTo(const Panel& panel, int x, int y);
@@ -45,8 +50,6 @@ protected:
     void doubleClick(const Panel& panel, int x, int y);
     void key(unsigned long keysym, bool shift = false);
     void type(const char* text);
-    // Polls until `done` or five seconds pass (a loaded machine paints slowly).
-    static bool waitFor(const std::function<bool()>& done, int milliseconds = 5000);
 
     Display* display = nullptr;
     Window host = 0;

@@ -4,9 +4,8 @@
 
 #include <dirent.h>
 
-#include <cmath>
 #include <atomic>
-#include <thread>
+#include <cmath>
 
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CDrawContext.h"
@@ -73,18 +72,13 @@ TEST_F(HostWindowTest, KeysReachTheFocusedView) {
     ASSERT_NE(panel.frame, nullptr);
     XSelectInput(display, host, KeyPressMask);
     click(panel, 140, 60);  // the click gives the editor the keyboard
-    ASSERT_TRUE(waitFor([&] {
-        Window focus = 0;
-        int revert = 0;
-        XGetInputFocus(display, &focus, &revert);
-        return focus == panel.platform->getWindow();
-    }));
+    ASSERT_TRUE(waitFor([&] { return hasFocus(panel); }));
     panel.frame->setFocusView(panel.recorder);
     key(XK_a);  // not in the virtual key table: the tree never sees it
     key(XK_Up);
     key(XK_Down, true);
-    ASSERT_TRUE(waitFor([] { return recordedKeys().size() >= 3; }));
-    EXPECT_EQ(recordedKeys(), (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
+    ASSERT_TRUE(waitFor([] { return recordedKeys.size() >= 3; }));
+    EXPECT_EQ(recordedKeys, (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
     // The key nobody in the editor took went on to the host's window.
     XEvent forwarded{};
     EXPECT_TRUE(waitFor([&] { return XCheckTypedWindowEvent(display, host, KeyPress, &forwarded); }));
