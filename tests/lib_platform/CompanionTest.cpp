@@ -36,11 +36,10 @@ struct EditCase {
     const char* expected;
 };
 
-class TextEditTest : public HostWindowTest, public ::testing::WithParamInterface<EditCase> {};
+class TextEditTest : public WithPanel<EventDriver::OwnThread, 150>,
+                     public ::testing::WithParamInterface<EditCase> {};
 
 TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
-    Panel panel = open(1.5, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
     Vinta_TextEdit* edit = addEdit(panel, CRect(20, 120, 200, 150));
     edit->setText("start");
     // The new layout reaches the editor ahead of the clicks that open the field.
@@ -62,16 +61,13 @@ TEST_P(TextEditTest, ReturnTakesTheTextAndEscapeGivesTheOldOneBack) {
     key(GetParam().endKey);
     ASSERT_TRUE(waitFor([&] { return !edit->isEditing(); }));
     EXPECT_STREQ(edit->getText(), GetParam().expected);
-    close(panel);
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, TextEditTest,
                          ::testing::Values(EditCase{"abc", 0, XK_Return, "abc"}, EditCase{"zz", 0, XK_Escape, "start"},
                                            EditCase{"ab", XK_udiaeresis, XK_Return, "ab\xc3\xbc"}));
 
-TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhereOrATabToTheNextField) {
-    Panel panel = open(1.0, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(OwnThreadPanel, TextEditTakesTheTextOnAClickElsewhereOrATabToTheNextField) {
     Vinta_TextEdit* edits[] = {addEdit(panel, CRect(20, 120, 200, 150)), addEdit(panel, CRect(20, 160, 200, 190))};
     doubleClick(panel, 100, 135);
     ASSERT_TRUE(waitFor([&] { return edits[0]->isEditing(); }));
@@ -83,12 +79,9 @@ TEST_F(HostWindowTest, TextEditTakesTheTextOnAClickElsewhereOrATabToTheNextField
     click(panel, 250, 20);
     ASSERT_TRUE(waitFor([&] { return !edits[1]->isEditing(); }));
     EXPECT_STREQ(edits[1]->getText(), "7");
-    close(panel);
 }
 
-TEST_F(HostWindowTest, OptionMenuNavigatesIntoASubMenuAndPicks) {
-    Panel panel = open(1.0, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(OwnThreadPanel, OptionMenuNavigatesIntoASubMenuAndPicks) {
     auto* menu = new COptionMenu(CRect(200, 20, 280, 40));
     auto* sub = new COptionMenu(CRect(0, 0, 10, 10));
     sub->addEntry("Sub A");
@@ -107,12 +100,9 @@ TEST_F(HostWindowTest, OptionMenuNavigatesIntoASubMenuAndPicks) {
     key(XK_Return);
     ASSERT_TRUE(waitFor([&] { return popups(display).empty(); }));
     EXPECT_TRUE(waitFor([&] { return sub->getCurrent() == 1; }));
-    close(panel);
 }
 
-TEST_F(HostWindowTest, OptionMenuTallerThanTheScreenScrollsToTheRowTheKeysReach) {
-    Panel panel = open(1.0, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(OwnThreadPanel, OptionMenuTallerThanTheScreenScrollsToTheRowTheKeysReach) {
     auto* menu = new COptionMenu(CRect(200, 20, 280, 40));
     for (int row = 0; row < 80; ++row) menu->addEntry(("Row " + std::to_string(row)).c_str());
     panel.frame->addView(menu);
@@ -131,7 +121,6 @@ TEST_F(HostWindowTest, OptionMenuTallerThanTheScreenScrollsToTheRowTheKeysReach)
     key(XK_Return);
     ASSERT_TRUE(waitFor([&] { return popups(display).empty(); }));
     EXPECT_TRUE(waitFor([&] { return menu->getCurrent() == 79; }));
-    close(panel);
 }
 
 TEST_F(HostWindowTest, AnOpenMenuLeavesTheHostsLoopFreeAndGoesWithTheEditor) {
@@ -167,18 +156,15 @@ TEST_F(HostWindowTest, AnOpenMenuLeavesTheHostsLoopFreeAndGoesWithTheEditor) {
     }
 }
 
-TEST_F(HostWindowTest, FilesDroppedFromAnotherClientReachTheViewUnderThePointer) {
-    Panel panel = open(1.0, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(OwnThreadPanel, FilesDroppedFromAnotherClientReachTheViewUnderThePointer) {
     double left = 0.0, top = 0.0;
     panel.platform->getScreenPosition(left, top);
     EXPECT_TRUE(dropFiles(display, panel.platform->getWindow(), static_cast<int>(left) + 140,
                           static_cast<int>(top) + 60, "file:///tmp/a%20b.wav\r\nfile://localhost/tmp/c.fxp\r\n"));
     EXPECT_EQ(recordedDrops, (std::vector<std::string>{"/tmp/a b.wav", "/tmp/c.fxp"}));
-    close(panel);
 }
 
-struct ChooserTest : HostWindowTest {
+struct ChooserTest : HostIdlePanel {
     ChooserStub stub;
 };
 
@@ -193,8 +179,6 @@ class FileChooserTest : public ChooserTest, public ::testing::WithParamInterface
 
 TEST_P(FileChooserTest, ReturnsAtOnceAndTheAnswerArrivesThroughTheHostsLoop) {
     const ChooserCase& c = GetParam();
-    Panel panel = open(1.0, EventDriver::HostIdle);
-    ASSERT_NE(panel.frame, nullptr);
     const auto before = signal(SIGCHLD, c.reapedBySystem ? SIG_IGN : SIG_DFL);
     std::vector<std::string> paths;
     int calls = 0;
@@ -249,8 +233,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(ChooserTest, WithoutAChooserProgramAPathFieldInTheEditorTakesTheAnswer) {
     setenv("PATH", "/nonexistent", 1);
-    Panel panel = open(1.0, EventDriver::HostIdle);
-    ASSERT_NE(panel.frame, nullptr);
     std::vector<std::string> paths{"untouched"};
     CFileSelector selector(panel.frame);
     selector.setInitialPath("/tmp/");
@@ -264,7 +246,6 @@ TEST_F(ChooserTest, WithoutAChooserProgramAPathFieldInTheEditorTakesTheAnswer) {
     key(XK_Return);
     EXPECT_TRUE(pumpUntil(panel, [&] { return paths.size() != 1 || paths[0] != "untouched"; }));
     EXPECT_EQ(paths, std::vector<std::string>{"/tmp/p"});
-    close(panel);
 }
 
 struct MessageCase {
@@ -272,11 +253,10 @@ struct MessageCase {
     int32_t expected;
 };
 
-class MessageBoxTest : public HostWindowTest, public ::testing::WithParamInterface<MessageCase> {};
+class MessageBoxTest : public WithPanel<EventDriver::HostIdle, 150>,
+                       public ::testing::WithParamInterface<MessageCase> {};
 
 TEST_P(MessageBoxTest, TheModalLayerAnswersTheChosenButton) {
-    Panel panel = open(1.5, EventDriver::HostIdle);
-    ASSERT_NE(panel.frame, nullptr);
     int32_t chosen = -2;
     ASSERT_TRUE(CMessageBox::show(panel.frame, "Error", "Error: Cannot create GL context", {"OK", "Cancel"},
                                   [&](int32_t button) { chosen = button; }));
@@ -291,7 +271,6 @@ TEST_P(MessageBoxTest, TheModalLayerAnswersTheChosenButton) {
     EXPECT_TRUE(pumpUntil(panel, [&] { return chosen != -2; }));
     EXPECT_EQ(chosen, GetParam().expected);
     EXPECT_EQ(panel.frame->getModalView(), nullptr);
-    close(panel);
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, MessageBoxTest,

@@ -55,6 +55,25 @@ protected:
     Window host = 0;
 };
 
+// A panel open from the start at `percent` scale; closed at the end unless the test closed it.
+template <EventDriver driver, int percent = 100>
+class WithPanel : public HostWindowTest {
+protected:
+    void SetUp() override {
+        HostWindowTest::SetUp();
+        if (IsSkipped()) return;
+        panel = open(percent / 100.0, driver);
+        ASSERT_NE(panel.frame, nullptr);
+    }
+    void TearDown() override {
+        if (panel.frame) close(panel);
+        HostWindowTest::TearDown();
+    }
+    Panel panel;
+};
+using OwnThreadPanel = WithPanel<EventDriver::OwnThread>;
+using HostIdlePanel = WithPanel<EventDriver::HostIdle>;
+
 // Window pixels of a screenshot, RGBA.
 struct Shot {
     uint32_t width = 0, height = 0;

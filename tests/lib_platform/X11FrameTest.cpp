@@ -55,21 +55,18 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
     }
 }
 
+using LargePanel = WithPanel<EventDriver::OwnThread, 150>;
+
 // (A drag through XTest is among the editor doors' tests.)
-TEST_F(HostWindowTest, TurningTheWheelOverTheKnobChangesItsValue) {
-    Panel panel = open(1.5, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(LargePanel, TurningTheWheelOverTheKnobChangesItsValue) {
     const float before = panel.knob->getValue();
     moveTo(panel, 60, 60);
     for (unsigned int wheel : {4u, 4u, 4u}) click(panel, 60, 60, wheel);  // three steps up
     EXPECT_TRUE(waitFor([&] { return std::abs(panel.knob->getValue() - (before + 0.3f)) < 0.01f; }))
         << panel.knob->getValue();
-    close(panel);
 }
 
-TEST_F(HostWindowTest, KeysReachTheFocusedView) {
-    Panel panel = open(1.0, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(OwnThreadPanel, KeysReachTheFocusedView) {
     XSelectInput(display, host, KeyPressMask);
     click(panel, 140, 60);  // the click gives the editor the keyboard
     ASSERT_TRUE(waitFor([&] { return hasFocus(panel); }));
@@ -83,7 +80,6 @@ TEST_F(HostWindowTest, KeysReachTheFocusedView) {
     XEvent forwarded{};
     EXPECT_TRUE(waitFor([&] { return XCheckTypedWindowEvent(display, host, KeyPress, &forwarded); }));
     EXPECT_EQ(XLookupKeysym(&forwarded.xkey, 0), static_cast<KeySym>(XK_a));
-    close(panel);
 }
 
 TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndPaintOnlyOnAChange) {
