@@ -21,9 +21,6 @@ using namespace PlatformTest;
 using EditorHost::InputStep;
 using Kind = InputStep::Kind;
 
-// The test's queries race with menus the editor takes down.
-int ignoreRacingWindows(Display*, XErrorEvent*) { return 0; }
-
 struct OnScreen : PresetFolder {
     std::unique_ptr<EditorHost::EditorDoor> door;
     std::unique_ptr<EditorHost::HostWindow> window;

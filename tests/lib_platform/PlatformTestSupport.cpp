@@ -35,9 +35,6 @@ public:
     }
 };
 
-// The test's own queries may race with windows the editor takes down (a menu closing).
-int ignoreRacingWindows(Display*, XErrorEvent*) { return 0; }
-
 void HostWindowTest::SetUp() {
     // One connection for the whole run: Xvfb refuses clients for a while after its last one leaves.
     static Display* shared = (XSetErrorHandler(ignoreRacingWindows), XOpenDisplay(nullptr));
@@ -80,11 +77,6 @@ Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
     return panel;
 }
 
-void HostWindowTest::close(Panel& panel) {
-    X11::X11Frame::closeFrame(panel.frame);
-    panel = {};
-}
-
 void HostWindowTest::moveTo(const Panel& panel, int x, int y) {
     double left = 0.0, top = 0.0;
     panel.platform->getScreenPosition(left, top);
@@ -97,17 +89,6 @@ void HostWindowTest::button(unsigned int number, bool down) {
     XSync(display, False);
 }
 
-void HostWindowTest::click(const Panel& panel, int x, int y, unsigned int number) {
-    moveTo(panel, x, y);
-    button(number, true);
-    button(number, false);
-}
-
-void HostWindowTest::doubleClick(const Panel& panel, int x, int y) {
-    moveTo(panel, x, y);
-    for (bool down : {true, false, true, false}) button(1, down);
-}
-
 void HostWindowTest::key(unsigned long keysym, bool shift) {
     const KeyCode shiftCode = XKeysymToKeycode(display, 0xffe1);
     const KeyCode code = XKeysymToKeycode(display, keysym);
@@ -116,10 +97,6 @@ void HostWindowTest::key(unsigned long keysym, bool shift) {
     XTestFakeKeyEvent(display, code, False, CurrentTime);
     if (shift) XTestFakeKeyEvent(display, shiftCode, False, CurrentTime);
     XSync(display, False);
-}
-
-void HostWindowTest::type(const char* text) {
-    for (; *text; ++text) key(static_cast<unsigned char>(*text));
 }
 
 int Shot::distinctColours() const {

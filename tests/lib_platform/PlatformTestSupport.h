@@ -32,7 +32,10 @@ protected:
 
     // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder.
     Panel open(double scale, EventDriver driver, bool allowGL = true);
-    void close(Panel& panel);
+    void close(Panel& panel) {
+        Vinta::X11::X11Frame::closeFrame(panel.frame);
+        panel = {};
+    }
     // The host's loop: pumps the panel until `done`; false after five seconds.
     bool pumpUntil(const Panel& panel, const std::function<bool()>& done) {
         return waitFor([&] {
@@ -45,11 +48,19 @@ protected:
     // XTest input at window pixels of the panel's window.
     void moveTo(const Panel& panel, int x, int y);
     void button(unsigned int number, bool down);
-    void click(const Panel& panel, int x, int y, unsigned int number = 1);
-    // Both clicks go out together: a busy editor thread cannot stretch them apart.
-    void doubleClick(const Panel& panel, int x, int y);
+    // Both clicks of a double click go out together: a busy editor thread cannot stretch them apart.
+    void click(const Panel& panel, int x, int y, unsigned int number = 1, bool twice = false) {
+        moveTo(panel, x, y);
+        for (int press = twice ? 2 : 1; press > 0; --press) {
+            button(number, true);
+            button(number, false);
+        }
+    }
+    void doubleClick(const Panel& panel, int x, int y) { click(panel, x, y, 1, true); }
     void key(unsigned long keysym, bool shift = false);
-    void type(const char* text);
+    void type(const char* text) {
+        for (; *text; ++text) key(static_cast<unsigned char>(*text));
+    }
 
     Display* display = nullptr;
     Window host = 0;
@@ -78,6 +89,7 @@ using HostIdlePanel = WithPanel<EventDriver::HostIdle>;
 struct Shot {
     uint32_t width = 0, height = 0;
     std::vector<uint8_t> pixels;
+    const uint8_t* at(uint32_t x, uint32_t y) const { return &pixels[(y * width + x) * 4]; }
     int distinctColours() const;
     double meanDifference(const Shot& other) const;
 };

@@ -46,9 +46,9 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
             const Shot& shot = shots[gl] = takeShot(*panel.platform);
             ASSERT_EQ(shot.width, width);
             EXPECT_GT(shot.distinctColours(), 2);
-            const size_t at = (static_cast<size_t>(180 * scale) * shot.width + static_cast<size_t>(250 * scale)) * 4;
-            EXPECT_NEAR(shot.pixels[at], 30, 3);
-            EXPECT_NEAR(shot.pixels[at + 2], 120, 3);
+            const uint8_t* background = shot.at(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
+            EXPECT_NEAR(background[0], 30, 3);
+            EXPECT_NEAR(background[2], 120, 3);
             close(panel);
         }
         EXPECT_LT(shots[0].meanDifference(shots[1]), 6.0) << scale;
@@ -167,10 +167,7 @@ TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
     const Shot shot = takeShot(*panel.platform);
     int reddish = 0;  // the message's text over the panel's top edge
     for (uint32_t y = 4; y < 22; ++y)
-        for (uint32_t x = 4; x < 200; ++x) {
-            const uint8_t* pixel = &shot.pixels[(y * shot.width + x) * 4];
-            reddish += pixel[0] > 150 && pixel[1] < 120;
-        }
+        for (uint32_t x = 4; x < 200; ++x) reddish += shot.at(x, y)[0] > 150 && shot.at(x, y)[1] < 120;
     EXPECT_GT(reddish, 20);
     close(panel);
 }
