@@ -80,13 +80,12 @@ struct OnScreen : PresetFolder {
     // Drops `file` at host-window point (x, y) as a file manager does; true when the editor took it.
     bool dropFile(const fs::path& file, int x, int y) {
         Display* display = XOpenDisplay(nullptr);
-        Window root = 0, parent = 0, *children = nullptr, target = 0;
-        unsigned int count = 0;
-        XQueryTree(display, window->getWindow(), &root, &parent, &children, &count);
-        if (count > 0) target = children[0];  // the editor's window
-        if (children) XFree(children);
-        XTranslateCoordinates(display, window->getWindow(), DefaultRootWindow(display), x, y, &x, &y, &root);
-        const bool taken = dropFiles(display, target, x, y, "file://" + file.string() + "\r\n",
+        const Window host = window->getWindow();
+        Window editor = 0, child = 0;  // the editor's window is the host's child under the point
+        int rootX = 0, rootY = 0;
+        XTranslateCoordinates(display, host, host, x, y, &rootX, &rootY, &editor);
+        XTranslateCoordinates(display, host, DefaultRootWindow(display), x, y, &rootX, &rootY, &child);
+        const bool taken = dropFiles(display, editor, rootX, rootY, "file://" + file.string() + "\r\n",
                                      [&] { window->run(*door, 10); });
         XCloseDisplay(display);
         return taken;
