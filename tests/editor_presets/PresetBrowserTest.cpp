@@ -9,7 +9,8 @@ TEST_F(PresetFolder, BrowserMenuRowsSubMenusAndChoosing) {
     saveWithCutoff((folder / "Bass/Deep").string(), 0.2f);
     saveWithCutoff("Top", 0.7f);
     effect.setPresetFolder(folder.string());
-    auto* browser = new ZonfraPresets::CPresetBrowser(Vinta::CRect(0, 0, 40, 20), &effect, nullptr, nullptr, nullptr, 0, 4, nullptr);
+    auto* browser = new ZonfraPresets::CPresetBrowser(Vinta::CRect(0, 0, 40, 20), &effect, nullptr, nullptr, nullptr,
+                                                      0, 4, nullptr);
 
     Vinta::COptionMenu* menu = browser->buildMenu();
     const char* rows[] = {"Save Preset", "Save Preset as..", "", "Delete Preset", "Rename Preset", "",

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <set>
-#include <thread>
 
 #include "lib/controls/Vinta_AnimKnob.h"
 #include "lib/drawing/CBitmap.h"
@@ -15,15 +14,6 @@
 namespace PlatformTest {
 
 using namespace Vinta;
-
-std::vector<std::string>& recordedKeys() {
-    static std::vector<std::string> keys;
-    return keys;
-}
-std::vector<std::string>& recordedDrops() {
-    static std::vector<std::string> drops;
-    return drops;
-}
 
 // Takes the focus, records the keys it gets and the files dropped on it.
 class RecordingView : public CView {
@@ -35,18 +25,15 @@ public:
         setDirty(false);
     }
     int32_t onKeyDown(const VstKeyCode& key) override {
-        recordedKeys().push_back("down " + std::to_string(key.virt) + " " + std::to_string(key.modifier));
+        recordedKeys.push_back("down " + std::to_string(key.virt) + " " + std::to_string(key.modifier));
         return 1;
     }
     bool onDrop(CDragContainer* drag, const CPoint&) override {
         int32_t type = 0;
-        for (int32_t index = 0; index < drag->getCount(); ++index) recordedDrops().push_back(drag->getItem(index, type));
+        for (int32_t index = 0; index < drag->getCount(); ++index) recordedDrops.push_back(drag->getItem(index, type));
         return true;
     }
 };
-
-// The test's own queries may race with windows the editor takes down (a menu closing).
-int ignoreRacingWindows(Display*, XErrorEvent*) { return 0; }
 
 void HostWindowTest::SetUp() {
     // One connection for the whole run: Xvfb refuses clients for a while after its last one leaves.
@@ -56,8 +43,8 @@ void HostWindowTest::SetUp() {
     host = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 700, 0, 0, 0x202020);
     XMapWindow(display, host);
     XSync(display, False);
-    recordedKeys().clear();
-    recordedDrops().clear();
+    recordedKeys.clear();
+    recordedDrops.clear();
 }
 
 void HostWindowTest::TearDown() {
@@ -90,11 +77,6 @@ Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
     return panel;
 }
 
-void HostWindowTest::close(Panel& panel) {
-    X11::X11Frame::closeFrame(panel.frame);
-    panel = {};
-}
-
 void HostWindowTest::moveTo(const Panel& panel, int x, int y) {
     double left = 0.0, top = 0.0;
     panel.platform->getScreenPosition(left, top);
@@ -107,17 +89,6 @@ void HostWindowTest::button(unsigned int number, bool down) {
     XSync(display, False);
 }
 
-void HostWindowTest::click(const Panel& panel, int x, int y, unsigned int number) {
-    moveTo(panel, x, y);
-    button(number, true);
-    button(number, false);
-}
-
-void HostWindowTest::doubleClick(const Panel& panel, int x, int y) {
-    moveTo(panel, x, y);
-    for (bool down : {true, false, true, false}) button(1, down);
-}
-
 void HostWindowTest::key(unsigned long keysym, bool shift) {
     const KeyCode shiftCode = XKeysymToKeycode(display, 0xffe1);
     const KeyCode code = XKeysymToKeycode(display, keysym);
@@ -126,19 +97,6 @@ void HostWindowTest::key(unsigned long keysym, bool shift) {
     XTestFakeKeyEvent(display, code, False, CurrentTime);
     if (shift) XTestFakeKeyEvent(display, shiftCode, False, CurrentTime);
     XSync(display, False);
-}
-
-void HostWindowTest::type(const char* text) {
-    for (; *text; ++text) key(static_cast<unsigned char>(*text));
-}
-
-bool HostWindowTest::waitFor(const std::function<bool()>& done, int milliseconds) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > until) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
 }
 
 int Shot::distinctColours() const {

@@ -1,17 +1,14 @@
 #pragma once
 // A host window in the test's own X connection, a small panel to open in it, and XTest input.
-// gtest first: Xlib defines None and Bool as macros.
 #include <gtest/gtest.h>
-#include <X11/Xlib.h>
 
-#include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "lib/platform-x11/X11Frame.h"
 #include "lib/views/CControl.h"
 #include "lib/views/CFrame.h"
+#include "lib_platform/X11TestTools.h"
 
 namespace PlatformTest {
 
@@ -25,8 +22,8 @@ struct Panel {
     Vinta::CView* recorder = nullptr;  // takes the focus, records keys and drops
 };
 
-std::vector<std::string>& recordedKeys();
-std::vector<std::string>& recordedDrops();
+// What the recorder got: keys as "down <virtual key> <modifiers>", and the dropped paths.
+inline std::vector<std::string> recordedKeys, recordedDrops;
 
 class HostWindowTest : public ::testing::Test {
 protected:
@@ -35,27 +32,64 @@ protected:
 
     // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder.
     Panel open(double scale, EventDriver driver, bool allowGL = true);
-    void close(Panel& panel);
+    void close(Panel& panel) {
+        Vinta::X11::X11Frame::closeFrame(panel.frame);
+        panel = {};
+    }
+    // The host's loop: pumps the panel until `done`; false after five seconds.
+    bool pumpUntil(const Panel& panel, const std::function<bool()>& done) {
+        return waitFor([&] {
+            panel.platform->pump();
+            return done();
+        });
+    }
+    bool hasFocus(const Panel& panel) { return inputFocus(display) == panel.platform->getWindow(); }
 
     // XTest input at window pixels of the panel's window.
     void moveTo(const Panel& panel, int x, int y);
     void button(unsigned int number, bool down);
-    void click(const Panel& panel, int x, int y, unsigned int number = 1);
-    // Both clicks go out together: a busy editor thread cannot stretch them apart.
-    void doubleClick(const Panel& panel, int x, int y);
+    // Both clicks of a double click go out together: a busy editor thread cannot stretch them apart.
+    void click(const Panel& panel, int x, int y, unsigned int number = 1, bool twice = false) {
+        moveTo(panel, x, y);
+        for (int press = twice ? 2 : 1; press > 0; --press) {
+            button(number, true);
+            button(number, false);
+        }
+    }
+    void doubleClick(const Panel& panel, int x, int y) { click(panel, x, y, 1, true); }
     void key(unsigned long keysym, bool shift = false);
-    void type(const char* text);
-    // Polls until `done` or five seconds pass (a loaded machine paints slowly).
-    static bool waitFor(const std::function<bool()>& done, int milliseconds = 5000);
+    void type(const char* text) {
+        for (; *text; ++text) key(static_cast<unsigned char>(*text));
+    }
 
     Display* display = nullptr;
     Window host = 0;
 };
 
+// A panel open from the start at `percent` scale; closed at the end unless the test closed it.
+template <EventDriver driver, int percent = 100>
+class WithPanel : public HostWindowTest {
+protected:
+    void SetUp() override {
+        HostWindowTest::SetUp();
+        if (IsSkipped()) return;
+        panel = open(percent / 100.0, driver);
+        ASSERT_NE(panel.frame, nullptr);
+    }
+    void TearDown() override {
+        if (panel.frame) close(panel);
+        HostWindowTest::TearDown();
+    }
+    Panel panel;
+};
+using OwnThreadPanel = WithPanel<EventDriver::OwnThread>;
+using HostIdlePanel = WithPanel<EventDriver::HostIdle>;
+
 // Window pixels of a screenshot, RGBA.
 struct Shot {
     uint32_t width = 0, height = 0;
     std::vector<uint8_t> pixels;
+    const uint8_t* at(uint32_t x, uint32_t y) const { return &pixels[(y * width + x) * 4]; }
     int distinctColours() const;
     double meanDifference(const Shot& other) const;
 };

@@ -26,9 +26,7 @@ public:
     std::vector<float> drawn;
 };
 
-TEST_F(HostWindowTest, AValueSetWhileItsControlDrawsIsDrawnNextTime) {
-    Panel panel = open(1.0, EventDriver::HostIdle);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(HostIdlePanel, AValueSetWhileItsControlDrawsIsDrawnNextTime) {
     auto* control = new RacedControl(CRect(200, 120, 240, 160));
     panel.frame->addView(control);
     EXPECT_TRUE(waitFor([&] {
@@ -37,7 +35,6 @@ TEST_F(HostWindowTest, AValueSetWhileItsControlDrawsIsDrawnNextTime) {
     }, 1000));
     ASSERT_FALSE(control->drawn.empty());
     EXPECT_EQ(control->drawn.back(), 0.9f);
-    close(panel);
 }
 
 // Draws its 64-pixel bitmap into a 16-unit square: the GPU samples the bitmap's smaller copies.
@@ -51,9 +48,7 @@ public:
     CBitmap* bitmap;
 };
 
-TEST_F(HostWindowTest, ChangedBitmapPixelsShowWhenTheBitmapIsDrawnSmaller) {
-    Panel panel = open(1.0, EventDriver::HostIdle);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(HostIdlePanel, ChangedBitmapPixelsShowWhenTheBitmapIsDrawnSmaller) {
     if (!panel.platform->isGL()) GTEST_SKIP() << "no GL here";
     auto* image = new CBitmap(64.0, 64.0);
     const auto fill = [&](CColor colour) {

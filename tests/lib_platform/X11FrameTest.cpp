@@ -2,16 +2,12 @@
 
 #include <X11/keysym.h>
 
-#include <dirent.h>
-
-#include <cmath>
 #include <atomic>
-#include <thread>
+#include <cmath>
 
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CDrawContext.h"
 #include "lib/platform-x11/X11ErrorTrap.h"
-#include "lib/views/CControl.h"
 #include "lib/views/CTimerObject.h"
 
 namespace PlatformTest {
@@ -20,12 +16,7 @@ namespace {
 using namespace Vinta;
 
 int countEntries(const char* folder) {
-    int count = 0;
-    if (DIR* dir = opendir(folder)) {
-        while (readdir(dir)) ++count;
-        closedir(dir);
-    }
-    return count;
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
 
 // Each scale with GL and with the software frame: the window's size, the panel painted with its
@@ -38,58 +29,47 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
             Panel panel = open(scale, EventDriver::OwnThread, gl);
             ASSERT_NE(panel.frame, nullptr);
             EXPECT_EQ(panel.platform->isGL(), gl) << panel.platform->getGLError();
-            Window root = 0;
-            int x = 0, y = 0;
-            unsigned int width = 0, height = 0, border = 0, depth = 0;
-            XGetGeometry(display, panel.platform->getWindow(), &root, &x, &y, &width, &height, &border, &depth);
-            EXPECT_EQ(width, static_cast<unsigned>(300 * scale));
-            EXPECT_EQ(height, static_cast<unsigned>(200 * scale));
+            XWindowAttributes shape{};
+            XGetWindowAttributes(display, panel.platform->getWindow(), &shape);
+            EXPECT_EQ(shape.width, static_cast<int>(300 * scale));
+            EXPECT_EQ(shape.height, static_cast<int>(200 * scale));
             const Shot& shot = shots[gl] = takeShot(*panel.platform);
-            ASSERT_EQ(shot.width, width);
+            ASSERT_EQ(shot.width, static_cast<uint32_t>(shape.width));
             EXPECT_GT(shot.distinctColours(), 2);
-            const size_t at = (static_cast<size_t>(180 * scale) * shot.width + static_cast<size_t>(250 * scale)) * 4;
-            EXPECT_NEAR(shot.pixels[at], 30, 3);
-            EXPECT_NEAR(shot.pixels[at + 2], 120, 3);
+            const uint8_t* background = shot.at(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
+            EXPECT_NEAR(background[0], 30, 3);
+            EXPECT_NEAR(background[2], 120, 3);
             close(panel);
         }
         EXPECT_LT(shots[0].meanDifference(shots[1]), 6.0) << scale;
     }
 }
 
+using LargePanel = WithPanel<EventDriver::OwnThread, 150>;
+
 // (A drag through XTest is among the editor doors' tests.)
-TEST_F(HostWindowTest, TurningTheWheelOverTheKnobChangesItsValue) {
-    Panel panel = open(1.5, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(LargePanel, TurningTheWheelOverTheKnobChangesItsValue) {
     const float before = panel.knob->getValue();
     moveTo(panel, 60, 60);
     for (unsigned int wheel : {4u, 4u, 4u}) click(panel, 60, 60, wheel);  // three steps up
     EXPECT_TRUE(waitFor([&] { return std::abs(panel.knob->getValue() - (before + 0.3f)) < 0.01f; }))
         << panel.knob->getValue();
-    close(panel);
 }
 
-TEST_F(HostWindowTest, KeysReachTheFocusedView) {
-    Panel panel = open(1.0, EventDriver::OwnThread);
-    ASSERT_NE(panel.frame, nullptr);
+TEST_F(OwnThreadPanel, KeysReachTheFocusedView) {
     XSelectInput(display, host, KeyPressMask);
     click(panel, 140, 60);  // the click gives the editor the keyboard
-    ASSERT_TRUE(waitFor([&] {
-        Window focus = 0;
-        int revert = 0;
-        XGetInputFocus(display, &focus, &revert);
-        return focus == panel.platform->getWindow();
-    }));
+    ASSERT_TRUE(waitFor([&] { return hasFocus(panel); }));
     panel.frame->setFocusView(panel.recorder);
     key(XK_a);  // not in the virtual key table: the tree never sees it
     key(XK_Up);
     key(XK_Down, true);
-    ASSERT_TRUE(waitFor([] { return recordedKeys().size() >= 3; }));
-    EXPECT_EQ(recordedKeys(), (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
+    ASSERT_TRUE(waitFor([] { return recordedKeys.size() >= 3; }));
+    EXPECT_EQ(recordedKeys, (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
     // The key nobody in the editor took went on to the host's window.
     XEvent forwarded{};
     EXPECT_TRUE(waitFor([&] { return XCheckTypedWindowEvent(display, host, KeyPress, &forwarded); }));
     EXPECT_EQ(XLookupKeysym(&forwarded.xkey, 0), static_cast<KeySym>(XK_a));
-    close(panel);
 }
 
 TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndPaintOnlyOnAChange) {
@@ -177,10 +157,7 @@ TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
     const Shot shot = takeShot(*panel.platform);
     int reddish = 0;  // the message's text over the panel's top edge
     for (uint32_t y = 4; y < 22; ++y)
-        for (uint32_t x = 4; x < 200; ++x) {
-            const uint8_t* pixel = &shot.pixels[(y * shot.width + x) * 4];
-            reddish += pixel[0] > 150 && pixel[1] < 120;
-        }
+        for (uint32_t x = 4; x < 200; ++x) reddish += shot.at(x, y)[0] > 150 && shot.at(x, y)[1] < 120;
     EXPECT_GT(reddish, 20);
     close(panel);
 }
