@@ -11,16 +11,13 @@ using namespace VintaTest;
 static_assert(!std::is_destructible_v<CView> && !std::is_destructible_v<CFrame>);
 
 TEST(ViewRouting, MouseDownVisitsTopmostFirstAndStopsAtTheTaker) {
-    struct Case {
-        int32_t lower, upper, result;
-        const char* log;
-    } cases[] = {
+    const struct { int32_t lower, upper, result; const char* log; } cases[] = {
         {1, 2, 1, "up:down2 low:down2 "},  // upper declines, the one below takes it
         {1, 1, 1, "up:down2 "},
         {2, 3, 3, "up:down2 "},
         {2, 2, 2, "up:down2 low:down2 "},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         FrameFixture f;
         f.probe("low", CRect(0, 0, 100, 100), c.lower);
         f.probe("up", CRect(50, 50, 150, 150), c.upper);
@@ -91,12 +88,9 @@ TEST(ViewRouting, KeysGoToFocusFirstAndTabWalksTheViewsThatWantFocus) {
     EXPECT_EQ(f.frame->getFocusView(), nullptr);
     a->setWantsFocus(true);
     c->setWantsFocus(true);
-    struct Step {
-        VstKeyCode key;
-        int32_t result;
-        CView* focus;
-    } steps[] = {{tab, 1, a}, {tab, 1, c}, {tab, -1, c}, {backTab, 1, a}};
-    for (const Step& s : steps) {
+    const struct { VstKeyCode key; int32_t result; CView* focus; } steps[] = {
+        {tab, 1, a}, {tab, 1, c}, {tab, -1, c}, {backTab, 1, a}};
+    for (const auto& s : steps) {
         EXPECT_EQ(f.frame->onKeyDown(s.key), s.result);
         EXPECT_EQ(f.frame->getFocusView(), s.focus);
     }
@@ -147,13 +141,11 @@ TEST(ViewTree, ContainersAnswerTheContainerQueryAndCopiesAreDeep) {
     EXPECT_EQ(box->notify(nullptr, kMsgCheckIfViewContainer), 1);
     EXPECT_EQ(leaf->notify(nullptr, kMsgCheckIfViewContainer), 0);
     EXPECT_TRUE(box->isTypeOf("CView") && !box->isTypeOf("CControl"));
-    CView* copy = box->newCopy();
-    EXPECT_EQ(static_cast<CViewContainer*>(copy)->getNbViews(), 1);
-    EXPECT_NE(static_cast<CViewContainer*>(copy)->getView(0), leaf);
+    auto* copy = static_cast<CViewContainer*>(box->newCopy());
+    EXPECT_TRUE(copy->getNbViews() == 1 && copy->getView(0) != leaf);
     copy->forget();
     f.frame->addView(box);
-    EXPECT_TRUE(leaf->isAttached());
-    EXPECT_EQ(leaf->getFrame(), f.frame);
+    EXPECT_TRUE(leaf->isAttached() && leaf->getFrame() == f.frame);
     EXPECT_DOUBLE_EQ(leaf->getSampleRate(), 48000.0);
 }
 
@@ -200,6 +192,7 @@ TEST(ControlBase, DirtyFlagFollowsOldValue) {
     control->setDirty(false);
     EXPECT_FALSE(control->isDirty());
     control->setValue(0.25f);
+
     EXPECT_TRUE(control->isDirty());
     control->forget();
 }
