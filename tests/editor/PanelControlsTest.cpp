@@ -11,11 +11,8 @@ using Vinta::CPoint;
 
 enum class Gesture { DragUp, ClickLastItem, Click };
 
-struct ControlRow {
-    const char* key;
-    const char* type;
-    Gesture gesture;
-};
+struct ControlRow { const char* key; const char* type; Gesture gesture; };
+
 
 // Every control of the main panel and how a user moves it.
 const ControlRow kControls[] = {
@@ -120,8 +117,8 @@ TEST(SharedBitmaps, LoadOnceForAllEditorsAndTheSharpVariantsKeepTheUnitSize) {
         Vinta::CBitmap* plain = SharedBitmaps::get(static_cast<BitmapId>(id));
         Vinta::CBitmap* sharp = SharedBitmaps::get(static_cast<BitmapId>(id), true);
         ASSERT_TRUE(plain->isValid()) << kBitmapNames[id];
-        EXPECT_EQ(sharp->getWidth(), plain->getWidth()) << kBitmapNames[id];
-        EXPECT_EQ(sharp->getHeight(), plain->getHeight()) << kBitmapNames[id];
+        EXPECT_EQ(CPoint(sharp->getWidth(), sharp->getHeight()), CPoint(plain->getWidth(), plain->getHeight()))
+            << kBitmapNames[id];
     }
     EXPECT_EQ(SharedBitmaps::get(kBackground, true)->getPixelWidth(), 2 * background->getPixelWidth());
     SharedBitmaps::release();
