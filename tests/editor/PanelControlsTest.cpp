@@ -13,7 +13,6 @@ enum class Gesture { DragUp, ClickLastItem, Click };
 
 struct ControlRow { const char* key; const char* type; Gesture gesture; };
 
-
 // Every control of the main panel and how a user moves it.
 const ControlRow kControls[] = {
     {"kDryWetMix", "Vinta_AnimKnob", Gesture::DragUp},     {"INPUTGAIN", "Vinta_AnimKnob", Gesture::DragUp},

@@ -103,7 +103,6 @@ TEST_F(OpenEditor, MovedCurvesFollowTheCutoffsTheEnvelopeAndTheLfoGiveTheEffect)
     EXPECT_GT(effect.modulation().low().target, 600.0f) << "the envelope did not open the filter";
     EXPECT_NEAR(plot->getLfoCutoff(true), effect.modulation().high().modulated, 0.5f);
     struct Moved { CPlotDisplay::Curve curve, still; float cutoff; bool high; };
-
     for (const Moved& m : {Moved{CPlotDisplay::kLowEnv, CPlotDisplay::kLow, plot->getEnvelopeCutoff(false), false},
                            Moved{CPlotDisplay::kHighLfo, CPlotDisplay::kHigh, plot->getLfoCutoff(true), true}}) {
         std::vector<double> expected(plot->frequencies().size());

@@ -24,7 +24,6 @@ using Vinta::CPoint;
 using Vinta::CRect;
 
 uint32_t fakeNow = 1000;
-uint32_t fakeTicks() { return fakeNow; }
 
 struct Vst3Callback : Ondra::OndraCallback {
     int getPluginType() override { return 2; }
@@ -41,7 +40,7 @@ struct RecordingHost : EffectPageHost {
 class Pages : public ::testing::Test {
 protected:
     void SetUp() override {
-        Vinta::setTickSource(fakeTicks);
+        Vinta::setTickSource([] { return fakeNow; });
         display = new Vinta::CViewContainer(CRect(0, 0, 496, 156));
         set = addPages(*display, host);
     }
@@ -60,11 +59,6 @@ protected:
     void click(const CPoint& where, Vinta::CButtonState buttons = Vinta::kLButton) {
         display->onMouseDown(where, buttons);
         display->onMouseUp(where, buttons);
-    }
-    std::vector<bool> openStates() const {
-        std::vector<bool> states;
-        for (auto* shown : set.pages()) states.push_back(shown->isOpen());
-        return states;
     }
 
     Vst3Callback callback;
@@ -126,17 +120,15 @@ TEST_F(Pages, EveryDialEditsItsParameterByItsMappingAndFollowsIt) {
             display->onMouseMoved(at - CPoint(0.0, up), Vinta::kLButton);
             display->onMouseUp(at - CPoint(0.0, up), Vinta::kLButton);
             const double expected = before + up / row.range;
-            const int steps = parameter->getUnitType() == Ondra::kUnitWhole
-                                  ? static_cast<int>(std::lround(parameter->getMaximum() - parameter->getMinimum()))
-                                  : 0;
+            const double span = parameter->getMaximum() - parameter->getMinimum();
+            const int steps = parameter->getUnitType() == Ondra::kUnitWhole ? static_cast<int>(std::lround(span)) : 0;
             if (row.snaps)
                 EXPECT_GT((dial->getValue() - before) * up, 0.0);
             else if (steps > 0)
                 EXPECT_NEAR(dial->getValue(), std::floor(expected * steps + 0.5) / steps, 1e-5);
             else
                 EXPECT_NEAR(dial->getValue(), expected, 1e-5);
-            EXPECT_NEAR(parameter->getValue(), parameter->toValue(dial->getValue()),
-                        1e-4 * (parameter->getMaximum() - parameter->getMinimum()));
+            EXPECT_NEAR(parameter->getValue(), parameter->toValue(dial->getValue()), 1e-4 * span);
         }
         parameter->setNormalized(dial->isSwitch() ? 1.0f : 0.25f);
         EXPECT_NEAR(dial->getValue(), parameter->getNormalized(), 1e-6);
@@ -196,7 +188,9 @@ TEST_F(Pages, PagesOfOneSideShutEachOtherAndTheCrossShutsAll) {
     for (const auto& step : steps) {
         click((step.click < 0 ? kCloseButtonRect : kPageRows[step.click].tabRect).getCenter());
         settle();
-        EXPECT_EQ(openStates(), step.open) << "after a click on " << step.click;
+        std::vector<bool> open;
+        for (auto* shown : set.pages()) open.push_back(shown->isOpen());
+        EXPECT_EQ(open, step.open) << "after a click on " << step.click;
     }
 }
 
@@ -215,7 +209,6 @@ TEST_F(Pages, EachPageSlidesOpenAndShutOverTicks) {
             fakeNow += 120;
             draw(shown);
             EXPECT_TRUE(shown->getCurrentRect() == to && !shown->isAnimating());
-
         }
     }
 }

@@ -2,7 +2,6 @@
 #include <zlib.h>
 
 #include <functional>
-
 #include <string>
 #include <vector>
 

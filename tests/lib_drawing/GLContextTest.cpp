@@ -16,8 +16,7 @@ protected:
     static void SetUpTestSuite() { shared = new OffscreenGLWindow(kSize, kSize); }
     static void TearDownTestSuite() { delete shared; }
     void SetUp() override {
-        if (!window.ready())
-            GTEST_SKIP() << "no OpenGL 3.3 core context: " << window.whyNot();
+        if (!window.ready()) GTEST_SKIP() << "no OpenGL 3.3 core context: " << window.whyNot();
         nvg = CDrawContext_GL::createNanoVG(false);
         ASSERT_NE(nvg, nullptr);
         context = new CDrawContext_GL(nullptr, nvg, kSize, kSize);
@@ -57,13 +56,11 @@ TEST_F(GLContext, SceneMatchesTheSoftwareRendering) {
     for (const auto& point : points)
         EXPECT_TRUE(near(at(gl, point.x, point.y), software->getPixel(uint32_t(point.x), uint32_t(point.y)), 12))
             << point.what;
-
     // Coverage: apart from edge pixels and glyph rasterising, both back ends agree everywhere.
     int differing = 0;
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x)
             differing += !near(at(gl, x, y), software->getPixel(uint32_t(x), uint32_t(y)), 64);
-
     EXPECT_LT(differing, kSize * kSize / 100) << "pixels that differ by more than a quarter";
 }
 

@@ -1,6 +1,5 @@
 #include "lib_drawing/DrawingTestSupport.h"
 
-
 using namespace DrawingTest;
 
 namespace {
@@ -11,8 +10,7 @@ std::pair<int, int> inkColumns(const CBitmap& canvas) {
     for (uint32_t x = 0; x < canvas.getPixelWidth(); ++x)
         for (uint32_t y = 0; y < canvas.getPixelHeight(); ++y)
             if (canvas.getPixel(x, y).red > 40) {
-                if (first < 0)
-                    first = static_cast<int>(x);
+                if (first < 0) first = static_cast<int>(x);
                 last = static_cast<int>(x);
                 break;
             }
@@ -92,8 +90,7 @@ TEST(Text, MultilineDropsWhatDoesNotFit) {
         int bands = 0;
         for (uint32_t y = 0, inBand = 0; y < 60; ++y) {
             uint32_t lit = 0;
-            for (uint32_t x = 0; x < 100; ++x)
-                lit |= canvas->getPixel(x, y).red > 40;
+            for (uint32_t x = 0; x < 100; ++x) lit |= canvas->getPixel(x, y).red > 40;
             bands += lit && !inBand;
             inBand = lit;
         }

@@ -3,7 +3,6 @@
 #include <thread>
 #include <tuple>
 
-
 #include "ViewTestSupport.h"
 #include "lib/controls/CKnob.h"
 #include "lib/controls/Vinta_AnimKnob.h"
@@ -36,7 +35,6 @@ struct KnobFixture : ParameterFixture {
         frame->onMouseUp(CPoint(centre.x + dx, centre.y + dy), 0);
     }
     Vinta_AnimKnob* knob;
-
     CPoint centre{120, 120};
 };
 }  // namespace
@@ -72,7 +70,6 @@ TEST(KnobDrag, ShiftPressedHalfwayGoesOnFinerWithoutAJumpAndTheGestureIsOneEdit)
         EXPECT_NEAR(f.knob->getValue(), expected, 1e-5) << y;
     }
     f.frame->onMouseUp(CPoint(120, 19), 0);
-
     ASSERT_GE(f.editor.log.size(), 3u);
     EXPECT_EQ(f.editor.log.front(), "begin Cutoff");
     EXPECT_EQ(f.editor.log.back(), "end Cutoff");

@@ -17,7 +17,6 @@
 
 using namespace VintaTest;
 
-
 TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
     ParameterFixture f;
     Vinta_TextEdit::CInfo info;
@@ -42,8 +41,7 @@ TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
     EXPECT_STREQ(box->getText(), "hello");
     EXPECT_NEAR(f.parameter.getNormalized(), 0.5f, 1e-5);
 
-    std::string longText(300, 'x');
-    box->setText(longText.c_str());
+    box->setText(std::string(300, 'x').c_str());
     EXPECT_EQ(std::strlen(box->getText()), 255u);
     f.parameter.setNormalized(0.25f);
     box->updateTextFromParameter();
@@ -114,23 +112,20 @@ TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
     ParameterFixture f;
     mode.setMaximum(5.0f);
     auto* sub = new Vinta_ContextMenu(CRect(), nullptr, 0, nullptr, &mode);
-    sub->addEntry("x");
-    sub->addEntry("y");
+    for (const char* title : {"x", "y"}) sub->addEntry(title);
     auto* root = new Vinta_ContextMenu(CRect(0, 0, 20, 20));
     root->addEntry(new CMenuItem("modes", -1, 0, nullptr, sub));
     sub->forget();  // the item holds it
     f.frame->addView(root);
     f.platform->menuAnswer = {sub, 1};
     EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kRButton), 3);
-    EXPECT_EQ(root->getLastMenu(), sub);
-    EXPECT_EQ(sub->getCurrent(), 1);
+    EXPECT_TRUE(root->getLastMenu() == sub && sub->getCurrent() == 1);
     EXPECT_FLOAT_EQ(mode.getValue(), 1.0f);
 }
 
 TEST(OptionMenu, GuiScaleMenuRescalesTheEditorAndStoresTheSize) {
     FrameFixture f;
-    auto* scales = new CGuiScaleContext(CRect(0, 0, 20, 20));
-    f.frame->addView(scales);
+    f.frame->addView(new CGuiScaleContext(CRect(0, 0, 20, 20)));
     f.platform->menuAnswer = {nullptr, 2};
     f.frame->onMouseDown(CPoint(5, 5), kLButton);
     EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
@@ -156,7 +151,6 @@ TEST(ViewRecords, KindsBuildTheirViewOrNothing) {
         ASSERT_NE(view, nullptr);
         EXPECT_TRUE(view->isTypeOf("Vinta_ParamDisplay") && view->isTypeOf("CControl"));
         EXPECT_TRUE(view->getParentView() == box && display.parentFrame == f.frame);
-
     }
     Vinta_ParamDisplay::CInfo skipped;
     skipped.kind = 102;

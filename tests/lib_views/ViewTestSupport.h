@@ -9,13 +9,10 @@
 #include "lib/controls/ITextEditCallback.h"
 #include "lib/controls/ViewBuilder.h"
 #include "lib/drawing/CDrawContext_AGG.h"
-
 #include "lib/views/CFrame.h"
 #include "lib/views/IFrame.h"
 #include "lib/views/IVintaEditor.h"
 #include "lib/views/VintaObjectInfo.h"
-
-
 
 namespace VintaTest {
 using namespace Vinta;
@@ -176,6 +173,5 @@ struct ParameterFixture : FrameFixture {
     }
     Ondra::ParameterProperty parameter;
 };
-
 
 } // namespace VintaTest

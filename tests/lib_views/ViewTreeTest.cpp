@@ -45,9 +45,7 @@ TEST(ViewRouting, EnterAndLeaveFollowThePointer) {
     FrameFixture f;
     f.probe("a", CRect(0, 0, 100, 100), 2);
     ProbeView* b = f.probe("b", CRect(100, 0, 200, 100), 2);
-    f.frame->onMouseMoved(CPoint(10, 10), 0);
-    f.frame->onMouseMoved(CPoint(150, 10), 0);
-    f.frame->onMouseMoved(CPoint(150, 20), 0);
+    for (CPoint at : {CPoint(10, 10), CPoint(150, 10), CPoint(150, 20)}) f.frame->onMouseMoved(at, 0);
     EXPECT_EQ(f.log, "a:move a:enter b:move a:exit b:enter b:move ");
     f.frame->removeView(b);  // the child under the pointer goes
     EXPECT_EQ(f.frame->getMouseOverView(), nullptr);
@@ -62,7 +60,6 @@ TEST(ViewRouting, WheelSkipsViewsThatDoNotWantItAndModalViewTakesEverything) {
     f.probe("up", CRect(0, 0, 100, 100))->setWantsWheel(false);
     EXPECT_TRUE(f.frame->onWheel(CPoint(10, 10), 1.0f, 0));
     EXPECT_EQ(f.log, "low:wheel ");
-
     f.log.clear();
     auto* modal = new ProbeView("modal", CRect(200, 200, 300, 300), f.log);
     ASSERT_TRUE(f.frame->setModalView(modal));
@@ -84,15 +81,13 @@ TEST(ViewRouting, KeysGoToFocusFirstAndTabWalksTheViewsThatWantFocus) {
     f.probe("skip", CRect(20, 0, 30, 10), 1, box);
     ProbeView* c = f.probe("c", CRect(210, 0, 220, 10));
     const VstKeyCode tab{0, VKEY_TAB, 0}, backTab{0, VKEY_TAB, kKeyShift};
-    EXPECT_EQ(f.frame->onKeyDown(tab), -1);  // nothing wants focus yet
-    EXPECT_EQ(f.frame->getFocusView(), nullptr);
-    a->setWantsFocus(true);
-    c->setWantsFocus(true);
     const struct { VstKeyCode key; int32_t result; CView* focus; } steps[] = {
-        {tab, 1, a}, {tab, 1, c}, {tab, -1, c}, {backTab, 1, a}};
+        {tab, -1, nullptr}, {tab, 1, a}, {tab, 1, c}, {tab, -1, c}, {backTab, 1, a}};
     for (const auto& s : steps) {
         EXPECT_EQ(f.frame->onKeyDown(s.key), s.result);
         EXPECT_EQ(f.frame->getFocusView(), s.focus);
+        a->setWantsFocus(true);  // after the first step, which nothing wants
+        c->setWantsFocus(true);
     }
     f.log.clear();
     a->keyAnswer = 5;
@@ -192,7 +187,6 @@ TEST(ControlBase, DirtyFlagFollowsOldValue) {
     control->setDirty(false);
     EXPECT_FALSE(control->isDirty());
     control->setValue(0.25f);
-
     EXPECT_TRUE(control->isDirty());
     control->forget();
 }
