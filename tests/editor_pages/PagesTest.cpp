@@ -151,8 +151,7 @@ TEST_F(Pages, LinkAmountsHandTheMainDialToTheValueInForce) {
         SCOPED_TRACE(row.amount);
         Vinta_AttachedWindow* shown = page(row.page);
         shown->setOpen(true);
-        Vinta_MiniDial* main = shown->getDials()[row.shownDial];
-        Vinta_MiniDial* root = shown->getDials()[row.rootDial];
+        Vinta_MiniDial *main = shown->getDials()[row.shownDial], *root = shown->getDials()[row.rootDial];
         Ondra::IPluginParameter* stored = find(row.stored);
         const float inForce = stored->getMinimum() + 0.3f * (stored->getMaximum() - stored->getMinimum());
         set.setRingModFrequency(inForce);
@@ -274,12 +273,11 @@ TEST_F(Pages, DisplaysFollowTheTapAndStaySaneOnBadInput) {
     EXPECT_FLOAT_EQ(set.envelope->historyAt(true, 0), 0.6f);
     EXPECT_FLOAT_EQ(set.envelope->historyAt(false, 0), 0.9f);
 
-    set.setGainReduction(0.5f);
-    EXPECT_NEAR(set.limiter->getShownGain(), 0.5f, 1e-6);  // down at once
-    set.setGainReduction(1.0f);
-    EXPECT_NEAR(set.limiter->getShownGain(), 0.505f, 1e-6);  // back slowly
-    set.setGainReduction(NAN);
-    EXPECT_NEAR(set.limiter->getShownGain(), 0.505f, 1e-6);
+    // The limiter's meter goes down at once, back slowly, and stays on NaN.
+    for (auto [reduction, shown] : {std::pair{0.5f, 0.5f}, {1.0f, 0.505f}, {NAN, 0.505f}}) {
+        set.setGainReduction(reduction);
+        EXPECT_NEAR(set.limiter->getShownGain(), shown, 1e-6) << reduction;
+    }
     EXPECT_NEAR(CLimiterWindow::barFraction(0.5), 0.25, 0.01);  // -6 dB of a bar of 24
     EXPECT_DOUBLE_EQ(CLimiterWindow::barFraction(0.0001), 1.0);
     find("RinkModLinkFreqPerc.")->setValue(1.0f);
