@@ -70,8 +70,7 @@ INSTANTIATE_TEST_SUITE_P(MainPanel, PanelControls, ::testing::ValuesIn(kControls
                          [](const auto& test) { return std::string(test.param.key); });
 
 TEST_F(OpenEditor, LinkedFiltersMoveTogetherAndTheModeSwitchSwapsTheFilterControls) {
-    CControl* lowKnob = control("LOWPASSFREQ", "Vinta_AnimKnob");
-    CControl* highKnob = control("HIGHPASSFREQ", "Vinta_AnimKnob");
+    CControl *lowKnob = control("LOWPASSFREQ", "Vinta_AnimKnob"), *highKnob = control("HIGHPASSFREQ", "Vinta_AnimKnob");
     parameter("LOWPASSFREQ")->setValue(4000);
     parameter("HIGHPASSFREQ")->setValue(400);
     move(control("LINKFILTERS", "Vinta_ActionButton"), Gesture::Click);
