@@ -10,10 +10,7 @@
 namespace {
 
 struct SizeRecorder : Ondra::OndraCallback {
-    bool sizeWindow(int, int) override {
-        ++calls;
-        return true;
-    }
+    bool sizeWindow(int, int) override { return ++calls, true; }
     int calls = 0;
 };
 

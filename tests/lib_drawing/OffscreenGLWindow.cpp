@@ -87,7 +87,8 @@ std::vector<uint8_t> OffscreenGLWindow::readPixels() const {
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, w, h, GL_RGBA, GL_UNSIGNED_BYTE, bottomUp.data());
     const size_t row = static_cast<size_t>(w) * 4;
-    for (int y = 0; y < h; ++y) std::copy_n(bottomUp.data() + (h - 1 - y) * row, row, topDown.data() + y * row);
+    for (int y = 0; y < h; ++y)
+        std::copy_n(bottomUp.data() + (h - 1 - y) * row, row, topDown.data() + y * row);
     return topDown;
 }
 

@@ -152,7 +152,8 @@ TEST(SoftwareContext, SceneMatchesRecordedChecksum) {
     uint64_t hash = 14695981039346656037ull;
     for (uint32_t y = 0; y < canvas->getPixelHeight(); ++y) {
         const uint8_t* row = canvas->getPixels() + y * canvas->getStride();
-        for (uint32_t i = 0; i < canvas->getPixelWidth() * 4; ++i) hash = (hash ^ row[i]) * 1099511628211ull;
+        for (uint32_t i = 0; i < canvas->getPixelWidth() * 4; ++i)
+            hash = (hash ^ row[i]) * 1099511628211ull;
     }
     if (const char* dump = std::getenv("ZONFRA_DRAW_DUMP")) canvas->savePNG(dump);
     EXPECT_EQ(hash, 14902543276078241578ull);
