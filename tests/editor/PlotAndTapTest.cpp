@@ -69,7 +69,6 @@ TEST_P(PlotCurves, StaticCurvesAreTheResponseOfTheFiltersTheEffectRuns) {
         ++compared;
     }
     EXPECT_GE(compared, mode == 0 ? 30 : 12);
-
     // The plot's own static curves are those curves at its points.
     paint();
     std::vector<double> expected(plot->frequencies().size());

@@ -26,9 +26,7 @@ constexpr double kKnobLefts[] = {15.0, 426.0}, kKnobTop = 221.0, kKnob = 87.0;
 constexpr int kOutputGainColumn = 1;
 constexpr int kKeyUp = 12, kKeyF1 = 40;  // VST virtual key codes
 
-int entries(const char* folder) {
-    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder), {}));
-}
+int entries(const char* folder) { return int(std::distance(std::filesystem::directory_iterator(folder), {})); }
 
 CRect knobRect(int column, double scale) {
     const double left = kKnobLefts[column];
@@ -62,17 +60,14 @@ protected:
         setScaleSetting(100);
     }
     void TearDown() override { unsetenv("ZONFRA_NO_GL"); }
-
     static void setScaleSetting(int percent) {
         Core::writeSetting(Core::makeKeyName("MORVANDEL", "zonfraQT"), "GuiScale", std::to_string(percent));
     }
-
     static std::unique_ptr<EditorDoor> load(const char* kind) {
         auto door = makeDoor(kind);
         EXPECT_TRUE(door && door->load(std::getenv("ZONFRA_PLUGIN"))) << (door ? door->error() : "no door");
         return door;
     }
-
     // A screenshot of an open editor shows the panel rather than an empty window, within a few
     // seconds on a busy machine.
     static void expectPainted(HostWindow& window, EditorDoor& door, double scale) {
@@ -161,7 +156,6 @@ TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture
     };
     for (const EditEvent& edit : edits) EXPECT_EQ(edit.parameter, parameter);
     EXPECT_TRUE(std::regex_match(kinds(edits), std::regex("BP+E"))) << "not one gesture: " << kinds(edits);
-
     // Wheel and keys that the host hands over (VST3 view, VST2 opcodes) reach the knob under the
     // pointer, which the drag gave the focus.
     window.hover(*door, x, y);
@@ -259,7 +253,6 @@ TEST_F(Door, ThePanelAndEachPageOnScreenAreThePicturesInDocs) {
         matchOrWrite(open, std::string("editor-page-") + page.name);
     }
     door->closeEditor();
-
     // An editor takes the stored scale when its effect is made.
     setScaleSetting(200);
     auto sharp = load("vst3");

@@ -269,7 +269,6 @@ TEST_F(Pages, DisplaysFollowTheTapAndStaySaneOnBadInput) {
     set.pushEnvelope(NAN, 0.9f);
     EXPECT_FLOAT_EQ(set.envelope->historyAt(true, 0), 0.6f);
     EXPECT_FLOAT_EQ(set.envelope->historyAt(false, 0), 0.9f);
-
     // The limiter's meter goes down at once, back slowly, and stays on NaN.
     for (auto [reduction, shown] : {std::pair{0.5f, 0.5f}, {1.0f, 0.505f}, {NAN, 0.505f}}) {
         set.setGainReduction(reduction);

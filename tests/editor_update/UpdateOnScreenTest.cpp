@@ -95,7 +95,6 @@ TEST_F(UpdateOnScreen, ClosingEndsTheDownloadAtOnceAndUpdateCheckZeroShowsNothin
     EXPECT_LT(std::chrono::steady_clock::now() - closing, 1s);  // a hang guard: the transfer would take 1.6 s
     std::this_thread::sleep_for(2s);
     EXPECT_FALSE(std::filesystem::exists(home.root / "Desktop" / "setup.bin"));
-
     // The offer still stands, but the next editor neither asks nor shows anything.
     Core::writeSetting("MORVANDEL/MMK zonfraQT", "UpdateCheck", "0");
     const int asked = server.requests;

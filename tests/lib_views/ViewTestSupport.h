@@ -90,8 +90,7 @@ public:
     void drawRect(const CRect& rect, int32_t) override { rects.push_back(CRect(rect).offset(offset.x, offset.y)); }
     void setClipRect(const CRect& rect) override { clipRect = CRect(rect).offset(offset.x, offset.y); }
     double drawString(const char* text, const CRect&, int32_t, int32_t) override {
-        strings.push_back(text ? text : "");
-        return 0;
+        return strings.push_back(text ? text : ""), 0;
     }
     void drawBitmap(CBitmap&, const CRect&, const CPoint& source, uint8_t alphaByte, bool) override {
         bitmaps.push_back({source, alphaByte});
@@ -112,8 +111,7 @@ public:
     ProbeView(const char* probeName, const CRect& rect, std::string& sharedLog, int32_t downResult = 1)
         : CView(rect), name(probeName), log(sharedLog), downAnswer(downResult) { ++alive; }
     int32_t onMouseDown(const CPoint&, CButtonState buttons) override {
-        note("down" + std::to_string(buttons));
-        return downAnswer;
+        return note("down" + std::to_string(buttons)), downAnswer;
     }
     int32_t onMouseUp(const CPoint&, CButtonState) override { return note("up"), 1; }
     int32_t onMouseMoved(const CPoint&, CButtonState) override { return note("move"), 2; }
