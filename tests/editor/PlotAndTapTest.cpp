@@ -37,11 +37,10 @@ class PlotCurves : public OpenEditor, public ::testing::WithParamInterface<Filte
 // The curves against the effect's own output: an impulse through the whole chain, fully wet.
 TEST_P(PlotCurves, StaticCurvesAreTheResponseOfTheFiltersTheEffectRuns) {
     const auto [slope, mode] = GetParam();
-    parameter("FILTERMODE")->setValue(static_cast<float>(mode));
-    for (const char* key : {"LOWPASSSLOPE", "HIGHPASSSLOPE"}) parameter(key)->setValue(static_cast<float>(slope));
-    parameter("LOWPASSFREQ")->setValue(mode ? 300.0f : 3000.0f);
-    parameter("HIGHPASSFREQ")->setValue(mode ? 5000.0f : 150.0f);
-    for (auto [key, value] : {std::pair{"LOWPASSQ", 0.4f}, {"HIGHPASSQ", 0.25f}, {"LOWPASSQWIDTH", 0.7f}})
+    for (auto [key, value] : {std::pair{"FILTERMODE", float(mode)}, {"LOWPASSSLOPE", float(slope)},
+                              {"HIGHPASSSLOPE", float(slope)}, {"LOWPASSFREQ", mode ? 300.0f : 3000.0f},
+                              {"HIGHPASSFREQ", mode ? 5000.0f : 150.0f}, {"LOWPASSQ", 0.4f}, {"HIGHPASSQ", 0.25f},
+                              {"LOWPASSQWIDTH", 0.7f}})
         parameter(key)->setValue(value);
     harness->effect->reset();  // cutoffs and resonance stand at their settings at once
     feed(std::vector<float>(2048, 0.0f));

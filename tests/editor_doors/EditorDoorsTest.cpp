@@ -8,7 +8,6 @@
 #include <string>
 
 #include "CORE/files/Settings.h"
-#include "core_files/TempHome.h"
 #include "editor/pages/PageLayouts.h"
 #include "lib_drawing/DrawingTestSupport.h"
 #include "tools/editor-host/EditorDoor.h"
@@ -51,15 +50,22 @@ double differingShare(const BitmapPtr& a, const BitmapPtr& b, const CRect& area)
     return all ? static_cast<double>(count) / all : 0.0;
 }
 
-// A fresh home at a GUI scale of 100 %.
+// A fresh settings folder at a GUI scale of 100 %.
 class Door : public ::testing::Test {
 protected:
     void SetUp() override {
         if (!std::getenv("DISPLAY") || !std::getenv("ZONFRA_PLUGIN"))
             GTEST_SKIP() << "needs an X display (xvfb-run) and ZONFRA_PLUGIN";
+        char pattern[] = "/tmp/zonfra-editor-doors-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        home = pattern;
+        setenv("XDG_CONFIG_HOME", home.c_str(), 1);
         setScaleSetting(100);
     }
-    void TearDown() override { unsetenv("ZONFRA_NO_GL"); }
+    void TearDown() override {
+        unsetenv("ZONFRA_NO_GL");
+        if (!home.empty()) std::filesystem::remove_all(home);
+    }
     static void setScaleSetting(int percent) {
         Core::writeSetting(Core::makeKeyName("MORVANDEL", "zonfraQT"), "GuiScale", std::to_string(percent));
     }
@@ -83,7 +89,7 @@ protected:
         EXPECT_GT(knobColours, 4) << "the knob is not drawn";
     }
 
-    TempHome home;
+    std::string home;
 };
 
 class EditorDoors : public Door, public ::testing::WithParamInterface<const char*> {};
@@ -182,16 +188,13 @@ TEST_P(EditorDoors, OpeningAndClosingLeavesNoDescriptorThreadOrTimerBehind) {
         door->idle();
         door->closeEditor();
     }
-    // Two instances' editors at once.
-    ASSERT_TRUE(door->openEditor(window.getWindow()));
-    ASSERT_TRUE(second->openEditor(other.getWindow()));
-    // The first paint of each uploads the panel's bitmaps, which takes a software GL a while.
-    window.run(*door, 600);
-    other.run(*second, 600);
-    expectPainted(window, *door, 1.0);
-    expectPainted(other, *second, 1.0);
-    door->closeEditor();
-    second->closeEditor();
+    // Two instances' editors at once. The first paint of each uploads the panel's bitmaps, which takes
+    // a software GL a while.
+    const std::pair<EditorDoor*, HostWindow*> both[] = {{door.get(), &window}, {second.get(), &other}};
+    for (auto [d, w] : both) ASSERT_TRUE(d->openEditor(w->getWindow()));
+    for (auto [d, w] : both) w->run(*d, 600);
+    for (auto [d, w] : both) expectPainted(*w, *d, 1.0);
+    for (auto [d, w] : both) d->closeEditor();
 
     window.run(*door, 100);
     EXPECT_EQ(entries("/proc/self/fd"), fds);
