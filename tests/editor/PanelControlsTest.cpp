@@ -11,11 +11,7 @@ using Vinta::CPoint;
 
 enum class Gesture { DragUp, ClickLastItem, Click };
 
-struct ControlRow {
-    const char* key;
-    const char* type;
-    Gesture gesture;
-};
+struct ControlRow { const char* key; const char* type; Gesture gesture; };
 
 // Every control of the main panel and how a user moves it.
 const ControlRow kControls[] = {
@@ -74,8 +70,7 @@ INSTANTIATE_TEST_SUITE_P(MainPanel, PanelControls, ::testing::ValuesIn(kControls
                          [](const auto& test) { return std::string(test.param.key); });
 
 TEST_F(OpenEditor, LinkedFiltersMoveTogetherAndTheModeSwitchSwapsTheFilterControls) {
-    CControl* lowKnob = control("LOWPASSFREQ", "Vinta_AnimKnob");
-    CControl* highKnob = control("HIGHPASSFREQ", "Vinta_AnimKnob");
+    CControl *lowKnob = control("LOWPASSFREQ", "Vinta_AnimKnob"), *highKnob = control("HIGHPASSFREQ", "Vinta_AnimKnob");
     parameter("LOWPASSFREQ")->setValue(4000);
     parameter("HIGHPASSFREQ")->setValue(400);
     move(control("LINKFILTERS", "Vinta_ActionButton"), Gesture::Click);
@@ -120,8 +115,8 @@ TEST(SharedBitmaps, LoadOnceForAllEditorsAndTheSharpVariantsKeepTheUnitSize) {
         Vinta::CBitmap* plain = SharedBitmaps::get(static_cast<BitmapId>(id));
         Vinta::CBitmap* sharp = SharedBitmaps::get(static_cast<BitmapId>(id), true);
         ASSERT_TRUE(plain->isValid()) << kBitmapNames[id];
-        EXPECT_EQ(sharp->getWidth(), plain->getWidth()) << kBitmapNames[id];
-        EXPECT_EQ(sharp->getHeight(), plain->getHeight()) << kBitmapNames[id];
+        EXPECT_EQ(CPoint(sharp->getWidth(), sharp->getHeight()), CPoint(plain->getWidth(), plain->getHeight()))
+            << kBitmapNames[id];
     }
     EXPECT_EQ(SharedBitmaps::get(kBackground, true)->getPixelWidth(), 2 * background->getPixelWidth());
     SharedBitmaps::release();

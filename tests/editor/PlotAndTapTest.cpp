@@ -28,10 +28,7 @@ std::vector<double> spectrumOf(const std::vector<float>& response, double scale,
     return db;
 }
 
-struct FilterCase {
-    int slope;
-    int mode;
-};
+struct FilterCase { int slope, mode; };
 
 }  // namespace
 
@@ -40,13 +37,11 @@ class PlotCurves : public OpenEditor, public ::testing::WithParamInterface<Filte
 // The curves against the effect's own output: an impulse through the whole chain, fully wet.
 TEST_P(PlotCurves, StaticCurvesAreTheResponseOfTheFiltersTheEffectRuns) {
     const auto [slope, mode] = GetParam();
-    parameter("FILTERMODE")->setValue(static_cast<float>(mode));
-    for (const char* key : {"LOWPASSSLOPE", "HIGHPASSSLOPE"}) parameter(key)->setValue(static_cast<float>(slope));
-    parameter("LOWPASSFREQ")->setValue(mode ? 300.0f : 3000.0f);
-    parameter("HIGHPASSFREQ")->setValue(mode ? 5000.0f : 150.0f);
-    parameter("LOWPASSQ")->setValue(0.4f);
-    parameter("HIGHPASSQ")->setValue(0.25f);
-    parameter("LOWPASSQWIDTH")->setValue(0.7f);
+    for (auto [key, value] : {std::pair{"FILTERMODE", float(mode)}, {"LOWPASSSLOPE", float(slope)},
+                              {"HIGHPASSSLOPE", float(slope)}, {"LOWPASSFREQ", mode ? 300.0f : 3000.0f},
+                              {"HIGHPASSFREQ", mode ? 5000.0f : 150.0f}, {"LOWPASSQ", 0.4f}, {"HIGHPASSQ", 0.25f},
+                              {"LOWPASSQWIDTH", 0.7f}})
+        parameter(key)->setValue(value);
     harness->effect->reset();  // cutoffs and resonance stand at their settings at once
     feed(std::vector<float>(2048, 0.0f));
 
@@ -73,7 +68,6 @@ TEST_P(PlotCurves, StaticCurvesAreTheResponseOfTheFiltersTheEffectRuns) {
         ++compared;
     }
     EXPECT_GE(compared, mode == 0 ? 30 : 12);
-
     // The plot's own static curves are those curves at its points.
     paint();
     std::vector<double> expected(plot->frequencies().size());
@@ -106,11 +100,7 @@ TEST_F(OpenEditor, MovedCurvesFollowTheCutoffsTheEnvelopeAndTheLfoGiveTheEffect)
     EXPECT_NEAR(plot->getEnvelopeCutoff(false), effect.modulation().low().target, 0.5f);
     EXPECT_GT(effect.modulation().low().target, 600.0f) << "the envelope did not open the filter";
     EXPECT_NEAR(plot->getLfoCutoff(true), effect.modulation().high().modulated, 0.5f);
-    struct Moved {
-        CPlotDisplay::Curve curve, still;
-        float cutoff;
-        bool high;
-    };
+    struct Moved { CPlotDisplay::Curve curve, still; float cutoff; bool high; };
     for (const Moved& m : {Moved{CPlotDisplay::kLowEnv, CPlotDisplay::kLow, plot->getEnvelopeCutoff(false), false},
                            Moved{CPlotDisplay::kHighLfo, CPlotDisplay::kHigh, plot->getLfoCutoff(true), true}}) {
         std::vector<double> expected(plot->frequencies().size());

@@ -1,5 +1,3 @@
-// The editor base without a window: scaled sizes, the clamp of the GUI scale, the conversions at
-// the edges, and an idle that never waits for a close on another thread.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,10 +10,7 @@
 namespace {
 
 struct SizeRecorder : Ondra::OndraCallback {
-    bool sizeWindow(int, int) override {
-        ++calls;
-        return true;
-    }
+    bool sizeWindow(int, int) override { return ++calls, true; }
     int calls = 0;
 };
 
@@ -29,10 +24,7 @@ TEST(EditorBase, ScaledSizeAndPointsFollowTheClampedGuiScale) {
     Ondra::OndraOS plugin(&host);
     Editor editor(&plugin);
     editor.setEditorSize(534, 488);
-    struct Case {
-        double scale, wanted;
-        int width, height;
-    };
+    struct Case { double scale, wanted; int width, height; };
     for (const Case c : {Case{1.0, 1.0, 534, 488}, Case{1.25, 1.25, 667, 610}, Case{1.5, 1.5, 801, 732},
                          Case{2.0, 2.0, 1068, 976}, Case{0.5, 1.0, 534, 488}, Case{3.0, 2.0, 1068, 976},
                          Case{std::nan(""), 2.0, 1068, 976}}) {
@@ -41,8 +33,7 @@ TEST(EditorBase, ScaledSizeAndPointsFollowTheClampedGuiScale) {
         EXPECT_EQ(editor.getGuiScale(), c.wanted);
         int32_t width = 0, height = 0;
         ASSERT_TRUE(editor.getRect(width, height));
-        EXPECT_EQ(width, c.width);
-        EXPECT_EQ(height, c.height);
+        EXPECT_EQ(std::pair(width, height), std::pair(c.width, c.height));
         EXPECT_EQ(editor.getRectPointer().getWidth(), c.width);
     }
     // Window points reach the tree divided by the scale.

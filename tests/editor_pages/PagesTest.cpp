@@ -1,6 +1,3 @@
-// The slide-out pages over a real effect: every dial edits its parameter and follows it, the link
-// switches hand the dials over, pages of one side shut each other, the slide runs on ticks, and
-// the system page's buttons reach the host.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,7 +9,6 @@
 #include "core_files/TempHome.h"
 #include "editor/pages/EffectPageHost.h"
 #include "editor/pages/EnvelopeWindow.h"
-#include "editor/pages/FreqModWindow.h"
 #include "editor/pages/LimiterWindow.h"
 #include "editor/pages/RingModWindow.h"
 #include "editor/pages/SyspageWindow.h"
@@ -28,7 +24,6 @@ using Vinta::CPoint;
 using Vinta::CRect;
 
 uint32_t fakeNow = 1000;
-uint32_t fakeTicks() { return fakeNow; }
 
 struct Vst3Callback : Ondra::OndraCallback {
     int getPluginType() override { return 2; }
@@ -45,7 +40,7 @@ struct RecordingHost : EffectPageHost {
 class Pages : public ::testing::Test {
 protected:
     void SetUp() override {
-        Vinta::setTickSource(fakeTicks);
+        Vinta::setTickSource([] { return fakeNow; });
         display = new Vinta::CViewContainer(CRect(0, 0, 496, 156));
         set = addPages(*display, host);
     }
@@ -65,12 +60,6 @@ protected:
         display->onMouseDown(where, buttons);
         display->onMouseUp(where, buttons);
     }
-    CPoint centreOf(const CRect& rect) const { return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2}; }
-    std::vector<bool> openStates() const {
-        std::vector<bool> states;
-        for (auto* shown : set.pages()) states.push_back(shown->isOpen());
-        return states;
-    }
 
     Vst3Callback callback;
     std::unique_ptr<CZonfra> effect = std::make_unique<CZonfra>(&callback);
@@ -80,15 +69,10 @@ protected:
     PageSet set;
 };
 
-// Every dial of every page in its order; "@global" is the effect's global limiter switch, and a
-// link key is set before the row so that the root dials take the mouse.
-struct ControlRow {
-    PageId page;
-    const char* key;
-    bool snaps = false;
-    const char* link = nullptr;
-    double range = 200.0;  // units of drag for the whole range
-};
+// Every dial of every page in its order; "@global" is the effect's global limiter switch, a link
+// key is set before the row so that the root dials take the mouse, and `range` units of drag cover
+// the whole range.
+struct ControlRow { PageId page; const char* key; bool snaps = false; const char* link = nullptr; double range = 200; };
 const ControlRow kControls[] = {
     {kEnvelopePage, "LP Attack"}, {kEnvelopePage, "LP Release"}, {kEnvelopePage, "LP Strength", true},
     {kEnvelopePage, "HP Attack"}, {kEnvelopePage, "HP Release"}, {kEnvelopePage, "HP Strength", true},
@@ -125,7 +109,7 @@ TEST_F(Pages, EveryDialEditsItsParameterByItsMappingAndFollowsIt) {
                                                                                 : find(row.key);
         ASSERT_EQ(dial->getParameter(), parameter);
 
-        const CPoint at = centreOf(dial->getDialRect()) + shown->getViewSize().getTopLeft();
+        const CPoint at = dial->getDialRect().getCenter() + shown->getViewSize().getTopLeft();
         const float before = parameter->getNormalized();
         if (dial->isSwitch()) {
             click(at);
@@ -136,17 +120,15 @@ TEST_F(Pages, EveryDialEditsItsParameterByItsMappingAndFollowsIt) {
             display->onMouseMoved(at - CPoint(0.0, up), Vinta::kLButton);
             display->onMouseUp(at - CPoint(0.0, up), Vinta::kLButton);
             const double expected = before + up / row.range;
-            const int steps = parameter->getUnitType() == Ondra::kUnitWhole
-                                  ? static_cast<int>(std::lround(parameter->getMaximum() - parameter->getMinimum()))
-                                  : 0;
+            const double span = parameter->getMaximum() - parameter->getMinimum();
+            const int steps = parameter->getUnitType() == Ondra::kUnitWhole ? static_cast<int>(std::lround(span)) : 0;
             if (row.snaps)
                 EXPECT_GT((dial->getValue() - before) * up, 0.0);
             else if (steps > 0)
                 EXPECT_NEAR(dial->getValue(), std::floor(expected * steps + 0.5) / steps, 1e-5);
             else
                 EXPECT_NEAR(dial->getValue(), expected, 1e-5);
-            EXPECT_NEAR(parameter->getValue(), parameter->toValue(dial->getValue()),
-                        1e-4 * (parameter->getMaximum() - parameter->getMinimum()));
+            EXPECT_NEAR(parameter->getValue(), parameter->toValue(dial->getValue()), 1e-4 * span);
         }
         parameter->setNormalized(dial->isSwitch() ? 1.0f : 0.25f);
         EXPECT_NEAR(dial->getValue(), parameter->getNormalized(), 1e-6);
@@ -157,12 +139,7 @@ TEST_F(Pages, EveryDialEditsItsParameterByItsMappingAndFollowsIt) {
 
 // While a link amount is not 0 the main dial shows the value in force and rests, and the root dial
 // edits the stored value.
-struct LinkRow {
-    PageId page;
-    const char* amount;
-    int shownDial, rootDial;
-    const char* stored;
-};
+struct LinkRow { PageId page; const char* amount; int shownDial, rootDial; const char* stored; };
 const LinkRow kLinks[] = {
     {kRingModPage, "RinkModLinkFreqPerc.", 0, 3, "RingModFreq"},
     {kFreqModPage, "FreqModLinkFreqPerc.", 0, 4, "FreqModFreq"},
@@ -174,8 +151,7 @@ TEST_F(Pages, LinkAmountsHandTheMainDialToTheValueInForce) {
         SCOPED_TRACE(row.amount);
         Vinta_AttachedWindow* shown = page(row.page);
         shown->setOpen(true);
-        Vinta_MiniDial* main = shown->getDials()[row.shownDial];
-        Vinta_MiniDial* root = shown->getDials()[row.rootDial];
+        Vinta_MiniDial *main = shown->getDials()[row.shownDial], *root = shown->getDials()[row.rootDial];
         Ondra::IPluginParameter* stored = find(row.stored);
         const float inForce = stored->getMinimum() + 0.3f * (stored->getMaximum() - stored->getMinimum());
         set.setRingModFrequency(inForce);
@@ -186,37 +162,31 @@ TEST_F(Pages, LinkAmountsHandTheMainDialToTheValueInForce) {
         EXPECT_NE(main->getParameter(), stored);
         EXPECT_STREQ(main->getParameter()->getName(), stored->getName());
         EXPECT_FLOAT_EQ(main->getParameter()->getValue(), inForce);
-        EXPECT_FALSE(main->isMouseActive());
-        EXPECT_TRUE(root->isMouseActive());
+        EXPECT_TRUE(!main->isMouseActive() && root->isMouseActive());
         const float kept = stored->getValue();
-        click(centreOf(main->getDialRect()) + shown->getViewSize().getTopLeft(), Vinta::kLButton | Vinta::kControl);
+        click(main->getDialRect().getCenter() + shown->getViewSize().getTopLeft(), Vinta::kLButton | Vinta::kControl);
         EXPECT_EQ(stored->getValue(), kept);
 
         find(row.amount)->setValue(0.0f);
         settle();
         EXPECT_EQ(main->getParameter(), stored);
-        EXPECT_TRUE(main->isMouseActive());
-        EXPECT_FALSE(root->isMouseActive());
+        EXPECT_TRUE(main->isMouseActive() && !root->isMouseActive());
     }
 }
 
-// Clicks on tabs in turn and the pages open after each, in the order of the pages.
+// Clicks on a page's tab (or, at -1, the close cross) in turn, and which pages are open after each.
 TEST_F(Pages, PagesOfOneSideShutEachOtherAndTheCrossShutsAll) {
-    const struct {
-        int click;  // a page's tab, or -1 for the close cross
-        std::vector<bool> open;
-    } steps[] = {
-        {kEnvelopePage, {1, 0, 0, 0, 0, 0, 0}}, {kFreqModPage, {0, 0, 0, 1, 0, 0, 0}},
-        {kRingModPage, {0, 0, 1, 1, 0, 0, 0}},  {kEnvelopePage, {1, 0, 0, 0, 0, 0, 0}},
-        {kLfoPage, {1, 1, 0, 0, 0, 0, 0}},      {kDistPage, {1, 0, 0, 0, 1, 0, 0}},
-        {kLimiterPage, {1, 0, 0, 0, 1, 1, 0}},  {kLfoPage, {1, 1, 0, 0, 0, 0, 0}},
-        {kSystemPage, {1, 1, 0, 0, 0, 0, 1}},   {kSystemPage, {1, 1, 0, 0, 0, 0, 0}},
-        {kSystemPage, {1, 1, 0, 0, 0, 0, 1}},   {-1, {0, 0, 0, 0, 0, 0, 0}},
+    const std::pair<int, std::string> steps[] = {
+        {kEnvelopePage, "1000000"}, {kFreqModPage, "0001000"}, {kRingModPage, "0011000"}, {kEnvelopePage, "1000000"},
+        {kLfoPage, "1100000"}, {kDistPage, "1000100"}, {kLimiterPage, "1000110"}, {kLfoPage, "1100000"},
+        {kSystemPage, "1100001"}, {kSystemPage, "1100000"}, {kSystemPage, "1100001"}, {-1, "0000000"},
     };
-    for (const auto& step : steps) {
-        click(centreOf(step.click < 0 ? kCloseButtonRect : kPageRows[step.click].tabRect));
+    for (const auto& [tab, expected] : steps) {
+        click((tab < 0 ? kCloseButtonRect : kPageRows[tab].tabRect).getCenter());
         settle();
-        EXPECT_EQ(openStates(), step.open) << "after a click on " << step.click;
+        std::string open;
+        for (auto* shown : set.pages()) open += shown->isOpen() ? '1' : '0';
+        EXPECT_EQ(open, expected) << "after a click on " << tab;
     }
 }
 
@@ -228,23 +198,20 @@ TEST_F(Pages, EachPageSlidesOpenAndShutOverTicks) {
         SCOPED_TRACE(shown->getTitle());
         const CRect tab = shown->getTabRect(), full = shown->getViewSize();
         for (const auto& [from, to] : {std::pair{tab, full}, std::pair{full, tab}}) {
-            click(centreOf(tab));
+            click(tab.getCenter());
             fakeNow += 60;  // half of the 120 ticks of a step's full way
             draw(shown);
-            EXPECT_EQ(shown->getCurrentRect(), midway(from, to));
-            EXPECT_TRUE(shown->isAnimating());
+            EXPECT_TRUE(shown->getCurrentRect() == midway(from, to) && shown->isAnimating());
             fakeNow += 120;
             draw(shown);
-            EXPECT_EQ(shown->getCurrentRect(), to);
-            EXPECT_FALSE(shown->isAnimating());
+            EXPECT_TRUE(shown->getCurrentRect() == to && !shown->isAnimating());
         }
     }
 }
 
 TEST(PageAnimation, EdgesMoveByTheFractionAndSnapWhenClose) {
-    const struct {
-        double from, to, fraction, expected;
-    } cases[] = {{0, 100, 0.5, 50}, {100, 0, 0.25, 75}, {10, 10.7, 0.1, 10.7}, {10, 10.8, 0.5, 10.4}, {5, 9, 0, 5}};
+    const struct { double from, to, fraction, expected; } cases[] = {
+        {0, 100, 0.5, 50}, {100, 0, 0.25, 75}, {10, 10.7, 0.1, 10.7}, {10, 10.8, 0.5, 10.4}, {5, 9, 0, 5}};
     for (const auto& c : cases) {
         CRect rect(c.from, c.from, c.from, c.from);
         Vinta_Animation::moveRect(rect, CRect(c.to, c.to, c.to, c.to), c.fraction);
@@ -255,19 +222,17 @@ TEST(PageAnimation, EdgesMoveByTheFractionAndSnapWhenClose) {
 
 TEST_F(Pages, SystemPageButtonsReachTheHostAndTheTabStillShutsIt) {
     Vinta_AttachedWindow* system = page(kSystemPage);
-    click(centreOf(system->getTabRect()));
+    click(system->getTabRect().getCenter());
     settle();
     const CPoint origin = system->getViewSize().getTopLeft();
-    click(centreOf(set.system->openButton()) + origin);
-    click(centreOf(set.system->changeButton()) + origin);
-    click(centreOf(set.system->changeButton()) + origin, Vinta::kRButton);
-    click(centreOf(set.system->supportButton()) + origin);
-    EXPECT_EQ(host.opened, 1);
-    EXPECT_EQ(host.changed, 1);
-    EXPECT_EQ(host.reports, 1);
+    click(set.system->openButton().getCenter() + origin);
+    click(set.system->changeButton().getCenter() + origin);
+    click(set.system->changeButton().getCenter() + origin, Vinta::kRButton);
+    click(set.system->supportButton().getCenter() + origin);
+    EXPECT_EQ((std::vector{host.opened, host.changed, host.reports}), (std::vector{1, 1, 1}));
     EXPECT_EQ(set.system->getVersionLine(), "Version: MMK Zonfra QT - 1.3.0 64bit VST3");
     EXPECT_TRUE(system->isOpen());
-    click(centreOf(system->getTabRect()));
+    click(system->getTabRect().getCenter());
     EXPECT_FALSE(system->isOpen());
 }
 
@@ -304,13 +269,11 @@ TEST_F(Pages, DisplaysFollowTheTapAndStaySaneOnBadInput) {
     set.pushEnvelope(NAN, 0.9f);
     EXPECT_FLOAT_EQ(set.envelope->historyAt(true, 0), 0.6f);
     EXPECT_FLOAT_EQ(set.envelope->historyAt(false, 0), 0.9f);
-
-    set.setGainReduction(0.5f);
-    EXPECT_NEAR(set.limiter->getShownGain(), 0.5f, 1e-6);  // down at once
-    set.setGainReduction(1.0f);
-    EXPECT_NEAR(set.limiter->getShownGain(), 0.505f, 1e-6);  // back slowly
-    set.setGainReduction(NAN);
-    EXPECT_NEAR(set.limiter->getShownGain(), 0.505f, 1e-6);
+    // The limiter's meter goes down at once, back slowly, and stays on NaN.
+    for (auto [reduction, shown] : {std::pair{0.5f, 0.5f}, {1.0f, 0.505f}, {NAN, 0.505f}}) {
+        set.setGainReduction(reduction);
+        EXPECT_NEAR(set.limiter->getShownGain(), shown, 1e-6) << reduction;
+    }
     EXPECT_NEAR(CLimiterWindow::barFraction(0.5), 0.25, 0.01);  // -6 dB of a bar of 24
     EXPECT_DOUBLE_EQ(CLimiterWindow::barFraction(0.0001), 1.0);
     find("RinkModLinkFreqPerc.")->setValue(1.0f);

@@ -1,6 +1,5 @@
-// The update client in the plug-in's editor (VST3 door, virtual X server, local server): badge, question
-// and meter appear; "OK" clicked like a person brings the checked file to the desktop; closing ends a download
-// at once; with UpdateCheck "0" nothing shows. ZONFRA_UPDATE_SHOT=FILE.png writes badge and question side by side.
+// The update client in the plug-in's editor through the VST3 door, against a local server.
+// ZONFRA_UPDATE_SHOT=FILE.png writes badge and question side by side.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -9,7 +8,7 @@
 
 #include "CORE/files/Settings.h"
 #include "core_files/TempHome.h"
-#include "lib/drawing/CBitmap.h"
+#include "lib_drawing/DrawingTestSupport.h"
 #include "tools/editor-host/EditorDoor.h"
 #include "tools/editor-host/HostWindow.h"
 #include "update/LocalServer.h"
@@ -18,7 +17,7 @@
 namespace {
 
 using namespace std::chrono_literals;
-using Vinta::CBitmap;
+using DrawingTest::BitmapPtr;
 
 const Vinta::CRect kBadge(219, 450, 319, 488), kBox(17, 144, 517, 344), kMeter(414, 438, 534, 488);
 const std::string kInstaller(64 * 1024, 'z');
@@ -42,18 +41,14 @@ protected:
         const char* plugin = std::getenv("ZONFRA_PLUGIN");
         if (!std::getenv("DISPLAY") || !plugin || !door->load(plugin) || !window.valid() || !door->openEditor(window.getWindow()))
             GTEST_SKIP() << "needs an X display (xvfb-run) and ZONFRA_PLUGIN";
-        window.run(*door, 500), shot = window.capture();
+        window.run(*door, 500), shot.reset(window.capture());
         ASSERT_TRUE(waitFor(kBadge)) << "no badge";
         click(269, 469);
     }
-    void TearDown() override {
-        door->closeEditor();
-        for (CBitmap* bitmap : {shot, last}) if (bitmap) bitmap->forget();
-    }
+    void TearDown() override { door->closeEditor(); }
     // Takes a new shot: the share of the pixels in `area` that differ from the one before.
     double changed(const Vinta::CRect& area) {
-        if (last) last->forget();
-        last = shot, shot = window.capture();
+        last = std::move(shot), shot.reset(window.capture());
         int count = 0;
         for (auto y = uint32_t(area.top); y < area.bottom; ++y)
             for (auto x = uint32_t(area.left); x < area.right; ++x) count += last->getPixel(x, y) == shot->getPixel(x, y) ? 0 : 1;
@@ -70,16 +65,15 @@ protected:
     LocalServer server;
     std::unique_ptr<EditorHost::EditorDoor> door = EditorHost::makeDoor("vst3");
     EditorHost::HostWindow window{534, 488};
-    CBitmap *shot = nullptr, *last = nullptr;
+    BitmapPtr shot, last;
 };
 
-void saveSideBySide(const CBitmap* left, const CBitmap* right, const char* path) {
-    auto* both = new CBitmap(534 * 2 + 8, 488);
+void saveSideBySide(const BitmapPtr& left, const BitmapPtr& right, const char* path) {
+    const BitmapPtr both(new Vinta::CBitmap(534 * 2 + 8, 488));
     for (int row = 0; row < 488 * 2; ++row)
         std::memcpy(both->getPixels() + row / 2 * both->getStride() + row % 2 * (534 + 8) * 4,
                     (row % 2 ? right : left)->getPixels() + row / 2 * left->getStride(), 534 * 4);
     EXPECT_TRUE(both->savePNG(path));
-    both->forget();
 }
 
 TEST_F(UpdateOnScreen, BadgeQuestionMeterAndTheFileOnTheDesktop) {
@@ -101,7 +95,6 @@ TEST_F(UpdateOnScreen, ClosingEndsTheDownloadAtOnceAndUpdateCheckZeroShowsNothin
     EXPECT_LT(std::chrono::steady_clock::now() - closing, 1s);  // a hang guard: the transfer would take 1.6 s
     std::this_thread::sleep_for(2s);
     EXPECT_FALSE(std::filesystem::exists(home.root / "Desktop" / "setup.bin"));
-
     // The offer still stands, but the next editor neither asks nor shows anything.
     Core::writeSetting("MORVANDEL/MMK zonfraQT", "UpdateCheck", "0");
     const int asked = server.requests;

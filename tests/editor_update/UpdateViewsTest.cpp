@@ -1,6 +1,4 @@
-// The update views drawn into a software bitmap, over a session that never asks, told by hand what
-// the transfer would tell: the answers lead from the badge to the end messages, a click beside the
-// box only flashes the cover, a hovered button grows, the meter creeps.
+// The update views over a session that never asks, told by hand what the transfer would tell.
 #include <gtest/gtest.h>
 
 #include "editor/update/CProgressMeter.h"

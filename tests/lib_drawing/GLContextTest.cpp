@@ -16,8 +16,7 @@ protected:
     static void SetUpTestSuite() { shared = new OffscreenGLWindow(kSize, kSize); }
     static void TearDownTestSuite() { delete shared; }
     void SetUp() override {
-        if (!window.ready())
-            GTEST_SKIP() << "no OpenGL 3.3 core context: " << window.whyNot();
+        if (!window.ready()) GTEST_SKIP() << "no OpenGL 3.3 core context: " << window.whyNot();
         nvg = CDrawContext_GL::createNanoVG(false);
         ASSERT_NE(nvg, nullptr);
         context = new CDrawContext_GL(nullptr, nvg, kSize, kSize);
@@ -50,23 +49,18 @@ TEST_F(GLContext, SceneMatchesTheSoftwareRendering) {
     BitmapPtr strip = makeFilmstrip(), software = makeBitmap(kSize, kSize);
     const std::vector<uint8_t> gl = paint([&](CDrawContext& c) { drawScene(c, *strip); });
     drawScene(*software->getDrawContext(), *strip);
-    const struct {
-        const char* what;
-        int x, y;
-    } points[] = {{"background", 3, 3}, {"filled rect", 50, 35}, {"stroke", 110, 35}, {"ellipse", 60, 115},
-                  {"gradient top", 185, 81}, {"gradient bottom", 185, 148}, {"radial centre", 60, 200},
-                  {"radial rim", 60, 175}, {"filmstrip frame", 132, 175}, {"frame at alpha", 152, 175},
-                  {"transparent half", 137, 175}};
-    for (const auto& point : points) {
+    const struct { const char* what; int x, y; } points[] = {
+        {"background", 3, 3}, {"filled rect", 50, 35}, {"stroke", 110, 35}, {"ellipse", 60, 115},
+        {"gradient top", 185, 81}, {"gradient bottom", 185, 148}, {"radial centre", 60, 200}, {"radial rim", 60, 175},
+        {"filmstrip frame", 132, 175}, {"frame at alpha", 152, 175}, {"transparent half", 137, 175}};
+    for (const auto& point : points)
         EXPECT_TRUE(near(at(gl, point.x, point.y), software->getPixel(uint32_t(point.x), uint32_t(point.y)), 12))
             << point.what;
-    }
     // Coverage: apart from edge pixels and glyph rasterising, both back ends agree everywhere.
     int differing = 0;
     for (int y = 0; y < kSize; ++y)
-        for (int x = 0; x < kSize; ++x) {
+        for (int x = 0; x < kSize; ++x)
             differing += !near(at(gl, x, y), software->getPixel(uint32_t(x), uint32_t(y)), 64);
-        }
     EXPECT_LT(differing, kSize * kSize / 100) << "pixels that differ by more than a quarter";
 }
 
@@ -75,14 +69,10 @@ TEST_F(GLContext, StringWidthsAgreeWithTheSoftwarePath) {
     BitmapPtr canvas = makeBitmap(4, 4);
     CDrawContext& software = *canvas->getDrawContext();
     CFontDesc* missing = new CFontDesc("no-such-archive", "x.ttf", "y.ttf", 1);
-    const struct {
-        CFontDesc* font;
-        double size;
-        int32_t style;
-        const char* text;
-    } cases[] = {{kSystemFont, 12, 0, "Zonfra"},        {kSystemFont, 24, 0, "Cutoff 440 Hz"},
-                 {kSystemFont, 10, 1, "AVATAR Wave"},   {kNormalFont, 11, 0, "LFO rate 1/16"},
-                 {kNormalFont, 17, 1, "Resonance 98%"}, {kBoldFont, 13, 0, ""}, {missing, 20, 0, "Zonfra"}};
+    const struct { CFontDesc* font; double size; int32_t style; const char* text; } cases[] = {
+        {kSystemFont, 12, 0, "Zonfra"}, {kSystemFont, 24, 0, "Cutoff 440 Hz"}, {kSystemFont, 10, 1, "AVATAR Wave"},
+        {kNormalFont, 11, 0, "LFO rate 1/16"}, {kNormalFont, 17, 1, "Resonance 98%"}, {kBoldFont, 13, 0, ""},
+        {missing, 20, 0, "Zonfra"}};
     const std::vector<uint8_t> pixels = paint([&](CDrawContext& c) {
         for (const auto& test : cases) {
             c.setFont(test.font, test.size, test.style);

@@ -21,15 +21,13 @@ struct OffscreenGLWindow::Native {
 };
 
 std::string OffscreenGLWindow::Native::open() {
-    if ((display = XOpenDisplay(nullptr)) == nullptr)
-        return reason;
+    if ((display = XOpenDisplay(nullptr)) == nullptr) return reason;
     const int frameBuffer[] = {GLX_X_RENDERABLE, True, GLX_DRAWABLE_TYPE, GLX_WINDOW_BIT, GLX_RENDER_TYPE,
                                GLX_RGBA_BIT, GLX_RED_SIZE, 8, GLX_GREEN_SIZE, 8, GLX_BLUE_SIZE, 8,
                                GLX_STENCIL_SIZE, 8, GLX_DOUBLEBUFFER, True, None};
     int count = 0;
     GLXFBConfig* configs = glXChooseFBConfig(display, DefaultScreen(display), frameBuffer, &count);
-    if (configs == nullptr || count == 0)
-        return "no GLX frame buffer configuration with stencil";
+    if (configs == nullptr || count == 0) return "no GLX frame buffer configuration with stencil";
     const GLXFBConfig config = configs[0];
     XFree(configs);
     XVisualInfo* visual = glXGetVisualFromFBConfig(display, config);
@@ -47,11 +45,9 @@ std::string OffscreenGLWindow::Native::open() {
     const int version[] = {GLX_CONTEXT_MAJOR_VERSION_ARB, 3, GLX_CONTEXT_MINOR_VERSION_ARB, 3,
                            GLX_CONTEXT_PROFILE_MASK_ARB, GLX_CONTEXT_CORE_PROFILE_BIT_ARB, None};
     context = create != nullptr ? create(display, config, nullptr, True, version) : nullptr;
-    if (context == nullptr || !glXMakeCurrent(display, window, context))
-        return "no GLX 3.3 core context";
+    if (context == nullptr || !glXMakeCurrent(display, window, context)) return "no GLX 3.3 core context";
     glewExperimental = GL_TRUE;
-    if (glewInit() != GLEW_OK)
-        return "glewInit failed";
+    if (glewInit() != GLEW_OK) return "glewInit failed";
     glGetError();  // GLEW's extension query leaves an error behind on core contexts
     return {};
 }
@@ -64,16 +60,13 @@ OffscreenGLWindow::OffscreenGLWindow(int width, int height) : native(std::make_u
 
 OffscreenGLWindow::~OffscreenGLWindow() {
     Native& n = *native;
-    if (n.display == nullptr)
-        return;
+    if (n.display == nullptr) return;
     if (n.context != nullptr) {
         glXMakeCurrent(n.display, None, nullptr);
         glXDestroyContext(n.display, n.context);
     }
-    if (n.window != 0)
-        XDestroyWindow(n.display, n.window);
-    if (n.colourmap != 0)
-        XFreeColormap(n.display, n.colourmap);
+    if (n.window != 0) XDestroyWindow(n.display, n.window);
+    if (n.colourmap != 0) XFreeColormap(n.display, n.colourmap);
     XCloseDisplay(n.display);
 }
 

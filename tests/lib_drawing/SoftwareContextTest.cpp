@@ -15,6 +15,7 @@ struct Probe { CPoint at; CColor colour; int tolerance = 0; };
 struct ShapeCase { const char* name; std::function<void(CDrawContext&)> draw; std::vector<Probe> probes; };
 
 const CPoint kTriangle[] = {{10, 10}, {50, 10}, {10, 50}};
+const CRect kAll(0, 0, 64, 64);
 
 const ShapeCase kShapes[] = {
     {"filled rect covers [left, right)", [](CDrawContext& c) { c.drawRect(CRect(10, 10, 30, 30), 1); },
@@ -42,41 +43,35 @@ const ShapeCase kShapes[] = {
     {"closed triangle", [](CDrawContext& c) { c.drawPolygon(kTriangle, 3, 1, true); },
      {{{15, 15}, kFill}, {{45, 45}, kBack}}},
     {"clip bounds the fill",
-     [](CDrawContext& c) { c.setClipRect(CRect(0, 0, 20, 64)); c.drawRect(CRect(0, 0, 64, 64), 1); },
+     [](CDrawContext& c) { c.setClipRect(CRect(0, 0, 20, 64)); c.drawRect(kAll, 1); },
      {{{10, 10}, kFill}, {{19, 40}, kFill}, {{20, 10}, kBack}}},
     {"offset moves drawing and clip",
-     [](CDrawContext& c) {
-         c.setOffset(CPoint(10, 10));
-         c.setClipRect(CRect(0, 0, 20, 20));
-         c.drawRect(CRect(-10, -10, 40, 40), 1);
-     },
+     [](CDrawContext& c) { c.setOffset(CPoint(10, 10)); c.setClipRect(CRect(0, 0, 20, 20));
+                           c.drawRect(CRect(-10, -10, 40, 40), 1); },
      {{{10, 10}, kFill}, {{29, 29}, kFill}, {{9, 9}, kBack}, {{30, 30}, kBack}}},
     {"global alpha scales fills",
-     [](CDrawContext& c) { c.setGlobalAlpha(0.5f); c.setFillColor(kWhiteCColor); c.drawRect(CRect(0, 0, 64, 64), 1); },
+     [](CDrawContext& c) { c.setGlobalAlpha(0.5f); c.setFillColor(kWhiteCColor); c.drawRect(kAll, 1); },
      {{{20, 20}, CColor{128, 128, 128, 255}, 1}}},
     {"linear gradient runs top to bottom",
-     [](CDrawContext& c) { c.setLinearGradient(CRect(0, 0, 64, 64), kBlackCColor, kWhiteCColor);
-                           c.drawRect(CRect(0, 0, 64, 64), 1); },
+     [](CDrawContext& c) { c.setLinearGradient(kAll, kBlackCColor, kWhiteCColor); c.drawRect(kAll, 1); },
      {{{32, 0}, kBack, 4}, {{32, 32}, CColor{128, 128, 128, 255}, 4}, {{32, 63}, kWhiteCColor, 4}}},
-    {"radial gradient", [](CDrawContext& c) { c.setRadialGradient(CPoint(32, 32), 30, kWhiteCColor, kBlackCColor);
-                                              c.drawRect(CRect(0, 0, 64, 64), 1); },
+    {"radial gradient",
+     [](CDrawContext& c) { c.setRadialGradient(CPoint(32, 32), 30, kWhiteCColor, kBlackCColor); c.drawRect(kAll, 1); },
      {{{32, 32}, kWhiteCColor, 10}, {{32, 17}, CColor{128, 128, 128, 255}, 10}, {{2, 2}, kBack, 1}}},
     {"box gradient is half way at the box edge",
      [](CDrawContext& c) { c.setBoxGradient(CRect(16, 16, 48, 48), 4, 8, kWhiteCColor, kBlackCColor);
-                           c.drawRect(CRect(0, 0, 64, 64), 1); },
+                           c.drawRect(kAll, 1); },
      {{{32, 32}, kWhiteCColor}, {{2, 2}, kBack, 1}, {{16, 32}, CColor{128, 128, 128, 255}, 20}}},
     {"a fill colour ends the gradient",
-     [](CDrawContext& c) { c.setLinearGradient(CRect(0, 0, 64, 64), kBlackCColor, kWhiteCColor);
-                           c.setFillColor(kFill); c.drawRect(CRect(0, 0, 64, 64), 1); },
+     [](CDrawContext& c) { c.setLinearGradient(kAll, kBlackCColor, kWhiteCColor); c.setFillColor(kFill);
+                           c.drawRect(kAll, 1); },
      {{{32, 63}, kFill}}},
     {"vertical gradient through three colours",
-     [](CDrawContext& c) { c.fillVerticalGradient(CRect(0, 0, 64, 64), kRedCColor, kGreenCColor, kBlueCColor, 7); },
+     [](CDrawContext& c) { c.fillVerticalGradient(kAll, kRedCColor, kGreenCColor, kBlueCColor, 7); },
      {{{32, 0}, kRedCColor, 24}, {{32, 32}, kGreenCColor, 24}, {{32, 63}, kBlueCColor, 24}}},
     {"vertical gradient is rendered once per key",
-     [](CDrawContext& c) {
-         c.fillVerticalGradient(CRect(0, 0, 64, 64), kRedCColor, kGreenCColor, kBlueCColor, 7);
-         c.fillVerticalGradient(CRect(0, 0, 64, 64), kWhiteCColor, kWhiteCColor, kWhiteCColor, 7);
-     },
+     [](CDrawContext& c) { c.fillVerticalGradient(kAll, kRedCColor, kGreenCColor, kBlueCColor, 7);
+                           c.fillVerticalGradient(kAll, kWhiteCColor, kWhiteCColor, kWhiteCColor, 7); },
      {{{32, 0}, kRedCColor, 24}, {{32, 63}, kBlueCColor, 24}}},
     {"point", [](CDrawContext& c) { c.drawPoint(CPoint(5, 5), kBlueCColor); },
      {{{5, 5}, kBlueCColor}, {{6, 5}, kBack}}},
@@ -160,7 +155,6 @@ TEST(SoftwareContext, SceneMatchesRecordedChecksum) {
         for (uint32_t i = 0; i < canvas->getPixelWidth() * 4; ++i)
             hash = (hash ^ row[i]) * 1099511628211ull;
     }
-    if (const char* dump = std::getenv("ZONFRA_DRAW_DUMP"))
-        canvas->savePNG(dump);
+    if (const char* dump = std::getenv("ZONFRA_DRAW_DUMP")) canvas->savePNG(dump);
     EXPECT_EQ(hash, 14902543276078241578ull);
 }

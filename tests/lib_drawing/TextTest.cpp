@@ -1,5 +1,3 @@
-#include <string>
-
 #include "lib_drawing/DrawingTestSupport.h"
 
 using namespace DrawingTest;
@@ -12,8 +10,7 @@ std::pair<int, int> inkColumns(const CBitmap& canvas) {
     for (uint32_t x = 0; x < canvas.getPixelWidth(); ++x)
         for (uint32_t y = 0; y < canvas.getPixelHeight(); ++y)
             if (canvas.getPixel(x, y).red > 40) {
-                if (first < 0)
-                    first = static_cast<int>(x);
+                if (first < 0) first = static_cast<int>(x);
                 last = static_cast<int>(x);
                 break;
             }
@@ -26,14 +23,8 @@ std::pair<int, int> inkColumns(const CBitmap& canvas) {
 // so its ascent and descent span 1.2 times the size, advances rounded to whole pixels. The string
 // starts at the left, centre or right of its box; any other alignment starts it at the centre.
 TEST(Text, StringWidthFollowsFontAndSizeAndTheAlignmentPlacesIt) {
-    const struct {
-        CFontDesc* font;
-        double size;
-        int32_t style;
-        const char* text;
-        double width;
-        int32_t align;
-    } cases[] = {
+    const struct { CFontDesc* font; double size; int32_t style; const char* text; double width; int32_t align; }
+        cases[] = {
         {kSystemFont, 12, 0, "Zonfra", 37, kAlignLeft},
         {kSystemFont, 24, 0, "Zonfra", 74, kAlignCenter},
         {kSystemFont, 12, 1, "Zonfra", 40, kAlignRight},
@@ -90,24 +81,19 @@ TEST(Text, MissingFontOrTextDrawsNothingAndNullFontIsTheSystemFont) {
 }
 
 TEST(Text, MultilineDropsWhatDoesNotFit) {
-    const struct {
-        double height;
-        int lines;
-    } cases[] = {{60, 3}, {26, 2}, {10, 0}};
-    for (const auto& test : cases) {
+    for (const auto& test : {std::pair{60.0, 3}, {26.0, 2}, {10.0, 0}}) {
         BitmapPtr canvas = makeBitmap(100, 60);
         CDrawContext& context = *canvas->getDrawContext();
         context.clearWithColor(kBlackCColor);
         context.setFont(kSystemFont, 12, 0);
-        context.drawStringMultiline("one\ntwo\nthree", CRect(0, 0, 100, test.height), 0, 0);
+        context.drawStringMultiline("one\ntwo\nthree", CRect(0, 0, 100, test.first), 0, 0);
         int bands = 0;
         for (uint32_t y = 0, inBand = 0; y < 60; ++y) {
             uint32_t lit = 0;
-            for (uint32_t x = 0; x < 100; ++x)
-                lit |= canvas->getPixel(x, y).red > 40;
+            for (uint32_t x = 0; x < 100; ++x) lit |= canvas->getPixel(x, y).red > 40;
             bands += lit && !inBand;
             inBand = lit;
         }
-        EXPECT_EQ(bands, test.lines) << "height " << test.height;
+        EXPECT_EQ(bands, test.second) << "height " << test.first;
     }
 }

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <tuple>
 
 #include "ViewTestSupport.h"
-#include "framework/parameters/ParameterProperty.h"
 #include "lib/controls/CKnob.h"
 #include "lib/controls/Vinta_AnimKnob.h"
 #include "lib/drawing/CBitmap.h"
@@ -12,28 +12,20 @@ using namespace VintaTest;
 
 namespace {
 // A knob of 40 x 40 at (100, 100) drawn from an 11-frame strip, tied to "Cutoff".
-struct KnobFixture : FrameFixture {
-    explicit KnobFixture(float start = 0.2f, bool snap = false, bool smoothing = false, int steps = 0) {
-        cutoff.setName("Cutoff");
-        cutoff.setDefault(0.5f);
-        cutoff.setNormalized(start);
+struct KnobFixture : ParameterFixture {
+    explicit KnobFixture(float start = 0.2f, bool snap = false, bool smoothing = false, int steps = 0)
+        : ParameterFixture("Cutoff", start) {
         Vinta_AnimKnob::CInfo info;
         info.rect = CRect(100, 100, 140, 140);
-        info.bitmap = strip;
+        info.bitmap = new CBitmap(40, 440);
         info.frameCount = 11;
         info.frameHeight = 40;
-        info.parameter = &cutoff;
         info.snapEnabled = snap;
         info.smoothing = smoothing;
         info.stepped = steps > 0;
         info.stepCount = steps;
-        knob = static_cast<Vinta_AnimKnob*>(info.CreateObject());
-        frame->addView(knob);
-    }
-    // The views go before the parameter they listen to.
-    ~KnobFixture() {
-        frame->removeAll();
-        strip->forget();
+        knob = static_cast<Vinta_AnimKnob*>(build(info));
+        info.bitmap->forget();
     }
     // Press at the centre, move by (dx, dy) in `steps` moves, release.
     void drag(double dx, double dy, CButtonState buttons, int steps = 4) {
@@ -42,21 +34,13 @@ struct KnobFixture : FrameFixture {
             frame->onMouseMoved(CPoint(centre.x + dx * i / steps, centre.y + dy * i / steps), buttons);
         frame->onMouseUp(CPoint(centre.x + dx, centre.y + dy), 0);
     }
-    Ondra::ParameterProperty cutoff;
-    CBitmap* strip = new CBitmap(40, 440);
     Vinta_AnimKnob* knob;
     CPoint centre{120, 120};
 };
 }  // namespace
 
 TEST(KnobDrag, UpwardDragCoversTheRangeOverTwoHundredPixelsOrTenTimesThatWhenFine) {
-    struct Case {
-        float start;
-        bool snap;
-        double dx, dy;
-        CButtonState buttons;
-        float expected;
-    } cases[] = {
+    const struct { float start; bool snap; double dx, dy; CButtonState buttons; float expected; } cases[] = {
         {0.2f, false, 0, -100, kLButton, 0.7f},
         {0.2f, false, 0, -100, kLButton | kShift, 0.25f},
         {0.2f, false, 0, -100, kRButton, 0.25f},         // the right button drags fine as well
@@ -67,23 +51,24 @@ TEST(KnobDrag, UpwardDragCoversTheRangeOverTwoHundredPixelsOrTenTimesThatWhenFin
         {0.6f, true, 0, 0, kLButton, 0.6f},              // starting off-centre does not jump
         {0.6f, true, 0, -20, kLButton, 0.7f},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         KnobFixture f(c.start, c.snap);
         f.drag(c.dx, c.dy, c.buttons);
         EXPECT_NEAR(f.knob->getValue(), c.expected, 1e-5) << c.start << " " << c.dy << " " << c.buttons;
-        EXPECT_NEAR(f.cutoff.getNormalized(), c.expected, 1e-5);
+        EXPECT_NEAR(f.parameter.getNormalized(), c.expected, 1e-5);
     }
 }
 
 TEST(KnobDrag, ShiftPressedHalfwayGoesOnFinerWithoutAJumpAndTheGestureIsOneEdit) {
     KnobFixture f;
     f.frame->onMouseDown(f.centre, kLButton);
-    f.frame->onMouseMoved(CPoint(120, 70), kLButton);
-    EXPECT_NEAR(f.knob->getValue(), 0.45f, 1e-5);
-    f.frame->onMouseMoved(CPoint(120, 69), kLButton | kShift);  // shift arrives with this pixel
-    EXPECT_NEAR(f.knob->getValue(), 0.455f, 1e-5);
-    f.frame->onMouseMoved(CPoint(120, 19), kLButton | kShift);  // from here ten times finer
-    EXPECT_NEAR(f.knob->getValue(), 0.48f, 1e-5);
+    // Shift arrives with the pixel at 69; from there the drag is ten times finer.
+    const std::tuple<int, CButtonState, float> moves[] = {
+        {70, kLButton, 0.45f}, {69, kLButton | kShift, 0.455f}, {19, kLButton | kShift, 0.48f}};
+    for (auto [y, buttons, expected] : moves) {
+        f.frame->onMouseMoved(CPoint(120, y), buttons);
+        EXPECT_NEAR(f.knob->getValue(), expected, 1e-5) << y;
+    }
     f.frame->onMouseUp(CPoint(120, 19), 0);
     ASSERT_GE(f.editor.log.size(), 3u);
     EXPECT_EQ(f.editor.log.front(), "begin Cutoff");
@@ -92,29 +77,22 @@ TEST(KnobDrag, ShiftPressedHalfwayGoesOnFinerWithoutAJumpAndTheGestureIsOneEdit)
 }
 
 TEST(KnobGestures, WheelStepsAndResetsToTheDefault) {
-    struct Case {
-        const char* gesture;
-        CButtonState buttons;
-        float expected;
-        int32_t result;
-    } cases[] = {
-        {"wheel", 0, 0.3f, 1},
-        {"wheel", kShift, 0.21f, 1},
-        {"click", kLButton | kControl, 0.5f, 3},  // arrives as 4: reset, no capture
-        {"click", kMButton, 0.5f, 3},
-        {"click", kLButton | kDoubleClick, 0.5f, 3},
-        {"click", kLButton, 0.2f, 1},
+    const struct { bool wheel; CButtonState buttons; float expected; int32_t result; } cases[] = {
+        {true, 0, 0.3f, 1},
+        {true, kShift, 0.21f, 1},
+        {false, kLButton | kControl, 0.5f, 3},  // arrives as 4: reset, no capture
+        {false, kMButton, 0.5f, 3},
+        {false, kLButton | kDoubleClick, 0.5f, 3},
+        {false, kLButton, 0.2f, 1},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         KnobFixture f(0.2f, false, true);
-        int32_t result = 1;
-        if (std::string(c.gesture) == "wheel")
+        if (c.wheel)
             EXPECT_TRUE(f.frame->onWheel(f.centre, 1.0f, c.buttons));
         else
-            result = f.frame->onMouseDown(f.centre, c.buttons);
-        EXPECT_EQ(result, c.result);
+            EXPECT_EQ(f.frame->onMouseDown(f.centre, c.buttons), c.result);
         EXPECT_NEAR(f.knob->getValue(), c.expected, 1e-5);
-        EXPECT_NEAR(f.cutoff.getNormalized(), c.expected, 1e-5);
+        EXPECT_NEAR(f.parameter.getNormalized(), c.expected, 1e-5);
         if (c.result == 3) {
             EXPECT_FLOAT_EQ(f.knob->getShownValue(), f.knob->getValue());  // no glide after a reset
             EXPECT_EQ(f.editor.log, (std::vector<std::string>{"begin Cutoff", "perform Cutoff", "end Cutoff"}));
@@ -127,8 +105,7 @@ TEST(KnobParameter, ChangesFromAnotherThreadAreOnlyStoredAndDrawnByTheWindowThre
     RecordingContext context;
     f.frame->draw(&context);
     EXPECT_FALSE(f.knob->isDirty());
-    std::thread host([&] { f.cutoff.setNormalized(0.9f); });
-    host.join();
+    std::thread([&] { f.parameter.setNormalized(0.9f); }).join();  // the host's thread
     EXPECT_FLOAT_EQ(f.knob->getValue(), 0.9f);
     EXPECT_TRUE(f.knob->isDirty());
     EXPECT_TRUE(f.editor.log.empty());  // nothing is sent back
@@ -141,34 +118,29 @@ TEST(KnobParameter, ChangesFromAnotherThreadAreOnlyStoredAndDrawnByTheWindowThre
     int frames = 1;
     for (; f.knob->isDirty() && frames < 50; ++frames) f.frame->draw(&context);
     EXPECT_FLOAT_EQ(f.knob->getShownValue(), 0.9f);
-    EXPECT_GT(frames, 5);
-    EXPECT_LT(frames, 20);
+    EXPECT_TRUE(frames > 5 && frames < 20) << frames;
 }
 
 TEST(KnobParameter, SteppedKnobGivesOnlyItsStepsAndSetsThePlainValue) {
     KnobFixture f(0.0f, false, false, 2);
-    f.cutoff.setMaximum(5.0f);
-    f.cutoff.setMinimum(2.0f);
-    f.cutoff.setValue(2.0f);
+    f.parameter.setMaximum(5.0f);
+    f.parameter.setMinimum(2.0f);
+    f.parameter.setValue(2.0f);
     f.drag(0, -60, kLButton);  // 0.3 rounds to step 0
     EXPECT_FLOAT_EQ(f.knob->getValue(), 0.0f);
     f.drag(0, -120, kLButton);  // 0.6 rounds to step 1
     EXPECT_FLOAT_EQ(f.knob->getValue(), 1.0f);
-    EXPECT_FLOAT_EQ(f.cutoff.getValue(), 3.0f);
+    EXPECT_FLOAT_EQ(f.parameter.getValue(), 3.0f);
 }
 
 TEST(PlainKnob, FollowsTheAngleOrWithAltAndShiftALinearDragOnBothAxes) {
-    struct Case {
-        CButtonState buttons;
-        CPoint press, release;
-        float expected;
-    } cases[] = {
+    const struct { CButtonState buttons; CPoint press, release; float expected; } cases[] = {
         {kLButton, CPoint(20, 0), CPoint(20, 0), 0.5f},             // straight up is the middle
         {kLButton, CPoint(20, 0), CPoint(25, 39), 1.0f},            // moving into the dead zone keeps the end
         {kLButton | kAlt, CPoint(20, 20), CPoint(120, 20), 0.7f},   // rightwards counts in linear mode
         {kLButton | kAlt | kShift, CPoint(20, 20), CPoint(20, -80), 0.25f},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         FrameFixture f;
         auto* knob = new CKnob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
         knob->setValue(0.2f);
@@ -200,7 +172,7 @@ TEST(KnobHover, PointerOverAKnobShowsItsParameterTextAndLeavingClearsIt) {
     KnobFixture f(0.25f);
     f.frame->onMouseMoved(f.centre, 0);
     char expected[256];
-    f.cutoff.getDisplayText(f.cutoff.getValue(), expected, Ondra::kDisplayWithName | Ondra::kDisplayWithUnit);
+    f.parameter.getDisplayText(f.parameter.getValue(), expected, Ondra::kDisplayWithName | Ondra::kDisplayWithUnit);
     EXPECT_EQ(f.frame->hover, expected);
     f.frame->onMouseMoved(CPoint(10, 10), 0);
     EXPECT_EQ(f.frame->hover, "");

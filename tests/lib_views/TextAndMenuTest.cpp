@@ -4,10 +4,8 @@
 #include <string>
 
 #include "ViewTestSupport.h"
-#include "framework/parameters/ParameterProperty.h"
 #include "lib/controls/CGuiScaleContext.h"
 #include "lib/controls/CMenuItem.h"
-#include "lib/controls/ViewBuilder.h"
 #include "lib/controls/Vinta_ActionButton.h"
 #include "lib/controls/Vinta_ContextMenu.h"
 #include "lib/controls/Vinta_Label.h"
@@ -19,24 +17,6 @@
 
 using namespace VintaTest;
 
-namespace {
-struct ParameterFixture : FrameFixture {
-    ParameterFixture() {
-        gain.setName("Gain");
-        gain.setDefault(0.5f);
-        gain.setNormalized(0.2f);
-    }
-    ~ParameterFixture() { frame->removeAll(); }  // the views go before the parameter they listen to
-    template <typename Record>
-    auto* build(Record& record, int32_t kind = kKindCreateObject) {
-        record.kind = kind;
-        record.parameter = &gain;
-        return addViewFromRecord(&record, nullptr, frame);
-    }
-    Ondra::ParameterProperty gain;
-};
-}  // namespace
-
 TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
     ParameterFixture f;
     Vinta_TextEdit::CInfo info;
@@ -47,28 +27,26 @@ TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
     f.frame->onMouseMoved(CPoint(20, -80), kLButton);
     f.frame->onMouseMoved(CPoint(200, -80), kLButton);  // sideways changes nothing
     f.frame->onMouseUp(CPoint(20, -80), 0);
-    EXPECT_NEAR(f.gain.getNormalized(), 0.7f, 1e-5);
+    EXPECT_NEAR(f.parameter.getNormalized(), 0.7f, 1e-5);
     EXPECT_EQ(f.editor.log.front(), "begin Gain");
     EXPECT_EQ(f.editor.log.back(), "end Gain");
     EXPECT_EQ(f.frame->onMouseDown(CPoint(20, 20), kLButton | kControl), 3);
-    EXPECT_NEAR(f.gain.getNormalized(), 0.5f, 1e-5);
+    EXPECT_NEAR(f.parameter.getNormalized(), 0.5f, 1e-5);
 
     f.platform->typed = "hello";
     EXPECT_EQ(f.frame->onMouseDown(CPoint(20, 20), kLButton | kDoubleClick), 3);
-    EXPECT_TRUE(box->isEditing());
-    EXPECT_EQ(f.frame->getFocusView(), box);
+    EXPECT_TRUE(box->isEditing() && f.frame->getFocusView() == box);
     f.platform->editCallback->textEditDidEnd(kTextEditEscape);  // not taken: shown, not sent
     EXPECT_FALSE(box->isEditing());
     EXPECT_STREQ(box->getText(), "hello");
-    EXPECT_NEAR(f.gain.getNormalized(), 0.5f, 1e-5);
+    EXPECT_NEAR(f.parameter.getNormalized(), 0.5f, 1e-5);
 
-    std::string longText(300, 'x');
-    box->setText(longText.c_str());
+    box->setText(std::string(300, 'x').c_str());
     EXPECT_EQ(std::strlen(box->getText()), 255u);
-    f.gain.setNormalized(0.25f);
+    f.parameter.setNormalized(0.25f);
     box->updateTextFromParameter();
     char expected[256];
-    f.gain.getDisplayText(f.gain.getValue(), expected, Ondra::kDisplayWithUnit | Ondra::kDisplayPlain);
+    f.parameter.getDisplayText(f.parameter.getValue(), expected, Ondra::kDisplayWithUnit | Ondra::kDisplayPlain);
     EXPECT_STREQ(box->getText(), expected);
 }
 
@@ -78,7 +56,7 @@ TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlipsAndFadesIn) {
     for (int32_t type : {Vinta_ActionButton::kMomentary, Vinta_ActionButton::kToggle}) {
         const bool toggle = type == Vinta_ActionButton::kToggle;
         ParameterFixture f;
-        f.gain.setValue(0.0f);
+        f.parameter.setValue(0.0f);
         Vinta_ActionButton::CInfo info;
         info.rect = CRect(0, 0, 20, 20);
         info.type = type;
@@ -89,17 +67,13 @@ TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlipsAndFadesIn) {
         fakeNow = 5000;
         EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 1);
         EXPECT_TRUE(button->isOn());
-        EXPECT_FLOAT_EQ(f.gain.getValue(), 1.0f);
+        EXPECT_FLOAT_EQ(f.parameter.getValue(), 1.0f);
         f.frame->onMouseUp(CPoint(300, 300), 0);
         EXPECT_EQ(button->isOn(), toggle);
-        EXPECT_FLOAT_EQ(f.gain.getValue(), toggle ? 1.0f : 0.0f);
+        EXPECT_FLOAT_EQ(f.parameter.getValue(), toggle ? 1.0f : 0.0f);
         if (!toggle) continue;
         RecordingContext context;
-        const struct {
-            uint32_t at;
-            uint8_t upperAlpha;
-            bool dirty;
-        } steps[] = {{5180, 127, true}, {5540, 255, false}};
+        const struct { uint32_t at; uint8_t upperAlpha; bool dirty; } steps[] = {{5180, 127, true}, {5540, 255, false}};
         for (const auto& s : steps) {
             fakeNow = s.at;
             f.frame->draw(&context);
@@ -113,19 +87,17 @@ TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlipsAndFadesIn) {
 
 TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
     ParameterFixture f;
-    f.gain.setMaximum(10.0f);
+    f.parameter.setMaximum(10.0f);
     auto* menu = new COptionMenu(CRect(0, 0, 50, 20), nullptr, 0, nullptr, kCheckStyle);
     for (const char* title : {"a", "b", "c", "d"}) menu->addEntry(title);
-    menu->setParameter(&f.gain);
+    menu->setParameter(&f.parameter);
     f.frame->addView(menu);
     f.platform->menuAnswer = {nullptr, 2};
     EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 3);
-    EXPECT_EQ(menu->getCurrent(), 2);
-    EXPECT_TRUE(menu->getEntry(2)->isChecked());
-    EXPECT_FLOAT_EQ(f.gain.getValue(), 2.0f);
+    EXPECT_TRUE(menu->getCurrent() == 2 && menu->getEntry(2)->isChecked());
+    EXPECT_FLOAT_EQ(f.parameter.getValue(), 2.0f);
     menu->setValue(2.99f);
-    EXPECT_EQ(menu->getCurrent(), 3);
-    EXPECT_FALSE(menu->getEntry(2)->isChecked());
+    EXPECT_TRUE(menu->getCurrent() == 3 && !menu->getEntry(2)->isChecked());
     char title[32];
     menu->setPrefixNumbers(3);
     menu->getEntryTitle(3, title, sizeof title);
@@ -140,23 +112,20 @@ TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
     ParameterFixture f;
     mode.setMaximum(5.0f);
     auto* sub = new Vinta_ContextMenu(CRect(), nullptr, 0, nullptr, &mode);
-    sub->addEntry("x");
-    sub->addEntry("y");
+    for (const char* title : {"x", "y"}) sub->addEntry(title);
     auto* root = new Vinta_ContextMenu(CRect(0, 0, 20, 20));
     root->addEntry(new CMenuItem("modes", -1, 0, nullptr, sub));
     sub->forget();  // the item holds it
     f.frame->addView(root);
     f.platform->menuAnswer = {sub, 1};
     EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kRButton), 3);
-    EXPECT_EQ(root->getLastMenu(), sub);
-    EXPECT_EQ(sub->getCurrent(), 1);
+    EXPECT_TRUE(root->getLastMenu() == sub && sub->getCurrent() == 1);
     EXPECT_FLOAT_EQ(mode.getValue(), 1.0f);
 }
 
 TEST(OptionMenu, GuiScaleMenuRescalesTheEditorAndStoresTheSize) {
     FrameFixture f;
-    auto* scales = new CGuiScaleContext(CRect(0, 0, 20, 20));
-    f.frame->addView(scales);
+    f.frame->addView(new CGuiScaleContext(CRect(0, 0, 20, 20)));
     f.platform->menuAnswer = {nullptr, 2};
     f.frame->onMouseDown(CPoint(5, 5), kLButton);
     EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
@@ -177,12 +146,11 @@ TEST(ViewRecords, KindsBuildTheirViewOrNothing) {
     for (int32_t kind : {100, 101, 103, 107}) {
         Vinta_ParamDisplay::CInfo display;
         display.kind = kind;
-        display.parameter = &f.gain;
+        display.parameter = &f.parameter;
         CView* view = addViewFromRecord(&display, box, f.frame);
         ASSERT_NE(view, nullptr);
         EXPECT_TRUE(view->isTypeOf("Vinta_ParamDisplay") && view->isTypeOf("CControl"));
-        EXPECT_EQ(view->getParentView(), box);
-        EXPECT_EQ(display.parentFrame, f.frame);
+        EXPECT_TRUE(view->getParentView() == box && display.parentFrame == f.frame);
     }
     Vinta_ParamDisplay::CInfo skipped;
     skipped.kind = 102;
@@ -207,17 +175,13 @@ TEST(RadioGroup, ClickChoosesAnItemTheLedFadesInAndValuesRoundToTheNearestBelow)
     EXPECT_EQ(f.frame->onMouseDown(CPoint(25, 5), kLButton), 1);
     f.frame->onMouseUp(CPoint(25, 5), 0);
     EXPECT_EQ(group->getSelected(), 1);
-    EXPECT_NEAR(f.gain.getNormalized(), 1.0f, 1e-5);
+    EXPECT_NEAR(f.parameter.getNormalized(), 1.0f, 1e-5);
     EXPECT_EQ(f.editor.log, (std::vector<std::string>{"begin Gain", "end Gain"}));
     EXPECT_EQ(f.frame->onMouseDown(CPoint(35, 5), kLButton), 2);
-    struct Step {
-        uint32_t at;
-        bool enabled;
-        float first, second;
-        uint8_t secondOnAlpha;
-    } steps[] = {{1060, true, 155, 100, 100}, {1060, false, 55, 200, 50}, {1120, true, 0, 255, 255}};
+    const struct { uint32_t at; bool enabled; float first, second; uint8_t secondOnAlpha; } steps[] = {
+        {1060, true, 155, 100, 100}, {1060, false, 55, 200, 50}, {1120, true, 0, 255, 255}};
     RecordingContext context;
-    for (const Step& s : steps) {
+    for (const auto& s : steps) {
         fakeNow = s.at;
         group->setEnabled(s.enabled);
         context.bitmaps.clear();
@@ -249,7 +213,7 @@ TEST(TextDisplays, DisplaysAndLabelsDrawTheirTextOnTheWindowThread) {
     RecordingContext context;
     f.frame->draw(&context);
     char value[256];
-    f.gain.getDisplayText(f.gain.getValue(), value, 0);
-    const std::vector<std::string> expected{"0.50", "0.50", value, f.gain.getUnitLabel(), "Gain"};
+    f.parameter.getDisplayText(f.parameter.getValue(), value, 0);
+    const std::vector<std::string> expected{"0.50", "0.50", value, f.parameter.getUnitLabel(), "Gain"};
     EXPECT_EQ(context.strings, expected);  // shadow then text; value above unit; the parameter's name
 }

@@ -4,13 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "framework/parameters/IPluginParameter.h"
+#include "framework/parameters/ParameterProperty.h"
 #include "lib/controls/IOSOptionMenu.h"
 #include "lib/controls/ITextEditCallback.h"
-#include "lib/drawing/CDrawContext.h"
+#include "lib/controls/ViewBuilder.h"
+#include "lib/drawing/CDrawContext_AGG.h"
 #include "lib/views/CFrame.h"
 #include "lib/views/IFrame.h"
 #include "lib/views/IVintaEditor.h"
+#include "lib/views/VintaObjectInfo.h"
 
 namespace VintaTest {
 using namespace Vinta;
@@ -81,40 +83,24 @@ public:
     double scale = 1.0;
 };
 
-// Draws nothing; keeps the rectangles, strings and bitmaps asked for.
-class RecordingContext : public CDrawContext {
+// Draws nothing (the software context without pixels); keeps the rectangles, strings and bitmaps
+// asked for.
+class RecordingContext : public CDrawContext_AGG {
 public:
-    RecordingContext() : CDrawContext(nullptr) { clipRect = CRect(0, 0, 10000, 10000); }
+    RecordingContext() { clipRect = CRect(0, 0, 10000, 10000); }
     void drawRect(const CRect& rect, int32_t) override { rects.push_back(CRect(rect).offset(offset.x, offset.y)); }
     void setClipRect(const CRect& rect) override { clipRect = CRect(rect).offset(offset.x, offset.y); }
     double drawString(const char* text, const CRect&, int32_t, int32_t) override {
-        strings.push_back(text ? text : "");
-        return 0;
+        return strings.push_back(text ? text : ""), 0;
     }
     void drawBitmap(CBitmap&, const CRect&, const CPoint& source, uint8_t alphaByte, bool) override {
         bitmaps.push_back({source, alphaByte});
     }
-    CColor getPoint(const CPoint&) const override { return kTransparentCColor; }
+    // No fonts and no pixels: nothing measures, and the clip stays where the test put it.
     double getStringWidth(const char*) override { return 0; }
-    void setGlobalAlpha(float) override {}
-    void drawLine(double, double, double, double) override {}
-    void drawPolyline(const CPoint*, int32_t) override {}
-    void drawPolygon(const CPoint*, int32_t, int32_t, bool) override {}
-    void drawRoundRectCorners(const CRect&, double, double, double, double, int32_t) override {}
-    void drawArc(const CRect&, double, double, int32_t) override {}
-    void drawEllipse(const CRect&, int32_t) override {}
-    void drawPoint(const CPoint&, const CColor&) override {}
-    void blurRect(const CRect&, double, double, int32_t) override {}
-    void clearWithColor(const CColor&) override {}
-    void resetClipRect() override {}
     void setFont(CFontDesc*, double, int32_t) override {}
-    void drawStringAtPoint(const char*, const CRect&, double, int32_t) override {}
-    void drawBitmapPattern(const CRect&, CBitmap*, const CPoint&, uint8_t) override {}
-    void drawBitmapStretched(CBitmap&, const CRect&) override {}
-    struct BitmapDraw {
-        CPoint source;
-        uint8_t alpha;
-    };
+    void resetClipRect() override {}
+    struct BitmapDraw { CPoint source; uint8_t alpha; };
     std::vector<CRect> rects;
     std::vector<std::string> strings;
     std::vector<BitmapDraw> bitmaps;
@@ -126,8 +112,7 @@ public:
     ProbeView(const char* probeName, const CRect& rect, std::string& sharedLog, int32_t downResult = 1)
         : CView(rect), name(probeName), log(sharedLog), downAnswer(downResult) { ++alive; }
     int32_t onMouseDown(const CPoint&, CButtonState buttons) override {
-        note("down" + std::to_string(buttons));
-        return downAnswer;
+        return note("down" + std::to_string(buttons)), downAnswer;
     }
     int32_t onMouseUp(const CPoint&, CButtonState) override { return note("up"), 1; }
     int32_t onMouseMoved(const CPoint&, CButtonState) override { return note("move"), 2; }
@@ -170,6 +155,22 @@ struct FrameFixture {
     MemoryFrame* platform = new MemoryFrame;
     HoverFrame* frame = new HoverFrame(CRect(0, 0, 400, 300), nullptr, &editor, platform);
     std::string log;
+};
+
+// A frame with a parameter (default 0.5) and views built from records tied to it.
+struct ParameterFixture : FrameFixture {
+    explicit ParameterFixture(const char* name = "Gain", float start = 0.2f) {
+        parameter.setName(name);
+        parameter.setDefault(0.5f);
+        parameter.setNormalized(start);
+    }
+    ~ParameterFixture() { frame->removeAll(); }  // the views go before the parameter they listen to
+    template <typename Record> auto* build(Record& record, int32_t kind = kKindCreateObject) {
+        record.kind = kind;
+        record.parameter = &parameter;
+        return addViewFromRecord(&record, nullptr, frame);
+    }
+    Ondra::ParameterProperty parameter;
 };
 
 } // namespace VintaTest

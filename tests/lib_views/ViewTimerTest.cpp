@@ -3,16 +3,15 @@
 #include <atomic>
 #include <thread>
 
+#include "ViewTestSupport.h"
 #include "lib/views/CTimerObject.h"
 #include "lib/views/VintaClock.h"
 
-using namespace Vinta;
+using namespace VintaTest;
 
 namespace {
-uint32_t fakeNow = 1000;
-uint32_t fakeClock() { return fakeNow; }
-
-struct FakeSystemTimer : ISystemTimer {
+struct
+ FakeSystemTimer : ISystemTimer {
     void start(uint32_t period) override { log += "start" + std::to_string(period) + " "; }
     void stop() override { log += "stop "; }
     std::string log;

@@ -11,16 +11,13 @@ using namespace VintaTest;
 static_assert(!std::is_destructible_v<CView> && !std::is_destructible_v<CFrame>);
 
 TEST(ViewRouting, MouseDownVisitsTopmostFirstAndStopsAtTheTaker) {
-    struct Case {
-        int32_t lower, upper, result;
-        const char* log;
-    } cases[] = {
+    const struct { int32_t lower, upper, result; const char* log; } cases[] = {
         {1, 2, 1, "up:down2 low:down2 "},  // upper declines, the one below takes it
         {1, 1, 1, "up:down2 "},
         {2, 3, 3, "up:down2 "},
         {2, 2, 2, "up:down2 low:down2 "},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         FrameFixture f;
         f.probe("low", CRect(0, 0, 100, 100), c.lower);
         f.probe("up", CRect(50, 50, 150, 150), c.upper);
@@ -48,9 +45,7 @@ TEST(ViewRouting, EnterAndLeaveFollowThePointer) {
     FrameFixture f;
     f.probe("a", CRect(0, 0, 100, 100), 2);
     ProbeView* b = f.probe("b", CRect(100, 0, 200, 100), 2);
-    f.frame->onMouseMoved(CPoint(10, 10), 0);
-    f.frame->onMouseMoved(CPoint(150, 10), 0);
-    f.frame->onMouseMoved(CPoint(150, 20), 0);
+    for (CPoint at : {CPoint(10, 10), CPoint(150, 10), CPoint(150, 20)}) f.frame->onMouseMoved(at, 0);
     EXPECT_EQ(f.log, "a:move a:enter b:move a:exit b:enter b:move ");
     f.frame->removeView(b);  // the child under the pointer goes
     EXPECT_EQ(f.frame->getMouseOverView(), nullptr);
@@ -65,7 +60,6 @@ TEST(ViewRouting, WheelSkipsViewsThatDoNotWantItAndModalViewTakesEverything) {
     f.probe("up", CRect(0, 0, 100, 100))->setWantsWheel(false);
     EXPECT_TRUE(f.frame->onWheel(CPoint(10, 10), 1.0f, 0));
     EXPECT_EQ(f.log, "low:wheel ");
-
     f.log.clear();
     auto* modal = new ProbeView("modal", CRect(200, 200, 300, 300), f.log);
     ASSERT_TRUE(f.frame->setModalView(modal));
@@ -87,18 +81,13 @@ TEST(ViewRouting, KeysGoToFocusFirstAndTabWalksTheViewsThatWantFocus) {
     f.probe("skip", CRect(20, 0, 30, 10), 1, box);
     ProbeView* c = f.probe("c", CRect(210, 0, 220, 10));
     const VstKeyCode tab{0, VKEY_TAB, 0}, backTab{0, VKEY_TAB, kKeyShift};
-    EXPECT_EQ(f.frame->onKeyDown(tab), -1);  // nothing wants focus yet
-    EXPECT_EQ(f.frame->getFocusView(), nullptr);
-    a->setWantsFocus(true);
-    c->setWantsFocus(true);
-    struct Step {
-        VstKeyCode key;
-        int32_t result;
-        CView* focus;
-    } steps[] = {{tab, 1, a}, {tab, 1, c}, {tab, -1, c}, {backTab, 1, a}};
-    for (const Step& s : steps) {
+    const struct { VstKeyCode key; int32_t result; CView* focus; } steps[] = {
+        {tab, -1, nullptr}, {tab, 1, a}, {tab, 1, c}, {tab, -1, c}, {backTab, 1, a}};
+    for (const auto& s : steps) {
         EXPECT_EQ(f.frame->onKeyDown(s.key), s.result);
         EXPECT_EQ(f.frame->getFocusView(), s.focus);
+        a->setWantsFocus(true);  // after the first step, which nothing wants
+        c->setWantsFocus(true);
     }
     f.log.clear();
     a->keyAnswer = 5;
@@ -147,13 +136,11 @@ TEST(ViewTree, ContainersAnswerTheContainerQueryAndCopiesAreDeep) {
     EXPECT_EQ(box->notify(nullptr, kMsgCheckIfViewContainer), 1);
     EXPECT_EQ(leaf->notify(nullptr, kMsgCheckIfViewContainer), 0);
     EXPECT_TRUE(box->isTypeOf("CView") && !box->isTypeOf("CControl"));
-    CView* copy = box->newCopy();
-    EXPECT_EQ(static_cast<CViewContainer*>(copy)->getNbViews(), 1);
-    EXPECT_NE(static_cast<CViewContainer*>(copy)->getView(0), leaf);
+    auto* copy = static_cast<CViewContainer*>(box->newCopy());
+    EXPECT_TRUE(copy->getNbViews() == 1 && copy->getView(0) != leaf);
     copy->forget();
     f.frame->addView(box);
-    EXPECT_TRUE(leaf->isAttached());
-    EXPECT_EQ(leaf->getFrame(), f.frame);
+    EXPECT_TRUE(leaf->isAttached() && leaf->getFrame() == f.frame);
     EXPECT_DOUBLE_EQ(leaf->getSampleRate(), 48000.0);
 }
 

@@ -17,12 +17,12 @@ public:
 
     LocalServer() {
         server.Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
-            Handler current;
-            {
+            const Handler current = [this] {
                 std::lock_guard<std::mutex> guard(lock);
-                current = handler;
-            }
-            if (++requests > 64 || !current) response.status = 503;
+                return handler;
+            }();
+            if
+ (++requests > 64 || !current) response.status = 503;
             else current(request, response);
         });
         port = server.bind_to_any_port("127.0.0.1");

@@ -59,10 +59,9 @@ TEST(DownloadTarget, UrlsSplitAndHostileNamesBecomePlainNames) {
     for (const auto& u : urls) {
         DownloadLocation location;
         ASSERT_EQ(splitDownloadUrl(u.url, location), u.valid) << u.url;
-        if (u.valid) {
-            EXPECT_EQ(location.host + ":" + std::to_string(location.port) + "/" + location.path,
-                      u.host + ":" + std::to_string(u.port) + "/" + u.path);
-        }
+        if (!u.valid) continue;
+        EXPECT_EQ(location.host + ":" + std::to_string(location.port) + "/" + location.path,
+                  u.host + ":" + std::to_string(u.port) + "/" + u.path);
     }
     const struct { std::string url, name; } names[] = {
         {"h/dl/setup 1.exe?x=/y", "setup 1.exe"}, {"h/a/..%2F..%2F.bashrc", "bashrc"},
@@ -79,27 +78,20 @@ TEST(DownloadTarget, NewFilesNeverReplaceExistingOnes) {
     std::ofstream(home.root / "a.exe") << "mine";
     std::string first, second;
     const int one = createUniqueFile(folder, "a.exe", first), two = createUniqueFile(folder, "a.exe", second);
-    ASSERT_GE(one, 0);
-    ASSERT_GE(two, 0);
+    ASSERT_TRUE(one >= 0 && two >= 0);
     close(one);
     close(two);
-    EXPECT_EQ(first, folder + "a (1).exe");
-    EXPECT_EQ(second, folder + "a (2).exe");
+    EXPECT_EQ(std::pair(first, second), std::pair(folder + "a (1).exe", folder + "a (2).exe"));
     EXPECT_EQ(std::filesystem::file_size(home.root / "a.exe"), 4u);
     EXPECT_EQ(createUniqueFile(folder + "missing/", "a.exe", first), -1);
 }
 
 TEST(NameLookup, NamesResolveAndAStopOrAnUnknownNameGivesNone) {
     std::atomic<bool> running{false}, stopped{true};
-    const struct {
-        const char* host;
-        const std::atomic<bool>& stop;
-        std::vector<std::string> accepted;  // empty: no address
-    } cases[] = {{"127.0.0.1", running, {"127.0.0.1"}},
-                 {"localhost", running, {"127.0.0.1", "::1"}},
-                 {"localhost", stopped, {}},
-                 {"", running, {}},
-                 {"no-such-host.invalid", running, {}}};
+    // `accepted` empty: no address.
+    const struct { const char* host; const std::atomic<bool>& stop; std::vector<std::string> accepted; } cases[] = {
+        {"127.0.0.1", running, {"127.0.0.1"}}, {"localhost", running, {"127.0.0.1", "::1"}}, {"localhost", stopped, {}},
+        {"", running, {}}, {"no-such-host.invalid", running, {}}};
     for (const auto& c : cases) {
         const std::string address = Resko::lookUpNumericAddress(c.host, 80, 5000, c.stop);
         if (c.accepted.empty()) EXPECT_EQ(address, "") << c.host;

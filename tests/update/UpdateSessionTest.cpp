@@ -81,8 +81,7 @@ struct Stage {
         return made;
     }
     // Ticks like the editor's timer until `done` holds; false after 5 seconds.
-    template <class Done>
-    static bool tickUntil(CReskoSession& s, Done done) {
+    template <class Done> static bool tickUntil(CReskoSession& s, Done done) {
         for (int i = 0; i < 1000; ++i, std::this_thread::sleep_for(5ms))
             if (s.tick(), done()) return true;
         return false;
