@@ -82,9 +82,10 @@ bool CTimerRegistry::tick(const CFrame* frame) {
     const size_t count = entries.size();
     for (size_t index = 0; index < count; ++index) {
         if (entries[index].removed) continue;
+        // A view ticks only with its own window (not at all while in none): never on the thread of
+        // another editor, which would reach for this one's frame while it closes.
         const auto* view = dynamic_cast<const CView*>(entries[index].object);
-        const CFrame* owner = view ? view->getFrame() : nullptr;
-        if (frame && owner && owner != frame) continue;
+        if (frame && view && view->getFrame() != frame) continue;
         if (--entries[index].countdown > 0) continue;
         entries[index].countdown = entries[index].reload;
         CTimerObject* object = entries[index].object;

@@ -42,8 +42,8 @@ public:
     void setSystemTimer(ISystemTimer* timer);
     bool add(CTimerObject* object, uint32_t intervalMilliseconds, bool callNow = false);
     void remove(CTimerObject* object);
-    // One period of the system timer: for `frame`'s views and the timers in no window, or without a
-    // frame for all. Skipped (false) when the registry is busy elsewhere.
+    // One period of the system timer: for `frame`'s views and the timers that are not views, or
+    // without a frame for all. Skipped (false) when the registry is busy elsewhere.
     bool tick(const CFrame* frame = nullptr);
 
     uint32_t getBasePeriod() const { return basePeriod; }
