@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <set>
 #include <string>
 
@@ -161,14 +160,17 @@ TEST_P(EditorDoors, PointerWheelAndKeysEditTheParameterAndTheHostSeesEachGesture
         return letters;
     };
     for (const EditEvent& edit : edits) EXPECT_EQ(edit.parameter, parameter);
-    EXPECT_TRUE(std::regex_match(kinds(edits), std::regex("BP+E"))) << "not one gesture: " << kinds(edits);
+    // One gesture: a begin, one or more performs, an end.
+    const std::string gesture = kinds(edits);
+    EXPECT_TRUE(gesture.size() >= 3 && gesture == "B" + std::string(gesture.size() - 2, 'P') + "E") << gesture;
     // Wheel and keys that the host hands over (VST3 view, VST2 opcodes) reach the knob under the
     // pointer, which the drag gave the focus.
     window.hover(*door, x, y);
     const double dragged = door->getParameter(parameter);
     if (door->sendWheel(-1.0f) < 0) return door->closeEditor();
     EXPECT_LT(door->getParameter(parameter), dragged);
-    EXPECT_TRUE(std::regex_match(kinds(door->takeEdits()), std::regex("B.*E")));
+    const std::string wheel = kinds(door->takeEdits());
+    EXPECT_TRUE(wheel.size() >= 2 && wheel.front() == 'B' && wheel.back() == 'E') << wheel;
     EXPECT_EQ(door->sendKey(kKeyUp, true), 1) << "the focused knob takes the arrow keys";
     EXPECT_EQ(door->sendKey(kKeyF1, true), 0) << "a key no view takes goes back to the host";
     door->closeEditor();
