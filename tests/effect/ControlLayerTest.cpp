@@ -145,7 +145,7 @@ namespace {
 struct Rule {
     template <typename A, typename E>
     Rule(A a, E e, double t = 0) : actual(static_cast<double>(a)), expected(static_cast<double>(e)), tolerance(t) {}
-    double actual, expected, tolerance;  // 0: to a few parts in ten million
+    double actual, expected, tolerance;  // no tolerance given: to a few parts in ten million
 };
 
 void expectRules(const std::vector<Rule>& rules) {
