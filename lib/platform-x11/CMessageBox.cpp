@@ -1,6 +1,7 @@
 #include "lib/platform-x11/CMessageBox.h"
 
 #include <algorithm>
+#include <string>
 
 #include "lib/drawing/CDrawContext.h"
 #include "lib/drawing/CFontDesc.h"
@@ -12,6 +13,25 @@ namespace {
 constexpr double kBoxWidth = 320.0, kBoxHeight = 130.0;
 constexpr double kButtonWidth = 80.0, kButtonHeight = 22.0, kGap = 10.0;
 }  // namespace
+
+std::string CMessageBox::wrapText(CDrawContext* context, const std::string& text, double width) {
+    std::string out, line;
+    auto fits = [&](const std::string& candidate) { return context->getStringWidth(candidate.c_str()) <= width; };
+    for (size_t at = 0; at < text.size();) {
+        size_t end = text.find_first_of(" /\n", at);
+        end = end == std::string::npos ? text.size() : end + (text[end] == '\n' ? 0 : 1);
+        const std::string piece = text.substr(at, end - at);
+        if (!line.empty() && !fits(line + piece)) out += line + "\n", line.clear();
+        for (char c : piece) {
+            // Never inside a character of several bytes.
+            if (!line.empty() && (c & 0xC0) != 0x80 && !fits(line + c)) out += line + "\n", line.clear();
+            line += c;
+        }
+        if (end < text.size() && text[end] == '\n') out += line + "\n", line.clear(), ++end;
+        at = end;
+    }
+    return out + line;
+}
 
 CMessageBox::CMessageBox(const CRect& rect, const char* boxTitle, const char* boxText,
                          std::vector<std::string> boxButtons, Done whenDone)
@@ -59,9 +79,8 @@ void CMessageBox::draw(CDrawContext* context) {
     context->setFont(kBoldFont, 13.0, 0);
     context->drawString(title.c_str(), CRect(box.left, box.top + 8.0, box.right, box.top + 28.0), 0, kAlignCenter);
     context->setFont(kSystemFont, 12.0, 0);
-    context->drawStringMultiline(text.c_str(), CRect(box.left + 12.0, box.top + 34.0, box.right - 12.0,
-                                                     box.bottom - kButtonHeight - 2.0 * kGap),
-                                 0, kAlignCenter);
+    const CRect textRect(box.left + 12.0, box.top + 34.0, box.right - 12.0, box.bottom - kButtonHeight - 2.0 * kGap);
+    context->drawStringMultiline(wrapText(context, text, textRect.getWidth()).c_str(), textRect, 0, kAlignCenter);
     for (size_t index = 0; index < buttons.size(); ++index) {
         const CRect button = getButtonRect(static_cast<int32_t>(index));
         context->setFillColor(index == 0 ? CColor{70, 110, 170, 255} : CColor{80, 84, 92, 255});

@@ -20,6 +20,9 @@ public:
     // the index of the chosen button on the editor's thread, and never runs when the editor closes
     // first. False when another modal view is up.
     static bool show(CFrame* frame, const char* title, const char* text, std::vector<std::string> buttons, Done done);
+    // `text` broken into lines no wider than `width` in the context's font: at spaces, after a '/'
+    // (long paths), and inside a word that is wider still.
+    static std::string wrapText(CDrawContext* context, const std::string& text, double width);
 
     void draw(CDrawContext* context) override;
     int32_t onMouseDown(const CPoint& where, CButtonState buttons) override;

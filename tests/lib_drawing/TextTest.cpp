@@ -1,3 +1,4 @@
+#include "lib/platform-x11/CMessageBox.h"
 #include "lib_drawing/DrawingTestSupport.h"
 
 using namespace DrawingTest;
@@ -96,4 +97,25 @@ TEST(Text, MultilineDropsWhatDoesNotFit) {
         }
         EXPECT_EQ(bands, test.second) << "height " << test.first;
     }
+}
+
+// A message box's text (a long folder path in an error) is broken to the box's width, and only
+// where it needs to be: nothing is lost and the lines it had stay.
+TEST(Text, MessageBoxTextWrapsToTheBoxWidth) {
+    BitmapPtr canvas = makeBitmap(4, 4);
+    CDrawContext& c = *canvas->getDrawContext();
+    c.setFont(kSystemFont, 12.0, 0);
+    const std::string text = "The preset folder could not be opened:\n/home/someone/.local/share/Morvandel/zonfra QT/"
+                             "Presets/Ambient Pads/\u00e9t\u00e9 Nouveaux Sons Tr\u00e8s Longs Ici/x";
+    const std::string lines = CMessageBox::wrapText(&c, text, 200.0);
+    std::string joined;
+    size_t at = 0;
+    for (size_t end; at <= lines.size(); at = end + 1) {
+        end = std::min(lines.find('\n', at), lines.size());
+        const std::string line = lines.substr(at, end - at);
+        EXPECT_LE(c.getStringWidth(line.c_str()), 200.0) << line;
+        joined += line + (end < lines.size() && text[joined.size() + line.size()] == '\n' ? "\n" : "");
+    }
+    EXPECT_EQ(joined, text);
+    EXPECT_EQ(CMessageBox::wrapText(&c, "Short\nlines", 200.0), "Short\nlines");
 }
