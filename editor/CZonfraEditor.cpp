@@ -319,7 +319,9 @@ void CZonfraEditor::updateHoverText() {
     if (parameter && parameter != &readoutParameter) {
         char value[160] = {0};
         Ondra::formatText(parameter, value, true, true, true);
-        std::snprintf(text, sizeof text, "%s: %s", parameter->getName(), value);
+        // A control without a name of its own (the preset name box) shows its text alone.
+        const char* name = parameter->getName() ? parameter->getName() : "";
+        std::snprintf(text, sizeof text, "%s%s%s", name, name[0] ? ": " : "", value);
     }
     if (std::strcmp(text, hoverText.c_str()) == 0 && (text[0] != 0) == (readoutParameter.getLinkedText() == &hoverText))
         return;
