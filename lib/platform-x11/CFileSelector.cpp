@@ -5,6 +5,8 @@
 #include <sstream>
 
 #include "lib/controls/ITextEditCallback.h"
+#include "lib/drawing/CDrawContext.h"
+#include "lib/drawing/CFontDesc.h"
 #include "lib/platform-x11/ChooserProcess.h"
 #include "lib/platform-x11/X11Companion.h"
 #include "lib/platform-x11/X11Frame.h"
@@ -20,19 +22,51 @@ bool underKDE() {
     return (full && *full) || (desktop && std::strstr(desktop, "KDE"));
 }
 
-// The drawn field: a line across the middle of the editor holding the path. It lives until the
-// field ends (and hands on the path) or the editor closes (and drops `done`).
+constexpr double kFieldHeight = 20.0;
+
+// The layer under the path field: the editor dimmed, the chooser's title above the field and how
+// to answer below it.
+class PathPrompt final : public CView {
+public:
+    PathPrompt(const CRect& area, std::string heading) : CView(area), title(std::move(heading)) {}
+    void draw(CDrawContext* context) override {
+        const CRect all = getViewSize();
+        const double middle = all.getHeight() * 0.5;
+        context->setFillColor(CColor{0, 0, 0, 170});
+        context->drawRect(all, kDrawFilled);
+        context->setFontColor(kWhiteCColor);
+        context->setFont(kBoldFont, 13.0, 0);
+        context->drawString(title.c_str(), CRect(8.0, middle - 34.0, all.right - 8.0, middle - 14.0), 0, kAlignLeft);
+        context->setFont(kSystemFont, 11.0, 0);
+        context->drawString("Return takes the path, Escape cancels",
+                            CRect(8.0, middle + 14.0, all.right - 8.0, middle + 30.0), 0, kAlignLeft);
+        setDirty(false);
+    }
+
+private:
+    std::string title;
+};
+
+// The drawn field: a line across the middle of the editor holding the path, over its prompt. It
+// lives until the field ends (and hands on the path) or the editor closes (and drops `done`).
 class PathField final : public ITextEditCallback, public X11::X11Companion {
 public:
     PathField(X11::X11Frame& owner, const std::string& start, CFileSelector::Done whenDone)
         : platform(owner), text(start), done(std::move(whenDone)) {}
 
-    bool open() {
+    bool open(const std::string& title) {
         if (!platform.addCompanion(this)) return false;
         edit = platform.createTextEdit(this);
-        if (edit) return true;
-        platform.removeCompanion(this);
-        return false;
+        if (!edit) {
+            platform.removeCompanion(this);
+            return false;
+        }
+        if (CFrame* frame = platform.getFrame()) {
+            prompt = new PathPrompt(frame->getViewSize(), title);
+            if (!frame->setModalView(prompt)) prompt->forget(), prompt = nullptr;
+            else prompt->setDirty(true);
+        }
+        return true;
     }
 
     CColor getBackColor() const override { return CColor{250, 250, 250, 255}; }
@@ -43,7 +77,7 @@ public:
     CRect getVisibleRect() const override {
         const CRect all = platform.getFrame() ? platform.getFrame()->getViewSize() : CRect();
         const double middle = all.getHeight() * 0.5;
-        return CRect(8.0, middle - 10.0, all.getWidth() - 8.0, middle + 10.0);
+        return CRect(8.0, middle - kFieldHeight * 0.5, all.getWidth() - 8.0, middle + kFieldHeight * 0.5);
     }
     CRect getRect() const override { return getVisibleRect(); }
     CPoint getOrigin() const override { return CPoint(); }
@@ -66,6 +100,9 @@ public:
     bool handleEvent(XEvent&) override { return false; }
     void detach() override {
         platform.removeCompanion(this);
+        // The prompt goes with the field, unless the editor's close took it already.
+        if (CFrame* frame = platform.getFrame(); frame && prompt && frame->getModalView() == prompt)
+            frame->setModalView(nullptr);
         if (edit) edit->forget();
         delete this;
     }
@@ -75,6 +112,7 @@ private:
     std::string text;
     CFileSelector::Done done;
     IOSTextEdit* edit = nullptr;
+    CView* prompt = nullptr;  // the frame's while it is shown
 };
 }  // namespace
 
@@ -138,7 +176,7 @@ bool CFileSelector::run(int32_t mode, Done done) {
     X11::X11Frame* platform = X11::X11Frame::of(frame);
     if (!platform || mode < kOpenFile || mode > kChooseFolder) return false;
     const std::vector<std::string> command = chooserCommand(mode);
-    if (command.empty()) return runPathField(std::move(done));
+    if (command.empty()) return runPathField(mode, std::move(done));
     return X11::ChooserProcess::start(*platform, command, [done](bool chosen, const std::string& output) {
         std::vector<std::string> paths;
         std::istringstream lines(output);
@@ -149,11 +187,12 @@ bool CFileSelector::run(int32_t mode, Done done) {
     });
 }
 
-bool CFileSelector::runPathField(Done done) {
+bool CFileSelector::runPathField(int32_t mode, Done done) {
     X11::X11Frame* platform = X11::X11Frame::of(frame);
     if (!platform) return false;
     auto* field = new PathField(*platform, startPath(), std::move(done));
-    if (field->open()) return true;
+    const char* fallback = mode == kChooseFolder ? "Select a folder" : mode == kSaveFile ? "Save as" : "Open";
+    if (field->open(title.empty() ? fallback : title)) return true;
     delete field;
     return false;
 }

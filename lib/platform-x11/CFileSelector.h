@@ -42,7 +42,7 @@ private:
         std::string description;
         std::vector<std::string> extensions;
     };
-    bool runPathField(Done done);
+    bool runPathField(int32_t mode, Done done);
     std::string startPath() const;
 
     CFrame* frame;
