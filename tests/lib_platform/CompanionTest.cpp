@@ -241,11 +241,13 @@ TEST_F(ChooserTest, WithoutAChooserProgramAPathFieldInTheEditorTakesTheAnswer) {
         const Window focus = inputFocus(display);
         return focus != panel.platform->getWindow() && focus > PointerRoot;
     }));
+    EXPECT_NE(panel.frame->getModalView(), nullptr) << "the field stands over a prompt";
     key(XK_End);
     type("p");
     key(XK_Return);
     EXPECT_TRUE(pumpUntil(panel, [&] { return paths.size() != 1 || paths[0] != "untouched"; }));
     EXPECT_EQ(paths, std::vector<std::string>{"/tmp/p"});
+    EXPECT_EQ(panel.frame->getModalView(), nullptr) << "the prompt goes with the field";
 }
 
 struct MessageCase {
