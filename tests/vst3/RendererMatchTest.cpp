@@ -15,14 +15,13 @@ constexpr int kRate = 48000, kBlock = 512;
 constexpr double kTempo = 120;
 
 StereoAudio testInput(size_t frames) {
-    StereoAudio audio{.sampleRate = kRate};
+    StereoAudio audio{.left = TestSupport::sine(frames, 330, kRate, 0.4f), .sampleRate = kRate};
+    audio.right = audio.left;
     uint32_t seed = 99;
     for (size_t i = 0; i < frames; ++i) {
         seed = seed * 1664525u + 1013904223u;
         const float noise = static_cast<float>(seed >> 8) / 16777216.0f - 0.5f;
-        const float tone = 0.4f * static_cast<float>(std::sin(2.0 * M_PI * 330.0 * static_cast<double>(i) / kRate));
-        audio.left.push_back(tone + 0.2f * noise);
-        audio.right.push_back(tone - 0.2f * noise);
+        audio.left[i] += 0.2f * noise, audio.right[i] -= 0.2f * noise;
     }
     return audio;
 }

@@ -131,9 +131,8 @@ TEST_F(Vst3Conformance, MonoAndStereoBusesOnlyAndTheirDescriptionFollows) {
 TEST_F(Vst3Conformance, InputBuffersAreLeftAloneAndSilenceFlagsMarkOnlySilentChannels) {
     for (uint64 inputFlags = 0; inputFlags < 4; ++inputFlags) {
         for (float level : {0.0f, 0.5f}) {
-            std::vector<float> inL = sine(512, 440), inR = sine(512, 660), outL(512, 1.0f), outR(512, 1.0f);
-            for (std::vector<float>* in : {&inL, &inR})
-                for (float& x : *in) x *= 2 * level;
+            std::vector<float> inL = TestSupport::sine(512, 440, 44100, level), outL(512, 1.0f), outR(512, 1.0f);
+            std::vector<float> inR = TestSupport::sine(512, 660, 44100, level);
             const std::vector<float> givenL = inL, givenR = inR;
             float* in[2] = {inL.data(), inR.data()};
             float* out[2] = {outL.data(), outR.data()};
