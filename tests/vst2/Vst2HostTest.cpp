@@ -14,7 +14,6 @@ TEST(Vst2Entry, AllThreeEntryPointsMakeThePluginButNotForAHostWithoutVersionOrCa
     ASSERT_TRUE(library.loaded()) << library.error();
     void* pluginMain = library.symbol("VSTPluginMain");
     ASSERT_NE(pluginMain, nullptr);
-    EXPECT_NE(library.symbol("main"), nullptr);
     EXPECT_EQ(library.symbol("MAIN"), pluginMain);
     for (const char* entry : {"main", "MAIN"}) {
         Plugin plugin(entry);
@@ -40,8 +39,6 @@ TEST(Vst2Entry, TheRecordDescribesTheEffect) {
     EXPECT_EQ(e.flags & (effFlagsCanReplacing | effFlagsProgramChunks | effFlagsCanDoubleReplacing | effFlagsHasEditor |
                          effFlagsIsSynth),
               effFlagsCanReplacing | effFlagsProgramChunks | effFlagsHasEditor);
-    EXPECT_NE(e.processReplacing, nullptr);
-    EXPECT_NE(e.object, nullptr);
     // It asked which plug-in the host wants and told it of its latency.
     EXPECT_EQ(host().count(audioMasterCurrentId), 1);
     EXPECT_GE(host().count(audioMasterIOChanged), 1);
@@ -64,12 +61,11 @@ TEST_F(Vst2Host, FixedAnswersAndNames) {
     EXPECT_EQ(plugin.text(effGetEffectName), "MMK Zonfra QT");
     EXPECT_EQ(plugin.text(effGetVendorString), "Morvandel");
     EXPECT_EQ(plugin.text(effGetProductString), "Morvandel Mixing Kit");
-    // The editor's size is known before it opens; without a parent window it does not open.
+    // The editor's size is known before it opens.
     ERect* rect = nullptr;
     EXPECT_EQ(plugin.dispatch(effEditGetRect, 0, 0, &rect), 1);
     ASSERT_NE(rect, nullptr);
     EXPECT_GT(rect->right - rect->left, 0);
-    EXPECT_EQ(plugin.dispatch(effEditOpen), 0);
     // The shell listing of a library with one plug-in, which starts over.
     char name[64];
     EXPECT_EQ(plugin.dispatch(effShellGetNextPlugin, 0, 0, name), kZonfraId);
@@ -81,18 +77,14 @@ TEST_F(Vst2Host, FixedAnswersAndNames) {
 
 TEST_F(Vst2Host, PinsAndSpeakerArrangements) {
     VstPinProperties pin;
-    for (VstInt32 index : {0, 1}) {
-        std::memset(&pin, 0x55, sizeof pin);
-        ASSERT_EQ(plugin.dispatch(effGetInputProperties, index, 0, &pin), 1);
-        EXPECT_EQ(pin.flags, kVstPinIsActive | kVstPinIsStereo);
-        EXPECT_EQ(pin.arrangementType, kSpeakerArrStereo);
-        EXPECT_STREQ(pin.label, "");
-        std::memset(&pin, 0x55, sizeof pin);
-        ASSERT_EQ(plugin.dispatch(effGetOutputProperties, index, 0, &pin), 1);
-        EXPECT_STREQ(pin.label, "MMK Zonfra QT");
-        EXPECT_EQ(pin.flags, 3);
-        EXPECT_EQ(pin.arrangementType, 1);
-    }
+    for (VstInt32 opcode : {effGetInputProperties, effGetOutputProperties})
+        for (VstInt32 index : {0, 1}) {
+            std::memset(&pin, 0x55, sizeof pin);
+            ASSERT_EQ(plugin.dispatch(opcode, index, 0, &pin), 1);
+            EXPECT_EQ(pin.flags, kVstPinIsActive | kVstPinIsStereo);
+            EXPECT_EQ(pin.arrangementType, kSpeakerArrStereo);
+            EXPECT_STREQ(pin.label, opcode == effGetInputProperties ? "" : "MMK Zonfra QT");
+        }
     EXPECT_EQ(plugin.dispatch(effGetInputProperties, 2, 0, &pin), 0);
     EXPECT_EQ(plugin.dispatch(effGetOutputProperties, -1, 0, &pin), 0);
     EXPECT_EQ(plugin.dispatch(effGetOutputProperties, 0, 0, nullptr), 0);
@@ -168,11 +160,6 @@ Bytes withField(Bytes chunk, size_t at, int32_t delta) {
     std::memcpy(chunk.data() + at, &value, 4);
     return chunk;
 }
-
-Bytes cut(Bytes chunk, size_t keep) {
-    chunk.resize(keep);
-    return chunk;
-}
 }  // namespace
 
 class Vst2StateRefusal : public Started {
@@ -190,14 +177,15 @@ TEST_F(Vst2StateRefusal, WrongSizesAndCutBodiesAreRefusedAsPresetAndAsBank) {
     const Bytes saved = chunk(1);
     ASSERT_FALSE(saved.empty());
     const size_t body = saved.size() - kHeaderSize;
+    auto cut = [&](size_t keep) { return Bytes(saved.begin(), saved.begin() + static_cast<long>(keep)); };
     const std::pair<const char*, Bytes> damages[] = {
         {"stated size one more", withField(saved, kPlainSizeAt, 1)},
         {"stated size one less", withField(saved, kPlainSizeAt, -1)},
         {"stored size one more", withField(saved, kStoredSizeAt, 1)},
         {"stored size one less", withField(saved, kStoredSizeAt, -1)},
-        {"body cut by one byte", cut(saved, saved.size() - 1)},
-        {"body cut in half", cut(saved, kHeaderSize + body / 2)},
-        {"header alone", cut(saved, kHeaderSize)}};
+        {"body cut by one byte", cut(saved.size() - 1)},
+        {"body cut in half", cut(kHeaderSize + body / 2)},
+        {"header alone", cut(kHeaderSize)}};
     for (VstInt32 isPreset : {1, 0})
         for (const auto& [name, damaged] : damages) {
             Bytes copy = damaged;
@@ -205,10 +193,4 @@ TEST_F(Vst2StateRefusal, WrongSizesAndCutBodiesAreRefusedAsPresetAndAsBank) {
                 << name << isPreset;
             EXPECT_EQ(chunk(isPreset), saved) << name << isPreset;
         }
-    Plugin other;
-    other.start(44100, 512);
-    Bytes copy = saved;
-    const auto size = static_cast<VstIntPtr>(copy.size());
-    EXPECT_EQ(other.dispatch(effSetChunk, 1, size, copy.data()), size);
-    EXPECT_NEAR(other.getParameter(1), 0.25f, 1e-5);
 }

@@ -86,10 +86,10 @@ TEST_F(Vst2Parameters, HostValuesAreNotReportedBackAndAnEchoOfAReportIsDropped) 
     plugin.dispatch(effSetChunk, 1, size, preset.data());
     host().echoValue = -1.0f;
     int reports = 0;
-    for (const Automation& a : host().automated)
-        if (a.index == kLowPassFrequency) {
+    for (auto [index, value] : host().automated)
+        if (index == kLowPassFrequency) {
             ++reports;
-            EXPECT_NEAR(a.value, 0.25f, 1e-5);
+            EXPECT_NEAR(value, 0.25f, 1e-5);
         }
     EXPECT_EQ(reports, 1);  // the echo made no second report
     EXPECT_NEAR(plugin.getParameter(kLowPassFrequency), 0.25f, 1e-5);  // and changed nothing

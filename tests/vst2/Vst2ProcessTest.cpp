@@ -102,10 +102,8 @@ TEST_F(Vst2Process, MonoInputFeedsBothSides) {
     ASSERT_EQ(plugin.dispatch(effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&mono), &stereo), 1);
 
     Stereo input(1024), output(1024);
-    for (size_t i = 0; i < 1024; ++i) {
-        input.left[i] = 0.4f * static_cast<float>(std::sin(2 * M_PI * 440.0 * static_cast<double>(i) / 44100.0));
-        input.right[i] = 0.9f;  // not the host's: a mono host's second pointer is not read
-    }
+    input.left = TestSupport::sine(1024, 440, 44100, 0.4f);
+    input.right.assign(1024, 0.9f);  // not the host's: a mono host's second pointer is not read
     process(plugin, input, output, 512);
     EXPECT_EQ(output.left, output.right);
     EXPECT_GT(TestSupport::energy(output.left), 1.0);
@@ -115,8 +113,7 @@ TEST_F(Vst2Process, ProcessReplacingAllocatesNothing) {
     VstMidiEvent note{.type = kVstMidiType, .midiData = {static_cast<char>(0x80)}};
     VstEvents list{.numEvents = 1, .events = {reinterpret_cast<VstEvent*>(&note)}};
     Stereo audio(512);
-    for (size_t i = 0; i < 512; ++i)
-        audio.left[i] = audio.right[i] = 0.3f * static_cast<float>(std::sin(static_cast<double>(i) * 0.05));
+    audio.left = audio.right = TestSupport::sine(512, 440, 44100, 0.3f);
     float* channels[2] = {audio.left.data(), audio.right.data()};
     plugin.process(channels, channels, 512);
     TestSupport::AllocationScope scope;

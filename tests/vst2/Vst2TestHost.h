@@ -15,11 +15,6 @@ namespace Vst2Test {
 
 using namespace Vst2;
 
-struct Automation {
-    int index;
-    float value;
-};
-
 // What the host answers and what it saw. The callback has no user pointer before the plug-in
 // exists, so one state serves the host in use.
 struct HostState {
@@ -29,7 +24,7 @@ struct HostState {
     // On audioMasterAutomate the host sets the parameter back, to this value when it is not below 0,
     // as some hosts do with the value they were told.
     float echoValue = -1.0f;
-    std::vector<Automation> automated;
+    std::vector<std::pair<int, float>> automated;  // index and value
     int calls[64] = {};
 
     int count(VstInt32 opcode) const { return opcode >= 0 && opcode < 64 ? calls[opcode] : 0; }
@@ -40,7 +35,7 @@ inline HostState& host() {
     return state;
 }
 
-inline VstIntPtr audioMaster(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr, void* ptr, float opt) {
+inline VstIntPtr audioMaster(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr, void*, float opt) {
     HostState& state = host();
     if (opcode >= 0 && opcode < 64) ++state.calls[opcode];
     switch (opcode) {
@@ -52,14 +47,6 @@ inline VstIntPtr audioMaster(AEffect* effect, VstInt32 opcode, VstInt32 index, V
             state.automated.push_back({index, opt});
             if (state.echoValue >= 0 && effect && effect->setParameter) effect->setParameter(effect, index, state.echoValue);
             return 0;
-        case audioMasterGetProductString:
-            if (ptr) std::strcpy(static_cast<char*>(ptr), "Zonfra Test Host");
-            return 1;
-        case audioMasterGetVendorString:
-            if (ptr) std::strcpy(static_cast<char*>(ptr), "Morvandel Tests");
-            return 1;
-        case audioMasterGetVendorVersion:
-            return 1;
         default:
             return 0;
     }
@@ -80,8 +67,6 @@ public:
     ~Plugin() {
         if (effect) dispatch(effClose);
     }
-    Plugin(const Plugin&) = delete;
-    Plugin& operator=(const Plugin&) = delete;
 
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr, float opt = 0) {
         return effect->dispatcher(effect, opcode, index, value, ptr, opt);
