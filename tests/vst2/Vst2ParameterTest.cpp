@@ -12,7 +12,7 @@ constexpr int kLowPassFrequency = 1;
 
 class Vst2Parameters : public Started {};
 
-TEST_F(Vst2Parameters, NamesUnitsAndDisplayTextsByIndex) {
+TEST_F(Vst2Parameters, NamesUnitsPropertiesAndDisplayTextsByIndex) {
     const struct {
         VstInt32 opcode;
         int index;
@@ -29,6 +29,16 @@ TEST_F(Vst2Parameters, NamesUnitsAndDisplayTextsByIndex) {
         EXPECT_NEAR(plugin.getParameter(kLowPassFrequency), value, 1e-5);
         EXPECT_EQ(plugin.text(effGetParamDisplay, kLowPassFrequency), shown);
     }
+    // The properties carry the full and the short name, and no flags.
+    VstParameterProperties properties;
+    std::memset(&properties, 0x55, sizeof properties);
+    ASSERT_EQ(plugin.dispatch(effGetParameterProperties, kLowPassFrequency, 0, &properties), 1);
+    EXPECT_STREQ(properties.label, "LowPass Frequency");
+    EXPECT_STREQ(properties.shortLabel, "LowPass");
+    EXPECT_EQ(properties.displayIndex, kLowPassFrequency);
+    EXPECT_EQ(properties.flags, 0);
+    EXPECT_EQ(properties.category, 0);
+    EXPECT_EQ(plugin.dispatch(effGetParameterProperties, 0, 0, nullptr), 0);
     // Every parameter has a name, fits its buffer and can be automated.
     for (int index = 0; index < plugin.effect->numParams; ++index) {
         const std::string name = plugin.text(effGetParamName, index);
@@ -55,18 +65,6 @@ TEST_F(Vst2Parameters, OutOfRangeIndexesAndValuesAreHarmless) {
         plugin.setParameter(kLowPassFrequency, value);
         EXPECT_FLOAT_EQ(plugin.getParameter(kLowPassFrequency), kept);
     }
-}
-
-TEST_F(Vst2Parameters, PropertiesCarryTheNameAndNoFlags) {
-    VstParameterProperties properties;
-    std::memset(&properties, 0x55, sizeof properties);
-    ASSERT_EQ(plugin.dispatch(effGetParameterProperties, kLowPassFrequency, 0, &properties), 1);
-    EXPECT_STREQ(properties.label, "LowPass Frequency");
-    EXPECT_STREQ(properties.shortLabel, "LowPass");
-    EXPECT_EQ(properties.displayIndex, kLowPassFrequency);
-    EXPECT_EQ(properties.flags, 0);
-    EXPECT_EQ(properties.category, 0);
-    EXPECT_EQ(plugin.dispatch(effGetParameterProperties, 0, 0, nullptr), 0);
 }
 
 TEST_F(Vst2Parameters, HostValuesAreNotReportedBackAndAnEchoOfAReportIsDropped) {

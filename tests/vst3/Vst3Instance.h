@@ -106,12 +106,10 @@ inline std::string utf8(const char16_t* text) {
 }
 
 struct Module {
-    Module() {
-        handle = dlopen(ZONFRA_VST3_MODULE, RTLD_NOW | RTLD_LOCAL);
+    Module() : handle(dlopen(ZONFRA_VST3_MODULE, RTLD_NOW | RTLD_LOCAL)) {
         if (!handle) return;
-        auto entry = reinterpret_cast<bool (*)(void*)>(dlsym(handle, "ModuleEntry"));
+        if (auto entry = reinterpret_cast<bool (*)(void*)>(dlsym(handle, "ModuleEntry"))) entry(handle);
         auto get = reinterpret_cast<IPluginFactory* (*)()>(dlsym(handle, "GetPluginFactory"));
-        if (entry) entry(handle);
         factory = get ? get() : nullptr;
     }
     ~Module() {
@@ -203,14 +201,12 @@ struct Instance {
     }
 
     int32 findParameter(const char* title, ParameterInfo* found = nullptr) {
-        for (int32 i = 0; i < controller->getParameterCount(); ++i) {
-            ParameterInfo info{};
-            controller->getParameterInfo(i, info);
-            if (utf8(info.title) == title) {
+        ParameterInfo info{};
+        for (int32 i = 0; i < controller->getParameterCount(); ++i)
+            if (controller->getParameterInfo(i, info) == kResultOk && utf8(info.title) == title) {
                 if (found) *found = info;
                 return static_cast<int32>(info.id);
             }
-        }
         return -1;
     }
 
