@@ -236,25 +236,6 @@ TEST_F(Pages, SystemPageButtonsReachTheHostAndTheTabStillShutsIt) {
     EXPECT_FALSE(system->isOpen());
 }
 
-// A parameter the effect lacks leaves no dial, and the rows after it move up.
-TEST(PagesWithoutAParameter, TheRowsBelowMoveUp) {
-    struct Host : EffectPageHost {
-        using EffectPageHost::EffectPageHost;
-        Ondra::IPluginParameter* findParameter(const char* key) override {
-            return std::string(key) == "LP Release" ? nullptr : EffectPageHost::findParameter(key);
-        }
-    };
-    Vst3Callback callback;
-    CZonfra effect(&callback);
-    Host host(&effect);
-    auto* display = new Vinta::CViewContainer(CRect(0, 0, 496, 156));
-    const PageSet set = addPages(*display, host);
-    ASSERT_EQ(set.envelope->getDials().size(), 8u);
-    EXPECT_EQ(set.envelope->getDials()[1]->getParameter(), effect.findParameter("LP Strength"));
-    EXPECT_EQ(set.envelope->getDials()[1]->getViewSize().top, 30.0);
-    display->forget();
-}
-
 TEST(SyspageWindow, LongFolderPathsLoseTheirFront) {
     const auto measure = [](const std::string& text) { return 5.0 * static_cast<double>(text.size()); };
     EXPECT_EQ(CSyspageWindow::fitPath("/home/a/presets", 100.0, measure), "/home/a/presets");

@@ -35,12 +35,4 @@ TEST_F(PresetAnswerLater, OperationsWaitForTheAnswerAndFinishThroughTheirComplet
     EXPECT_EQ(outcomes, (std::vector<bool>{true, false, true}));
 }
 
-TEST_F(PresetAnswerLater, AnAnswerThatNeverComesChangesNothing) {
-    EXPECT_FALSE(presets.remove(presets.getCurrentIndex(), record));
-    pending = nullptr;  // the editor closed with the question up
-    EXPECT_TRUE(outcomes.empty());
-    EXPECT_TRUE(fs::exists(folder / "One.fxp"));
-    EXPECT_EQ(currentName(), "One");
-}
-
 }  // namespace
