@@ -4,20 +4,6 @@
 #include "EffectHarness.h"
 #include "support/AllocationCounter.h"
 
-TEST(EffectAudio, ChunkSizeAndLatencyFollowTheSampleRateBothWays) {
-    EffectHarness harness;
-    const struct {
-        float rate;
-        int chunk, latency;
-    } rows[] = {{44100, 88, 221}, {48000, 96, 240}, {96000, 192, 481}, {44100, 88, 221}};
-    for (const auto& row : rows) {
-        harness.effect->setSampleRate(row.rate);
-        EXPECT_EQ(harness.effect->getControlChunkSize(), row.chunk) << row.rate;
-        EXPECT_EQ(harness.callback.reportedLatency, row.latency) << row.rate;
-        EXPECT_EQ(harness.effect->getInitialDelay(), row.latency) << row.rate;
-    }
-}
-
 TEST(EffectAudio, SetBypassWithTheSameStateStartsNoFadeAndEmptyBlocksChangeNothing) {
     EffectHarness harness;
     harness.effect->setBypass(false);

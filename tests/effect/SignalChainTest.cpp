@@ -6,16 +6,21 @@
 
 using TestSupport::allFinite;
 
-TEST(SignalChain, ImpulseLatencyIsTheReportedOneOnEveryPath) {
-    for (auto [rate, latency] : {std::pair{44100.0f, 221}, {48000.0f, 240}, {96000.0f, 481}}) {
-        for (int limiterCase = 0; limiterCase < 3; ++limiterCase) {  // on, off, off and the global switch off
-            for (float mix : {0.0f, 0.4f, 1.0f}) {
-                EffectHarness harness(rate);
-                harness.set(kLimiterBypass, limiterCase == 1 ? 0.0f : 1.0f);
-                if (limiterCase == 2) harness.effect->getGlobalLimiterParameter().setValue(0);
-                harness.set(kDryWetMix, mix);
-                harness.set(kLowPassFreq, 22050);
-                EXPECT_EQ(harness.callback.reportedLatency, latency);
+// The rate goes up and back down again: chunk size, latency and delay follow the rate, not the one before.
+TEST(SignalChain, ImpulseLatencyIsTheReportedOneOnEveryPathAtEveryRate) {
+    for (int limiterCase = 0; limiterCase < 3; ++limiterCase) {  // on, off, off and the global switch off
+        for (float mix : {0.0f, 0.4f, 1.0f}) {
+            EffectHarness harness;
+            harness.set(kLimiterBypass, limiterCase == 1 ? 0.0f : 1.0f);
+            if (limiterCase == 2) harness.effect->getGlobalLimiterParameter().setValue(0);
+            harness.set(kDryWetMix, mix);
+            harness.set(kLowPassFreq, 22050);
+            for (auto [rate, chunk, latency] :
+                 {std::tuple{44100.0f, 88, 221}, {48000.0f, 96, 240}, {96000.0f, 192, 481}, {44100.0f, 88, 221}}) {
+                harness.effect->setSampleRate(rate);
+                EXPECT_EQ(harness.effect->getControlChunkSize(), chunk) << rate;
+                EXPECT_EQ(harness.callback.reportedLatency, latency) << rate;
+                EXPECT_EQ(harness.effect->getInitialDelay(), latency) << rate;
                 harness.effect->reset();  // the mix snaps to its target
                 std::vector<float> l(4096, 0.0f), r(4096, 0.0f);
                 l[1000] = r[1000] = 0.5f;
