@@ -51,19 +51,3 @@ TEST(PeakBiquad, FrequencyIsClampedToNyquistAndDesignRange) {
     EXPECT_FLOAT_EQ(p.frequency, 1.0f);
     EXPECT_DOUBLE_EQ(p.a1, make(6, 5, 1, 6, true, 44100).a1);
 }
-
-TEST(PeakBiquad, DirectWritesTakeEffectOnUpdateAndSampleRateRedesigns) {
-    EXPECT_EQ(CPeakBiquad().sampleRate, 44100.0);  // before any rate is set
-    CPeakBiquad p = make(6, 1000, 1, 0, true, 44100);
-    p.gainDb = 12.0f;
-    p.update();
-    EXPECT_NEAR(gainDbAt(p, 1000.0), 12.0, 1e-9);
-    p.setSampleRate(96000);
-    EXPECT_EQ(p.sampleRate, 96000.0);
-    EXPECT_NEAR(gainDbAt(p, 1000.0), 12.0, 1e-9);
-    const double a1 = p.a1;
-    p.setSampleRate(0);
-    p.setSampleRate(-5);
-    EXPECT_EQ(p.sampleRate, 96000.0);
-    EXPECT_EQ(p.a1, a1);
-}
