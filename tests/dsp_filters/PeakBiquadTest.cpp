@@ -23,8 +23,8 @@ CPeakBiquad make(int type, float f, float q, float gainDb, bool bandwidth, doubl
 TEST(PeakBiquad, BandPassAndPeakHaveTheirGainAtTheCentre) {
     for (bool bandwidth : {false, true}) {
         const float q = bandwidth ? 1.0f : 2.0f;
-        for (auto [type, gainDb] : {std::pair{3, 0.0f}, {6, 9.0f}, {6, -12.0f}})
-            EXPECT_NEAR(gainDbAt(make(type, 1000, q, gainDb, bandwidth), 1000.0), gainDb, 1e-9) << type << " " << gainDb;
+        for (auto [type, gain] : {std::pair{3, 0.0f}, {6, 9.0f}, {6, -12.0f}})
+            EXPECT_NEAR(gainDbAt(make(type, 1000, q, gain, bandwidth), 1000.0), gain, 1e-9) << type << " " << gain;
     }
 }
 
