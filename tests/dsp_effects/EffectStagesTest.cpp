@@ -1,12 +1,10 @@
 // The distortion's shaping and the rate reducer's quantising and holding are written out as the sample
-// form in BlockForms; here the mappings of their settings, resets and empty blocks.
+// form in BlockForms; here the mappings of their settings.
 #include <gtest/gtest.h>
 #include <tuple>
-#include <vector>
 
 #include "dsp/effects/CDistortion.h"
 #include "dsp/effects/CRateReduction.h"
-#include "support/AllocationCounter.h"
 
 using DSP::FX::CDistortion;
 using DSP::FX::CRateReduction;
@@ -23,27 +21,6 @@ TEST(RateReduction, Mappings) {
         rr.setRate(rate);
         EXPECT_NEAR(rr.getPhaseStep(), step, tolerance > 0 ? tolerance : 1e-6f) << rate;
     }
-}
-
-TEST(RateReduction, ResetAndEmptyBlocks) {
-    CRateReduction rr;
-    rr.setRate(0);
-    std::vector<float> left(100, 0.5f), right(100, 0.5f);
-    DSP::StereoBuffer io;
-    io.refer(left.data(), right.data(), 100);
-    rr.process(io, 100);
-    float l = 9, r = 9;
-    io.refer(&l, &r, 1);
-    rr.process(io, 0);
-    EXPECT_EQ(l, 9);
-    rr.reset();
-    rr.setRate(1);
-    rr.process(io, 1);
-    EXPECT_EQ(l, 9);  // phase from 0 reaches 1 at once
-    io.refer(left.data(), right.data(), 100);
-    TestSupport::AllocationScope scope;
-    rr.process(io, 100);
-    EXPECT_EQ(scope.allocations(), 0u);
 }
 
 TEST(Distortion, DriveMappingAndEmptyBlocks) {

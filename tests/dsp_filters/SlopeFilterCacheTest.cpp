@@ -19,14 +19,6 @@ void expectFirstSection(const CBiquadCascade& c, const FilterTest::Section& expe
     FilterTest::expectSection(FilterTest::firstSection(c), expected, 1e-9);
 }
 
-bool sameCoefficients(const CBiquadCascade& a, const CBiquadCascade& b) {
-    if (a.stageCount() != b.stageCount()) return false;
-    for (int k = 0; k < a.stageCount(); ++k)
-        if (a.b0[k] != b.b0[k] || a.b1[k] != b.b1[k] || a.b2[k] != b.b2[k] || a.a1[k] != b.a1[k] ||
-            a.a2[k] != b.a2[k])
-            return false;
-    return true;
-}
 }  // namespace
 
 TEST(SlopeFilterCache, CutoffIsFlooredAndClampedAndDesignedBelow0_4995TimesTheRate) {
@@ -52,7 +44,7 @@ TEST(SlopeFilterCache, TypeSampleRateAndModeChangesClearTheCache) {
     f.setType(1);  // mode 0: the cascades stay low-pass
     CSlopeFilter reference(8);
     reference.setCutoff(20050);
-    EXPECT_TRUE(sameCoefficients(f.lowPathA(), reference.lowPathA()));
+    expectFirstSection(f.lowPathA(), FilterTest::firstSection(reference.lowPathA()));
 
     f.mode = 1;
     f.setSlope(24);
@@ -84,26 +76,6 @@ TEST(SlopeFilterCache, SlopesGiveOrdersAndStageCounts) {
     EXPECT_EQ(f.lowPathA().b2[0], 0.0);
     EXPECT_EQ(f.allPassStages().b2[0], 0.0);
     EXPECT_NEAR(f.allPassStages().b0[0], f.lowPathA().a1[0], 1e-15);
-}
-
-TEST(SlopeFilterCache, ProcessWithZeroCountWritesNothingAndResetKeepsCache) {
-    CSlopeFilter f(8);
-    f.setSlope(96);
-    float in[4] = {1, 2, 3, 4};
-    float out[4] = {7, 7, 7, 7};
-    f.process(in, out, 0);
-    for (float v : out) EXPECT_EQ(v, 7.0f);
-    f.process(in, out, 4);
-    f.setCutoff(20000);
-    f.setCutoff(500);
-    f.reset();
-    EXPECT_EQ(f.lowPathA().y1[0], 0.0);
-    EXPECT_EQ(f.allPassStages().x1[0], 0.0);
-    CSlopeFilter reference(8);
-    reference.setSlope(96);
-    reference.setCutoff(20000);
-    f.setCutoff(20050);
-    EXPECT_TRUE(sameCoefficients(f.lowPathA(), reference.lowPathA()));
 }
 
 TEST(SlopeFilterCache, SweepThroughTwoThousandNewBinsDoesNotAllocate) {

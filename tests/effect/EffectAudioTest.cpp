@@ -4,41 +4,6 @@
 #include "EffectHarness.h"
 #include "support/AllocationCounter.h"
 
-TEST(EffectAudio, ChunkSizeAndLatencyFollowTheSampleRateBothWays) {
-    EffectHarness harness;
-    const struct {
-        float rate;
-        int chunk, latency;
-    } rows[] = {{44100, 88, 221}, {48000, 96, 240}, {96000, 192, 481}, {44100, 88, 221}};
-    for (const auto& row : rows) {
-        harness.effect->setSampleRate(row.rate);
-        EXPECT_EQ(harness.effect->getControlChunkSize(), row.chunk) << row.rate;
-        EXPECT_EQ(harness.callback.reportedLatency, row.latency) << row.rate;
-        EXPECT_EQ(harness.effect->getInitialDelay(), row.latency) << row.rate;
-    }
-}
-
-TEST(EffectAudio, SetBypassWithTheSameStateStartsNoFadeAndEmptyBlocksChangeNothing) {
-    EffectHarness harness;
-    harness.effect->setBypass(false);
-    EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
-    harness.set(kDryWetMix, 0.3f);
-    harness.effect->setBypass(true);
-    EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
-    EXPECT_FLOAT_EQ(harness.effect->signalChain().bypassFadeGain(), 1.0f);
-    const float mix = harness.effect->signalChain().mixInForce();
-    float left = 0, right = 0;
-    harness.runBlock(&left, &right, 0);
-    EXPECT_EQ(harness.effect->signalChain().bypassFadeGain(), 1.0f);
-    EXPECT_EQ(harness.effect->signalChain().mixInForce(), mix);
-    EXPECT_FALSE(harness.effect->signalChain().isBypassSettled());
-    std::vector<float> l(2000, 0.1f), r(2000, 0.1f);
-    harness.run(l, r, 512);
-    ASSERT_TRUE(harness.effect->signalChain().isBypassSettled());
-    harness.effect->setBypass(true);
-    EXPECT_TRUE(harness.effect->signalChain().isBypassSettled());
-}
-
 TEST(EffectAudio, GainRampSnapTakesTheTargetAndClearsThePeaks) {
     CGainRamp ramp;
     float left = 1.0f, right = -1.0f;
