@@ -1,7 +1,5 @@
 #include "lib_platform/PlatformTestSupport.h"
 
-#include <X11/extensions/XTest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <set>
@@ -43,6 +41,7 @@ void HostWindowTest::SetUp() {
     host = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 700, 0, 0, 0x202020);
     XMapWindow(display, host);
     XSync(display, False);
+    input = std::make_unique<EditorHost::InputScript>(host);
     recordedKeys.clear();
     recordedDrops.clear();
 }
@@ -75,28 +74,6 @@ Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
     panel.frame->addView(panel.recorder);
     panel.platform->start();
     return panel;
-}
-
-void HostWindowTest::moveTo(const Panel& panel, int x, int y) {
-    double left = 0.0, top = 0.0;
-    panel.platform->getScreenPosition(left, top);
-    XTestFakeMotionEvent(display, -1, static_cast<int>(left) + x, static_cast<int>(top) + y, CurrentTime);
-    XSync(display, False);
-}
-
-void HostWindowTest::button(unsigned int number, bool down) {
-    XTestFakeButtonEvent(display, number, down, CurrentTime);
-    XSync(display, False);
-}
-
-void HostWindowTest::key(unsigned long keysym, bool shift) {
-    const KeyCode shiftCode = XKeysymToKeycode(display, 0xffe1);
-    const KeyCode code = XKeysymToKeycode(display, keysym);
-    if (shift) XTestFakeKeyEvent(display, shiftCode, True, CurrentTime);
-    XTestFakeKeyEvent(display, code, True, CurrentTime);
-    XTestFakeKeyEvent(display, code, False, CurrentTime);
-    if (shift) XTestFakeKeyEvent(display, shiftCode, False, CurrentTime);
-    XSync(display, False);
 }
 
 int Shot::distinctColours() const {

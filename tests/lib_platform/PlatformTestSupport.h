@@ -2,6 +2,7 @@
 // A host window in the test's own X connection, a small panel to open in it, and XTest input.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,10 +10,12 @@
 #include "lib/views/CControl.h"
 #include "lib/views/CFrame.h"
 #include "lib_platform/X11TestTools.h"
+#include "tools/editor-host/InputScript.h"
 
 namespace PlatformTest {
 
 using Vinta::X11::EventDriver;
+using Kind = EditorHost::InputStep::Kind;
 
 // Views the panel holds, reachable by the tests.
 struct Panel {
@@ -45,25 +48,15 @@ protected:
     }
     bool hasFocus(const Panel& panel) { return inputFocus(display) == panel.platform->getWindow(); }
 
-    // XTest input at window pixels of the panel's window.
-    void moveTo(const Panel& panel, int x, int y);
-    void button(unsigned int number, bool down);
-    // Both clicks of a double click go out together: a busy editor thread cannot stretch them apart.
-    void click(const Panel& panel, int x, int y, unsigned int number = 1, bool twice = false) {
-        moveTo(panel, x, y);
-        for (int press = twice ? 2 : 1; press > 0; --press) {
-            button(number, true);
-            button(number, false);
-        }
-    }
-    void doubleClick(const Panel& panel, int x, int y) { click(panel, x, y, 1, true); }
-    void key(unsigned long keysym, bool shift = false);
-    void type(const char* text) {
-        for (; *text; ++text) key(static_cast<unsigned char>(*text));
-    }
+    // XTest input at pixels of the host window, whose corner the panel fills; both clicks of a double
+    // click go out together, so a busy editor thread cannot stretch them apart.
+    void send(Kind kind, int x, int y) { input->send({kind, x, y, {}}); }
+    void key(const char* keysymName) { input->send({Kind::Key, 0, 0, keysymName}); }
+    void type(const char* text) { input->send({Kind::Type, 0, 0, text}); }
 
     Display* display = nullptr;
     Window host = 0;
+    std::unique_ptr<EditorHost::InputScript> input;
 };
 
 // A panel open from the start at `percent` scale; closed at the end unless the test closed it.

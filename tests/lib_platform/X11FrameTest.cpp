@@ -1,9 +1,12 @@
 #include "lib_platform/PlatformTestSupport.h"
 
+#include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
 #include <atomic>
 #include <cmath>
+#include <mutex>
+#include <set>
 
 #include "lib/drawing/CBitmap.h"
 #include "lib/drawing/CDrawContext.h"
@@ -20,7 +23,7 @@ int countEntries(const char* folder) {
 }
 
 // Each scale with GL and with the software frame: the window's size, the panel painted with its
-// background where no view is, and the two frames painting alike.
+// background where no view is, the two frames painting alike, and a size set in units.
 TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
     for (double scale : {1.0, 1.5}) {
         Shot shots[2];
@@ -39,6 +42,9 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
             const uint8_t* background = shot.at(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
             EXPECT_NEAR(background[0], 30, 3);
             EXPECT_NEAR(background[2], 120, 3);
+            panel.frame->setSize(200.0, 120.0);  // a host's size in units: not shrunk to the unscaled pixels
+            CRect pixels;
+            EXPECT_TRUE(panel.platform->getRect(pixels) && pixels == CRect(0, 0, 200.0 * scale, 120.0 * scale));
             close(panel);
         }
         EXPECT_LT(shots[0].meanDifference(shots[1]), 6.0) << scale;
@@ -50,20 +56,25 @@ using LargePanel = WithPanel<EventDriver::OwnThread, 150>;
 // (A drag through XTest is among the editor doors' tests.)
 TEST_F(LargePanel, TurningTheWheelOverTheKnobChangesItsValue) {
     const float before = panel.knob->getValue();
-    moveTo(panel, 60, 60);
-    for (unsigned int wheel : {4u, 4u, 4u}) click(panel, 60, 60, wheel);  // three steps up
+    send(Kind::Move, 60, 60);
+    for (int step = 0; step < 3; ++step)  // up
+        for (Bool down : {True, False}) XTestFakeButtonEvent(display, 4, down, CurrentTime);
+    XSync(display, False);
     EXPECT_TRUE(waitFor([&] { return std::abs(panel.knob->getValue() - (before + 0.3f)) < 0.01f; }))
         << panel.knob->getValue();
 }
 
 TEST_F(OwnThreadPanel, KeysReachTheFocusedView) {
     XSelectInput(display, host, KeyPressMask);
-    click(panel, 140, 60);  // the click gives the editor the keyboard
+    send(Kind::Click, 140, 60);  // the click gives the editor the keyboard
     ASSERT_TRUE(waitFor([&] { return hasFocus(panel); }));
     panel.frame->setFocusView(panel.recorder);
-    key(XK_a);  // not in the virtual key table: the tree never sees it
-    key(XK_Up);
-    key(XK_Down, true);
+    key("a");  // not in the virtual key table: the tree never sees it
+    key("Up");
+    XTestFakeKeyEvent(display, XKeysymToKeycode(display, XK_Shift_L), True, CurrentTime);
+    XSync(display, False);
+    key("Down");
+    XTestFakeKeyEvent(display, XKeysymToKeycode(display, XK_Shift_L), False, CurrentTime);
     ASSERT_TRUE(waitFor([] { return recordedKeys.size() >= 3; }));
     EXPECT_EQ(recordedKeys, (std::vector<std::string>{"down 12 0", "down 54 0", "down 14 1"}));
     // The key nobody in the editor took went on to the host's window.
@@ -119,6 +130,50 @@ TEST_F(HostWindowTest, OpeningAndClosingLeavesNoDescriptorOrThreadBehind) {
     }
     EXPECT_EQ(countEntries("/proc/self/fd"), descriptors);
     EXPECT_EQ(countEntries("/proc/self/task"), threads);
+}
+
+// Notes the threads that draw it and that run its timer.
+class ThreadRecorder : public CView, public CTimerObject {
+public:
+    ThreadRecorder() : CView(CRect(0, 0, 10, 10)) {}
+    void draw(CDrawContext*) override { note(drawn); }
+    void onTimer(uint32_t) override { note(ticked); }
+    std::set<std::thread::id> threads(bool timer) {
+        std::lock_guard<std::mutex> guard(lock);
+        return timer ? ticked : drawn;
+    }
+
+private:
+    void note(std::set<std::thread::id>& where) {
+        std::lock_guard<std::mutex> guard(lock);
+        where.insert(std::this_thread::get_id());
+    }
+    std::mutex lock;
+    std::set<std::thread::id> drawn, ticked;
+};
+
+TEST_F(HostWindowTest, EachEditorsTimersRunOnItsOwnThread) {
+    CFrame* frames[2] = {};
+    ThreadRecorder* recorders[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        frames[i] = X11::X11Frame::openFrame(host, CRect(0, 0, 100, 100), nullptr, {EventDriver::OwnThread, 1.0, false});
+        ASSERT_NE(frames[i], nullptr);
+        frames[i]->addView(recorders[i] = new ThreadRecorder);
+        recorders[i]->startTimer(15);
+        X11::X11Frame::of(frames[i])->start();
+    }
+    EXPECT_TRUE(waitFor([&] {
+        for (ThreadRecorder* recorder : recorders)
+            if (recorder->threads(true).empty() || recorder->threads(false).empty()) return false;
+        return true;
+    }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    for (ThreadRecorder* recorder : recorders) {
+        EXPECT_EQ(recorder->threads(true), recorder->threads(false)) << "a timer ran off the thread that draws it";
+        EXPECT_EQ(recorder->threads(true).size(), 1u);
+    }
+    EXPECT_NE(recorders[0]->threads(false), recorders[1]->threads(false));
+    for (CFrame* frame : frames) X11::X11Frame::closeFrame(frame);
 }
 
 int hostErrors = 0;
