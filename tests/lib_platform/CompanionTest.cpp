@@ -262,7 +262,8 @@ TEST_P(MessageBoxTest, TheModalLayerAnswersTheChosenButton) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, MessageBoxTest,
-                         ::testing::Values(MessageCase{nullptr, 1}, MessageCase{"Return", 0}, MessageCase{"Escape", 1}));
+                         ::testing::Values(MessageCase{nullptr, 1}, MessageCase{"Return", 0},
+                                           MessageCase{"Escape", 1}));
 
 }  // namespace
 }  // namespace PlatformTest
