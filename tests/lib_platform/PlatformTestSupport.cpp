@@ -76,32 +76,28 @@ Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
     return panel;
 }
 
-int Shot::distinctColours() const {
+int distinctColours(const CBitmap& shot) {
     std::set<uint32_t> colours;
-    for (size_t index = 0; index + 3 < pixels.size(); index += 4)
-        colours.insert(pixels[index] | (pixels[index + 1] << 8) | (pixels[index + 2] << 16));
+    for (uint32_t y = 0; y < shot.getPixelHeight(); ++y)
+        for (uint32_t x = 0; x < shot.getPixelWidth(); ++x) {
+            const CColor colour = shot.getPixel(x, y);
+            colours.insert(colour.red | (colour.green << 8) | (colour.blue << 16));
+        }
     return static_cast<int>(colours.size());
 }
 
-double Shot::meanDifference(const Shot& other) const {
-    if (other.pixels.size() != pixels.size() || pixels.empty()) return 255.0;
+double meanDifference(const CBitmap& shot, const CBitmap& other) {
+    const size_t bytes = static_cast<size_t>(shot.getStride()) * shot.getPixelHeight();
+    if (other.getPixelWidth() != shot.getPixelWidth() || other.getPixelHeight() != shot.getPixelHeight() || !bytes)
+        return 255.0;
     double sum = 0.0;
-    for (size_t index = 0; index < pixels.size(); ++index) sum += std::abs(pixels[index] - other.pixels[index]);
-    return sum / static_cast<double>(pixels.size());
+    for (size_t index = 0; index < bytes; ++index) sum += std::abs(shot.getPixels()[index] - other.getPixels()[index]);
+    return sum / static_cast<double>(bytes);
 }
 
-Shot takeShot(X11::X11Frame& platform) {
-    Shot shot;
-    CBitmap* bitmap = platform.screenshot();
-    if (!bitmap) return shot;
-    shot.width = bitmap->getPixelWidth();
-    shot.height = bitmap->getPixelHeight();
-    for (uint32_t y = 0; y < shot.height; ++y) {
-        const uint8_t* row = bitmap->getPixels() + static_cast<ptrdiff_t>(y) * bitmap->getStride();
-        shot.pixels.insert(shot.pixels.end(), row, row + shot.width * 4);
-    }
-    bitmap->forget();
-    return shot;
+DrawingTest::BitmapPtr takeShot(X11::X11Frame& platform) {
+    CBitmap* shot = platform.screenshot();
+    return DrawingTest::BitmapPtr(shot ? shot : new CBitmap(0.0, 0.0));
 }
 
 }  // namespace PlatformTest

@@ -9,6 +9,7 @@
 #include "lib/platform-x11/X11Frame.h"
 #include "lib/views/CControl.h"
 #include "lib/views/CFrame.h"
+#include "lib_drawing/DrawingTestSupport.h"
 #include "lib_platform/X11TestTools.h"
 #include "tools/editor-host/InputScript.h"
 
@@ -78,14 +79,10 @@ protected:
 using OwnThreadPanel = WithPanel<EventDriver::OwnThread>;
 using HostIdlePanel = WithPanel<EventDriver::HostIdle>;
 
-// Window pixels of a screenshot, RGBA.
-struct Shot {
-    uint32_t width = 0, height = 0;
-    std::vector<uint8_t> pixels;
-    const uint8_t* at(uint32_t x, uint32_t y) const { return &pixels[(y * width + x) * 4]; }
-    int distinctColours() const;
-    double meanDifference(const Shot& other) const;
-};
-Shot takeShot(Vinta::X11::X11Frame& platform);
+// The window's pixels now (an empty bitmap when there are none), how many colours they hold, and
+// the mean difference of two such pictures' bytes.
+DrawingTest::BitmapPtr takeShot(Vinta::X11::X11Frame& platform);
+int distinctColours(const Vinta::CBitmap& shot);
+double meanDifference(const Vinta::CBitmap& shot, const Vinta::CBitmap& other);
 
 }  // namespace PlatformTest

@@ -26,7 +26,7 @@ int countEntries(const char* folder) {
 // background where no view is, the two frames painting alike, and a size set in units.
 TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
     for (double scale : {1.0, 1.5}) {
-        Shot shots[2];
+        DrawingTest::BitmapPtr shots[2];
         for (bool gl : {true, false}) {
             SCOPED_TRACE(std::to_string(scale) + (gl ? " GL" : " software"));
             Panel panel = open(scale, EventDriver::OwnThread, gl);
@@ -36,18 +36,18 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
             XGetWindowAttributes(display, panel.platform->getWindow(), &shape);
             EXPECT_EQ(shape.width, static_cast<int>(300 * scale));
             EXPECT_EQ(shape.height, static_cast<int>(200 * scale));
-            const Shot& shot = shots[gl] = takeShot(*panel.platform);
-            ASSERT_EQ(shot.width, static_cast<uint32_t>(shape.width));
-            EXPECT_GT(shot.distinctColours(), 2);
-            const uint8_t* background = shot.at(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
-            EXPECT_NEAR(background[0], 30, 3);
-            EXPECT_NEAR(background[2], 120, 3);
+            const CBitmap& shot = *(shots[gl] = takeShot(*panel.platform));
+            ASSERT_EQ(shot.getPixelWidth(), static_cast<uint32_t>(shape.width));
+            EXPECT_GT(distinctColours(shot), 2);
+            const CColor background = shot.getPixel(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
+            EXPECT_NEAR(background.red, 30, 3);
+            EXPECT_NEAR(background.blue, 120, 3);
             panel.frame->setSize(200.0, 120.0);  // a host's size in units: not shrunk to the unscaled pixels
             CRect pixels;
             EXPECT_TRUE(panel.platform->getRect(pixels) && pixels == CRect(0, 0, 200.0 * scale, 120.0 * scale));
             close(panel);
         }
-        EXPECT_LT(shots[0].meanDifference(shots[1]), 6.0) << scale;
+        EXPECT_LT(meanDifference(*shots[0], *shots[1]), 6.0) << scale;
     }
 }
 
@@ -97,7 +97,7 @@ TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndPaintOnly
     second.knob->setDirty(true);
     EXPECT_TRUE(waitFor([&] { return second.platform->getPaintCount() > painted; }));
     close(first);
-    EXPECT_GT(takeShot(*second.platform).distinctColours(), 2);  // the other one goes on
+    EXPECT_GT(distinctColours(*takeShot(*second.platform)), 2);  // the other one goes on
     close(second);
     EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), errors);
 }
@@ -209,10 +209,10 @@ TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
     ASSERT_NE(panel.frame, nullptr);
     EXPECT_FALSE(panel.platform->isGL());
     EXPECT_STREQ(panel.platform->getGLError(), "Error: Cannot create GL context");
-    const Shot shot = takeShot(*panel.platform);
+    const DrawingTest::BitmapPtr shot = takeShot(*panel.platform);
     int reddish = 0;  // the message's text over the panel's top edge
     for (uint32_t y = 4; y < 22; ++y)
-        for (uint32_t x = 4; x < 200; ++x) reddish += shot.at(x, y)[0] > 150 && shot.at(x, y)[1] < 120;
+        for (uint32_t x = 4; x < 200; ++x) reddish += shot->getPixel(x, y).red > 150 && shot->getPixel(x, y).green < 120;
     EXPECT_GT(reddish, 20);
     close(panel);
 }
