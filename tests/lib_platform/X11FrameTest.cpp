@@ -39,7 +39,8 @@ TEST_F(HostWindowTest, OpensAtTheScaledSizeAndBothFramesPaintThePanelAlike) {
             const CBitmap& shot = *(shots[gl] = takeShot(*panel.platform));
             ASSERT_EQ(shot.getPixelWidth(), static_cast<uint32_t>(shape.width));
             EXPECT_GT(distinctColours(shot), 2);
-            const CColor background = shot.getPixel(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
+            const CColor background =
+                shot.getPixel(static_cast<uint32_t>(250 * scale), static_cast<uint32_t>(180 * scale));
             EXPECT_NEAR(background.red, 30, 3);
             EXPECT_NEAR(background.blue, 120, 3);
             panel.frame->setSize(200.0, 120.0);  // a host's size in units: not shrunk to the unscaled pixels
@@ -212,7 +213,8 @@ TEST_F(HostWindowTest, WithoutAGL33ContextTheSoftwareFramePaintsAndShowsWhy) {
     const DrawingTest::BitmapPtr shot = takeShot(*panel.platform);
     int reddish = 0;  // the message's text over the panel's top edge
     for (uint32_t y = 4; y < 22; ++y)
-        for (uint32_t x = 4; x < 200; ++x) reddish += shot->getPixel(x, y).red > 150 && shot->getPixel(x, y).green < 120;
+        for (uint32_t x = 4; x < 200; ++x)
+            reddish += shot->getPixel(x, y).red > 150 && shot->getPixel(x, y).green < 120;
     EXPECT_GT(reddish, 20);
     close(panel);
 }
