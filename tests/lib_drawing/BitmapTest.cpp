@@ -37,19 +37,6 @@ std::vector<uint8_t> rawPixel(const CBitmap& bitmap, uint32_t x, uint32_t y) {
 
 }  // namespace
 
-TEST(Bitmap, DrawsTheFilmstripFrameAtItsOffset) {
-    BitmapPtr strip = makeFilmstrip();
-    const CColor frames[] = {kRedCColor, kGreenCColor, kBlueCColor};
-    for (int frame = 0; frame < 3; ++frame) {
-        BitmapPtr canvas = makeBitmap(32, 32);
-        strip->draw(canvas->getDrawContext(), CRect(5, 5, 15, 15), CPoint(0, frame * 10));
-        EXPECT_EQ(canvas->getPixel(5, 5), frames[frame]) << frame;
-        EXPECT_EQ(canvas->getPixel(9, 14), frames[frame]) << frame;
-        EXPECT_EQ(canvas->getPixel(10, 10).alpha, 0) << "the frame's transparent half";
-        EXPECT_EQ(canvas->getPixel(5, 15).alpha, 0) << "nothing of the next frame";
-    }
-}
-
 TEST(Bitmap, AlphaAndCopyModes) {
     BitmapPtr white = makeBitmap(8, 8), hole = makeBitmap(8, 8);
     white->getDrawContext()->clearWithColor(kWhiteCColor);
