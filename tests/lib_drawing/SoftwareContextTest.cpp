@@ -127,20 +127,6 @@ TEST(SoftwareContext, BlurSoftensEdgesWithinTheRectangle) {
     }
 }
 
-TEST(SoftwareContext, ClipRectSwapsAndRestores) {
-    BitmapPtr canvas = makeBitmap(64, 64);
-    CDrawContext& context = *canvas->getDrawContext();
-    context.setOffset(CPoint(4, 4));
-    CRect saved, clipped;
-    context.swapClipRect(saved, CRect(0, 0, 10, 10));
-    EXPECT_EQ(saved, CRect(-4, -4, 60, 60));
-    context.getClippedRect(clipped, CRect(5, -20, 30, 8), 1);
-    EXPECT_EQ(clipped, CRect(6, 1, 9, 7));
-    context.setClipRect(saved);
-    context.getClipRect(clipped);
-    EXPECT_EQ(clipped, saved);
-}
-
 // The scene of DrawingTestSupport.h drawn at 256 x 256. AGG and FreeType rasterise with integer
 // arithmetic, so the pixels are the same on every run with the same libraries and fonts (recorded
 // with Debian 12's libagg 2.6.1-r134, FreeType 2.12.1 and fonts-liberation 1.07.4). A change means

@@ -139,18 +139,6 @@ TEST(ViewTree, ContainersAnswerTheContainerQueryAndCopiesAreDeep) {
     EXPECT_DOUBLE_EQ(leaf->getSampleRate(), 48000.0);
 }
 
-TEST(ViewTree, AttributesAreCopiedInAndOutAndATooSmallBufferGetsNothing) {
-    auto* view = new CView(CRect());
-    const double stored = 3.5;
-    double back = 0;
-    int32_t byteSize = 0;
-    EXPECT_TRUE(view->setAttribute(7, sizeof stored, &stored));
-    EXPECT_FALSE(view->getAttribute(7, 4, &back, byteSize));
-    EXPECT_TRUE(view->getAttribute(7, sizeof back, &back, byteSize) && back == stored);
-    EXPECT_TRUE(view->removeAttribute(7) && !view->getAttributeSize(7, byteSize));
-    view->forget();
-}
-
 TEST(ViewTree, ThousandsOfViewsGoWithTheirFrameAndHoldTheFrameWhileAttached) {
     const int before = ProbeView::alive;
     {
