@@ -103,34 +103,21 @@ TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndPaintOnly
     EXPECT_EQ(Vinta::X11::getTrappedErrorCount(), errors);
 }
 
-// The host's drivers paint only when pumped.
-TEST_F(HostWindowTest, OpeningAndClosingLeavesNoDescriptorOrThreadBehind) {
-    const std::pair<EventDriver, bool> kinds[] = {{EventDriver::HostIdle, true}, {EventDriver::OwnThread, true},
-                                                  {EventDriver::HostIdle, false}, {EventDriver::OwnThread, false},
-                                                  {EventDriver::HostRunLoop, true}};
-    for (const auto& [driver, gl] : kinds) {  // one round first: libraries load and stay
+// The host's drivers hand the host a descriptor and a timer interval, and paint only when pumped.
+TEST_F(HostWindowTest, TheHostsDriversPaintOnlyWhenPumped) {
+    const std::pair<EventDriver, bool> kinds[] = {
+        {EventDriver::HostIdle, true}, {EventDriver::HostIdle, false}, {EventDriver::HostRunLoop, true}};
+    for (const auto& [driver, gl] : kinds) {
         Panel panel = open(1.0, driver, gl);
         ASSERT_NE(panel.frame, nullptr);
-        if (driver != EventDriver::OwnThread) {
-            EXPECT_GE(panel.platform->getConnectionFd(), 0);
-            EXPECT_GT(panel.platform->getTimerInterval(), 0u);
-            std::this_thread::sleep_for(std::chrono::milliseconds(60));
-            EXPECT_EQ(panel.platform->getPaintCount(), 0u);
-            panel.platform->pump();
-            EXPECT_EQ(panel.platform->getPaintCount(), 1u);
-        }
+        EXPECT_GE(panel.platform->getConnectionFd(), 0);
+        EXPECT_GT(panel.platform->getTimerInterval(), 0u);
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        EXPECT_EQ(panel.platform->getPaintCount(), 0u);
+        panel.platform->pump();
+        EXPECT_EQ(panel.platform->getPaintCount(), 1u);
         close(panel);
     }
-    const int descriptors = countEntries("/proc/self/fd"), threads = countEntries("/proc/self/task");
-    for (int round = 0; round < 200; ++round) {
-        const auto& [driver, gl] = kinds[round % 5];
-        Panel panel = open(1.25, driver, gl);
-        ASSERT_NE(panel.frame, nullptr);
-        if (driver != EventDriver::OwnThread) panel.platform->pump();
-        close(panel);
-    }
-    EXPECT_EQ(countEntries("/proc/self/fd"), descriptors);
-    EXPECT_EQ(countEntries("/proc/self/task"), threads);
 }
 
 // Notes the threads that draw it and that run its timer.
