@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <string>
 
@@ -85,7 +83,7 @@ TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlipsAndFadesIn) {
     setTickSource(nullptr);
 }
 
-TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
+TEST(OptionMenu, ChoiceSetsIndexAndParameterValuesRoundUpFromJustBelowAndTheScaleMenuRescales) {
     ParameterFixture f;
     f.parameter.setMaximum(10.0f);
     auto* menu = new COptionMenu(CRect(0, 0, 50, 20), nullptr, 0, nullptr, kCheckStyle);
@@ -101,6 +99,11 @@ TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
     f.platform->menuAnswer = {};
     EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 3);  // nothing chosen, nothing changed
     EXPECT_EQ(menu->getCurrent(), 3);
+    f.frame->addView(new CGuiScaleContext(CRect(0, 30, 20, 50)));  // the scale menu rescales and stores it
+    f.platform->menuAnswer = {nullptr, 2};
+    f.frame->onMouseDown(CPoint(5, 35), kLButton);
+    EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
+    EXPECT_EQ(f.editor.log.back(), "save");
 }
 
 TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
@@ -117,15 +120,6 @@ TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
     EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kRButton), 3);
     EXPECT_TRUE(root->getLastMenu() == sub && sub->getCurrent() == 1);
     EXPECT_FLOAT_EQ(mode.getValue(), 1.0f);
-}
-
-TEST(OptionMenu, GuiScaleMenuRescalesTheEditorAndStoresTheSize) {
-    FrameFixture f;
-    f.frame->addView(new CGuiScaleContext(CRect(0, 0, 20, 20)));
-    f.platform->menuAnswer = {nullptr, 2};
-    f.frame->onMouseDown(CPoint(5, 5), kLButton);
-    EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
-    EXPECT_EQ(f.editor.log.back(), "save");
 }
 
 TEST(ViewRecords, KindsBuildTheirViewOrNothing) {

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "ViewTestSupport.h"
 #include "lib/views/CControl.h"
 
