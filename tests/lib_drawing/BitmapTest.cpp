@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "CORE/files/ModuleResources.h"
 #include "lib_drawing/DrawingTestSupport.h"
 
 using namespace DrawingTest;
@@ -46,7 +45,6 @@ TEST(Bitmap, AlphaAndCopyModes) {
         {"alpha 128", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 128); }, CColor{128, 128, 128, 255}},
         {"alpha 0", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 0); }, kBlackCColor},
         {"transparent blends", [&](CDrawContext* c) { hole->drawTransparent(c, all); }, kBlackCColor},
-        {"no alpha copies", [&](CDrawContext* c) { hole->drawNoAlpha(c, all); }, CColor{0, 0, 0, 0}},
     };
     for (const auto& test : cases) {
         BitmapPtr canvas = makeBitmap(8, 8);
@@ -136,15 +134,4 @@ TEST(Bitmap, BadSourcesLeaveAnEmptyBitmapThatDrawsNothing) {
     }
     BitmapPtr byName(new CBitmap("no-such-bitmap.png", false));
     EXPECT_FALSE(byName->isValid());
-}
-
-TEST(Bitmap, ReadsImagesCompiledIntoTheLibrary) {
-    static const std::vector<uint8_t> png = makePNG(3, 1, PNG_FORMAT_GRAY, {0, 128, 255});
-    Core::addModuleResource("test-strip.png", png.data(), png.size());
-    PNGResourceStream stream("test-strip.png"), missing("no-such-image.png");
-    BitmapPtr bitmap = makeBitmap(0, 0);
-    EXPECT_TRUE(bitmap->loadFromStream(stream));
-    EXPECT_EQ(bitmap->getPixel(2, 0), kWhiteCColor);
-    EXPECT_FALSE(missing.found());
-    EXPECT_FALSE(bitmap->loadFromStream(missing));
 }

@@ -47,7 +47,6 @@ TEST(Text, StringWidthFollowsFontAndSizeAndTheAlignmentPlacesIt) {
         context.clearWithColor(kBlackCColor);
         context.setFontColor(kWhiteCColor);
         EXPECT_EQ(context.drawString(test.text, CRect(10, 0, 290, 60), 0, test.align), test.width);
-        if (test.width == 0) context.drawStringAtPoint(test.text, CRect(10, 0, 290, 60), 0.5, 1);
         const auto [first, last] = inkColumns(*canvas);
         if (test.width == 0) {
             EXPECT_EQ(first, -1);
@@ -75,7 +74,6 @@ TEST(Text, NullFontIsTheSystemFontAndNullTextDrawsNothing) {
     EXPECT_EQ(context.getFontHeight(), 12);
     EXPECT_EQ(context.drawString(nullptr, CRect(0, 0, 100, 40), 0, 0), 0);
     context.drawStringMultiline(nullptr, CRect(0, 0, 100, 40), 0, 0);
-    context.drawStringAtPoint(nullptr, CRect(0, 0, 100, 40), 0, 0);
 }
 
 TEST(Text, MultilineDropsWhatDoesNotFit) {

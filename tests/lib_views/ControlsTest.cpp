@@ -2,7 +2,6 @@
 #include <tuple>
 
 #include "ViewTestSupport.h"
-#include "lib/controls/CKnob.h"
 #include "lib/controls/Vinta_AnimKnob.h"
 #include "lib/drawing/CBitmap.h"
 
@@ -125,26 +124,6 @@ TEST(KnobParameter, SteppedKnobGivesOnlyItsStepsAndSetsThePlainValue) {
     f.drag(0, -120, kLButton);  // 0.6 rounds to step 1
     EXPECT_FLOAT_EQ(f.knob->getValue(), 1.0f);
     EXPECT_FLOAT_EQ(f.parameter.getValue(), 3.0f);
-}
-
-TEST(PlainKnob, FollowsTheAngleOrWithAltAndShiftALinearDragOnBothAxes) {
-    const struct { CButtonState buttons; CPoint press, release; float expected; } cases[] = {
-        {kLButton, CPoint(20, 0), CPoint(20, 0), 0.5f},             // straight up is the middle
-        {kLButton, CPoint(20, 0), CPoint(25, 39), 1.0f},            // moving into the dead zone keeps the end
-        {kLButton | kAlt, CPoint(20, 20), CPoint(120, 20), 0.7f},   // rightwards counts in linear mode
-        {kLButton | kAlt | kShift, CPoint(20, 20), CPoint(20, -80), 0.25f},
-    };
-    for (const auto& c : cases) {
-        FrameFixture f;
-        auto* knob = new CKnob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
-        knob->setValue(0.2f);
-        f.frame->addView(knob);
-        f.frame->onMouseDown(c.press, c.buttons);
-        f.frame->onMouseMoved(CPoint((c.press.x + c.release.x) / 2, (c.press.y + c.release.y) / 2), c.buttons);
-        f.frame->onMouseMoved(c.release, c.buttons);
-        f.frame->onMouseUp(c.release, 0);
-        EXPECT_NEAR(knob->getValue(), c.expected, 1e-3) << c.buttons << " " << c.release.x;
-    }
 }
 
 TEST(KnobDrawing, DisabledKnobDrawsDimAndCrossFadesOnlyOnANewFrameKey) {

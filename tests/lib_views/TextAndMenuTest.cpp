@@ -6,7 +6,6 @@
 #include "lib/controls/CMenuItem.h"
 #include "lib/controls/Vinta_ActionButton.h"
 #include "lib/controls/Vinta_ContextMenu.h"
-#include "lib/controls/Vinta_Label.h"
 #include "lib/controls/Vinta_ParamDisplay.h"
 #include "lib/controls/Vinta_RadioGroup.h"
 #include "lib/controls/Vinta_TextEdit.h"
@@ -187,23 +186,19 @@ TEST(RadioGroup, ClickChoosesAnItemTheLedFadesInAndValuesRoundToTheNearestBelow)
     setTickSource(nullptr);
 }
 
-TEST(TextDisplays, DisplaysAndLabelsDrawTheirTextOnTheWindowThread) {
+TEST(TextDisplays, DisplaysDrawTheirTextOnTheWindowThread) {
     ParameterFixture f;
-    auto* plain = new CParamDisplay(CRect(0, 0, 40, 20), nullptr, kShadowText);
+    auto* plain = new CParamDisplay(CRect(0, 0, 40, 20));
     plain->setValue(0.5f);
     f.frame->addView(plain);
     Vinta_ParamDisplay::CInfo display;
     display.rect = CRect(0, 30, 40, 60);
     display.twoLines = true;
     f.build(display, kKindParamDisplay);
-    Vinta_Label::CInfo label;
-    label.rect = CRect(0, 70, 40, 80);
-    label.text = "start";
-    f.build(label);
     RecordingContext context;
     f.frame->draw(&context);
     char value[256];
     f.parameter.getDisplayText(f.parameter.getValue(), value, 0);
-    const std::vector<std::string> expected{"0.50", "0.50", value, f.parameter.getUnitLabel(), "Gain"};
-    EXPECT_EQ(context.strings, expected);  // shadow then text; value above unit; the parameter's name
+    const std::vector<std::string> expected{"0.50", value, f.parameter.getUnitLabel()};
+    EXPECT_EQ(context.strings, expected);  // the plain display's value; the value above the unit
 }
