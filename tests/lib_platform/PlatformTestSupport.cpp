@@ -52,7 +52,7 @@ void HostWindowTest::TearDown() {
     XSync(display, False);
 }
 
-Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
+Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL, CView* extra) {
     Panel panel;
     panel.frame = X11::X11Frame::openFrame(host, CRect(0, 0, 300, 200), nullptr, {driver, scale, allowGL});
     if (!panel.frame) return panel;
@@ -72,6 +72,7 @@ Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
     panel.frame->addView(knob);
     panel.recorder = new RecordingView(CRect(100, 20, 180, 100));
     panel.frame->addView(panel.recorder);
+    if (extra) panel.frame->addView(extra);
     panel.platform->start();
     return panel;
 }

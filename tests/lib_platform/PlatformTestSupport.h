@@ -34,8 +34,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder.
-    Panel open(double scale, EventDriver driver, bool allowGL = true);
+    // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder, and `extra`.
+    Panel open(double scale, EventDriver driver, bool allowGL = true, Vinta::CView* extra = nullptr);
     void close(Panel& panel) {
         Vinta::X11::X11Frame::closeFrame(panel.frame);
         panel = {};

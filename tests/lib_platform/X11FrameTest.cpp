@@ -84,12 +84,43 @@ TEST_F(OwnThreadPanel, KeysReachTheFocusedView) {
     EXPECT_EQ(XLookupKeysym(&forwarded.xkey, 0), static_cast<KeySym>(XK_a));
 }
 
-TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndPaintOnlyOnAChange) {
+// Notes the threads that draw it and that run its timer.
+class ThreadRecorder : public CView, public CTimerObject {
+public:
+    ThreadRecorder() : CView(CRect(0, 0, 10, 10)) {}
+    void draw(CDrawContext*) override {
+        note(drawn);
+        setDirty(false);
+    }
+    void onTimer(uint32_t) override { note(ticked); }
+    std::set<std::thread::id> threads(bool timer) {
+        std::lock_guard<std::mutex> guard(lock);
+        return timer ? ticked : drawn;
+    }
+
+private:
+    void note(std::set<std::thread::id>& where) {
+        std::lock_guard<std::mutex> guard(lock);
+        where.insert(std::this_thread::get_id());
+    }
+    std::mutex lock;
+    std::set<std::thread::id> drawn, ticked;
+};
+
+// Each editor on its own connection and thread, its timers on that thread too.
+TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndThreadAndPaintOnlyOnAChange) {
     const unsigned long errors = Vinta::X11::getTrappedErrorCount();
-    Panel first = open(1.0, EventDriver::OwnThread), second = open(1.25, EventDriver::OwnThread);
+    ThreadRecorder* recorders[] = {new ThreadRecorder, new ThreadRecorder};
+    Panel first = open(1.0, EventDriver::OwnThread, true, recorders[0]);
+    Panel second = open(1.25, EventDriver::OwnThread, true, recorders[1]);
     ASSERT_TRUE(first.frame && second.frame);
+    for (ThreadRecorder* recorder : recorders) recorder->startTimer(15);
     EXPECT_NE(first.platform->getDisplay(), second.platform->getDisplay());
-    ASSERT_TRUE(waitFor([&] { return first.platform->getPaintCount() > 0 && second.platform->getPaintCount() > 0; }));
+    ASSERT_TRUE(waitFor([&] {
+        for (ThreadRecorder* recorder : recorders)
+            if (recorder->threads(true).empty() || recorder->threads(false).empty()) return false;
+        return true;
+    }));
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     const uint64_t painted = second.platform->getPaintCount();
     std::this_thread::sleep_for(std::chrono::milliseconds(400));
@@ -97,6 +128,11 @@ TEST_F(HostWindowTest, TwoEditorsRunSideBySideEachOnItsOwnConnectionAndPaintOnly
     second.knob->setValue(0.5f);  // from another thread, as a host's parameter change comes
     second.knob->setDirty(true);
     EXPECT_TRUE(waitFor([&] { return second.platform->getPaintCount() > painted; }));
+    for (ThreadRecorder* recorder : recorders) {
+        EXPECT_EQ(recorder->threads(true), recorder->threads(false)) << "a timer ran off the thread that draws it";
+        EXPECT_EQ(recorder->threads(true).size(), 1u);
+    }
+    EXPECT_NE(recorders[0]->threads(false), recorders[1]->threads(false));
     close(first);
     EXPECT_GT(distinctColours(*takeShot(*second.platform)), 2);  // the other one goes on
     close(second);
@@ -118,50 +154,6 @@ TEST_F(HostWindowTest, TheHostsDriversPaintOnlyWhenPumped) {
         EXPECT_EQ(panel.platform->getPaintCount(), 1u);
         close(panel);
     }
-}
-
-// Notes the threads that draw it and that run its timer.
-class ThreadRecorder : public CView, public CTimerObject {
-public:
-    ThreadRecorder() : CView(CRect(0, 0, 10, 10)) {}
-    void draw(CDrawContext*) override { note(drawn); }
-    void onTimer(uint32_t) override { note(ticked); }
-    std::set<std::thread::id> threads(bool timer) {
-        std::lock_guard<std::mutex> guard(lock);
-        return timer ? ticked : drawn;
-    }
-
-private:
-    void note(std::set<std::thread::id>& where) {
-        std::lock_guard<std::mutex> guard(lock);
-        where.insert(std::this_thread::get_id());
-    }
-    std::mutex lock;
-    std::set<std::thread::id> drawn, ticked;
-};
-
-TEST_F(HostWindowTest, EachEditorsTimersRunOnItsOwnThread) {
-    CFrame* frames[2] = {};
-    ThreadRecorder* recorders[2] = {};
-    for (int i = 0; i < 2; ++i) {
-        frames[i] = X11::X11Frame::openFrame(host, CRect(0, 0, 100, 100), nullptr, {EventDriver::OwnThread, 1.0, false});
-        ASSERT_NE(frames[i], nullptr);
-        frames[i]->addView(recorders[i] = new ThreadRecorder);
-        recorders[i]->startTimer(15);
-        X11::X11Frame::of(frames[i])->start();
-    }
-    EXPECT_TRUE(waitFor([&] {
-        for (ThreadRecorder* recorder : recorders)
-            if (recorder->threads(true).empty() || recorder->threads(false).empty()) return false;
-        return true;
-    }));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    for (ThreadRecorder* recorder : recorders) {
-        EXPECT_EQ(recorder->threads(true), recorder->threads(false)) << "a timer ran off the thread that draws it";
-        EXPECT_EQ(recorder->threads(true).size(), 1u);
-    }
-    EXPECT_NE(recorders[0]->threads(false), recorders[1]->threads(false));
-    for (CFrame* frame : frames) X11::X11Frame::closeFrame(frame);
 }
 
 int hostErrors = 0;
