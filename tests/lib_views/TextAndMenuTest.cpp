@@ -47,37 +47,32 @@ TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
     EXPECT_STREQ(box->getText(), expected);
 }
 
-// The toggle fades its upper row in over six ticks of sixty milliseconds.
-TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlipsAndFadesIn) {
+// The toggle flips on a click, even one released outside, and fades its upper row in over six ticks
+// of sixty milliseconds.
+TEST(ActionButton, ToggleFlipsAndFadesIn) {
     setTickSource(fakeClock);
-    for (int32_t type : {Vinta_ActionButton::kMomentary, Vinta_ActionButton::kToggle}) {
-        const bool toggle = type == Vinta_ActionButton::kToggle;
-        ParameterFixture f;
-        f.parameter.setValue(0.0f);
-        Vinta_ActionButton::CInfo info;
-        info.rect = CRect(0, 0, 20, 20);
-        info.type = type;
-        info.fade = toggle;
-        info.bitmap = new CBitmap(20, 40);
-        auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
-        info.bitmap->forget();
-        fakeNow = 5000;
-        EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 1);
-        EXPECT_TRUE(button->isOn());
-        EXPECT_FLOAT_EQ(f.parameter.getValue(), 1.0f);
-        f.frame->onMouseUp(CPoint(300, 300), 0);
-        EXPECT_EQ(button->isOn(), toggle);
-        EXPECT_FLOAT_EQ(f.parameter.getValue(), toggle ? 1.0f : 0.0f);
-        if (!toggle) continue;
-        RecordingContext context;
-        const struct { uint32_t at; uint8_t upperAlpha; bool dirty; } steps[] = {{5180, 127, true}, {5540, 255, false}};
-        for (const auto& s : steps) {
-            fakeNow = s.at;
-            f.frame->draw(&context);
-            EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
-            EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
-            EXPECT_EQ(button->isDirty(), s.dirty);
-        }
+    ParameterFixture f;
+    f.parameter.setValue(0.0f);
+    Vinta_ActionButton::CInfo info;
+    info.rect = CRect(0, 0, 20, 20);
+    info.type = Vinta_ActionButton::kToggle;
+    info.fade = true;
+    info.bitmap = new CBitmap(20, 40);
+    auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
+    info.bitmap->forget();
+    fakeNow = 5000;
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 1);
+    f.frame->onMouseUp(CPoint(300, 300), 0);
+    EXPECT_TRUE(button->isOn());
+    EXPECT_FLOAT_EQ(f.parameter.getValue(), 1.0f);
+    RecordingContext context;
+    const struct { uint32_t at; uint8_t upperAlpha; bool dirty; } steps[] = {{5180, 127, true}, {5540, 255, false}};
+    for (const auto& s : steps) {
+        fakeNow = s.at;
+        f.frame->draw(&context);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
+        EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
+        EXPECT_EQ(button->isDirty(), s.dirty);
     }
     setTickSource(nullptr);
 }
