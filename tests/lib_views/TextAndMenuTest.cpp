@@ -5,7 +5,6 @@
 #include "lib/controls/CGuiScaleContext.h"
 #include "lib/controls/CMenuItem.h"
 #include "lib/controls/Vinta_ActionButton.h"
-#include "lib/controls/Vinta_ContextMenu.h"
 #include "lib/controls/Vinta_ParamDisplay.h"
 #include "lib/controls/Vinta_RadioGroup.h"
 #include "lib/controls/Vinta_TextEdit.h"
@@ -98,22 +97,6 @@ TEST(OptionMenu, ChoiceSetsIndexAndParameterValuesRoundUpFromJustBelowAndTheScal
     f.frame->onMouseDown(CPoint(5, 35), kLButton);
     EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
     EXPECT_EQ(f.editor.log.back(), "save");
-}
-
-TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
-    Ondra::ParameterProperty mode;  // outlives the views that listen to it
-    ParameterFixture f;
-    mode.setMaximum(5.0f);
-    auto* sub = new Vinta_ContextMenu(CRect(), nullptr, 0, nullptr, &mode);
-    for (const char* title : {"x", "y"}) sub->addEntry(title);
-    auto* root = new Vinta_ContextMenu(CRect(0, 0, 20, 20));
-    root->addEntry(new CMenuItem("modes", -1, 0, nullptr, sub));
-    sub->forget();  // the item holds it
-    f.frame->addView(root);
-    f.platform->menuAnswer = {sub, 1};
-    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kRButton), 3);
-    EXPECT_TRUE(root->getLastMenu() == sub && sub->getCurrent() == 1);
-    EXPECT_FLOAT_EQ(mode.getValue(), 1.0f);
 }
 
 TEST(ViewRecords, KindsBuildTheirViewOrNothing) {
