@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "CORE/files/ModuleResources.h"
 #include "lib_drawing/DrawingTestSupport.h"
 
 using namespace DrawingTest;
@@ -37,19 +36,6 @@ std::vector<uint8_t> rawPixel(const CBitmap& bitmap, uint32_t x, uint32_t y) {
 
 }  // namespace
 
-TEST(Bitmap, DrawsTheFilmstripFrameAtItsOffset) {
-    BitmapPtr strip = makeFilmstrip();
-    const CColor frames[] = {kRedCColor, kGreenCColor, kBlueCColor};
-    for (int frame = 0; frame < 3; ++frame) {
-        BitmapPtr canvas = makeBitmap(32, 32);
-        strip->draw(canvas->getDrawContext(), CRect(5, 5, 15, 15), CPoint(0, frame * 10));
-        EXPECT_EQ(canvas->getPixel(5, 5), frames[frame]) << frame;
-        EXPECT_EQ(canvas->getPixel(9, 14), frames[frame]) << frame;
-        EXPECT_EQ(canvas->getPixel(10, 10).alpha, 0) << "the frame's transparent half";
-        EXPECT_EQ(canvas->getPixel(5, 15).alpha, 0) << "nothing of the next frame";
-    }
-}
-
 TEST(Bitmap, AlphaAndCopyModes) {
     BitmapPtr white = makeBitmap(8, 8), hole = makeBitmap(8, 8);
     white->getDrawContext()->clearWithColor(kWhiteCColor);
@@ -59,7 +45,6 @@ TEST(Bitmap, AlphaAndCopyModes) {
         {"alpha 128", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 128); }, CColor{128, 128, 128, 255}},
         {"alpha 0", [&](CDrawContext* c) { white->drawAlpha(c, all, CPoint(), 0); }, kBlackCColor},
         {"transparent blends", [&](CDrawContext* c) { hole->drawTransparent(c, all); }, kBlackCColor},
-        {"no alpha copies", [&](CDrawContext* c) { hole->drawNoAlpha(c, all); }, CColor{0, 0, 0, 0}},
     };
     for (const auto& test : cases) {
         BitmapPtr canvas = makeBitmap(8, 8);
@@ -149,15 +134,4 @@ TEST(Bitmap, BadSourcesLeaveAnEmptyBitmapThatDrawsNothing) {
     }
     BitmapPtr byName(new CBitmap("no-such-bitmap.png", false));
     EXPECT_FALSE(byName->isValid());
-}
-
-TEST(Bitmap, ReadsImagesCompiledIntoTheLibrary) {
-    static const std::vector<uint8_t> png = makePNG(3, 1, PNG_FORMAT_GRAY, {0, 128, 255});
-    Core::addModuleResource("test-strip.png", png.data(), png.size());
-    PNGResourceStream stream("test-strip.png"), missing("no-such-image.png");
-    BitmapPtr bitmap = makeBitmap(0, 0);
-    EXPECT_TRUE(bitmap->loadFromStream(stream));
-    EXPECT_EQ(bitmap->getPixel(2, 0), kWhiteCColor);
-    EXPECT_FALSE(missing.found());
-    EXPECT_FALSE(bitmap->loadFromStream(missing));
 }

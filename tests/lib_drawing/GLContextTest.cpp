@@ -82,7 +82,6 @@ TEST_F(GLContext, StringWidthsAgreeWithTheSoftwarePath) {
         }
         c.setFontColor(kWhiteCColor);
         EXPECT_EQ(c.drawString("Zonfra", CRect(0, 0, kSize, kSize), 0, 1), 0);
-        c.drawStringAtPoint("Zonfra", CRect(0, 0, kSize, kSize), 0.3, 1);
     });
     missing->forget();
     int lit = 0;

@@ -13,8 +13,6 @@ class OffscreenGLWindow {
 public:
     OffscreenGLWindow(int width, int height);
     ~OffscreenGLWindow();
-    OffscreenGLWindow(const OffscreenGLWindow&) = delete;
-    OffscreenGLWindow& operator=(const OffscreenGLWindow&) = delete;
 
     bool ready() const;
     const std::string& whyNot() const;

@@ -37,9 +37,6 @@ const ShapeCase kShapes[] = {
      {{{30, 30}, kFill}, {{30, 11}, kFill}, {{12, 12}, kBack}}},
     {"round rect leaves its corners", [](CDrawContext& c) { c.drawRoundRect(CRect(10, 10, 50, 50), 10, 1); },
      {{{10, 10}, kBack}, {{49, 49}, kBack}, {{30, 10}, kFill}, {{11, 30}, kFill}}},
-    {"arc runs clockwise from its start",
-     [](CDrawContext& c) { c.setLineWidth(3); c.drawArc(CRect(10, 10, 50, 50), 0, 90, 0); },
-     {{{44, 44}, kFrame, 40}, {{15, 15}, kBack}, {{44, 15}, kBack}}},
     {"closed triangle", [](CDrawContext& c) { c.drawPolygon(kTriangle, 3, 1, true); },
      {{{15, 15}, kFill}, {{45, 45}, kBack}}},
     {"clip bounds the fill",
@@ -58,26 +55,12 @@ const ShapeCase kShapes[] = {
     {"radial gradient",
      [](CDrawContext& c) { c.setRadialGradient(CPoint(32, 32), 30, kWhiteCColor, kBlackCColor); c.drawRect(kAll, 1); },
      {{{32, 32}, kWhiteCColor, 10}, {{32, 17}, CColor{128, 128, 128, 255}, 10}, {{2, 2}, kBack, 1}}},
-    {"box gradient is half way at the box edge",
-     [](CDrawContext& c) { c.setBoxGradient(CRect(16, 16, 48, 48), 4, 8, kWhiteCColor, kBlackCColor);
-                           c.drawRect(kAll, 1); },
-     {{{32, 32}, kWhiteCColor}, {{2, 2}, kBack, 1}, {{16, 32}, CColor{128, 128, 128, 255}, 20}}},
     {"a fill colour ends the gradient",
      [](CDrawContext& c) { c.setLinearGradient(kAll, kBlackCColor, kWhiteCColor); c.setFillColor(kFill);
                            c.drawRect(kAll, 1); },
      {{{32, 63}, kFill}}},
-    {"vertical gradient through three colours",
-     [](CDrawContext& c) { c.fillVerticalGradient(kAll, kRedCColor, kGreenCColor, kBlueCColor, 7); },
-     {{{32, 0}, kRedCColor, 24}, {{32, 32}, kGreenCColor, 24}, {{32, 63}, kBlueCColor, 24}}},
-    {"vertical gradient is rendered once per key",
-     [](CDrawContext& c) { c.fillVerticalGradient(kAll, kRedCColor, kGreenCColor, kBlueCColor, 7);
-                           c.fillVerticalGradient(kAll, kWhiteCColor, kWhiteCColor, kWhiteCColor, 7); },
-     {{{32, 0}, kRedCColor, 24}, {{32, 63}, kBlueCColor, 24}}},
-    {"point", [](CDrawContext& c) { c.drawPoint(CPoint(5, 5), kBlueCColor); },
-     {{{5, 5}, kBlueCColor}, {{6, 5}, kBack}}},
-    {"dashed line leaves gaps",
-     [](CDrawContext& c) { c.setLineWidth(2); c.setLineStyle(kLineDashed); c.drawLine(0, 20, 64, 20); },
-     {{{2, 20}, kFrame}, {{8, 20}, kBack}, {{14, 20}, kFrame}}},
+    {"line", [](CDrawContext& c) { c.setLineWidth(2); c.drawLine(0, 20, 64, 20); },
+     {{{2, 20}, kFrame}, {{8, 20}, kFrame}, {{32, 30}, kBack}}},
     {"clear fills everything", [](CDrawContext& c) { c.clearWithColor(kBlueCColor); },
      {{{0, 0}, kBlueCColor}, {{63, 63}, kBlueCColor}}},
 };
@@ -125,20 +108,6 @@ TEST(SoftwareContext, BlurSoftensEdgesWithinTheRectangle) {
         EXPECT_EQ(untouched, kBack);
         EXPECT_EQ(edge.red > 0 && edge.red < 255, type != 2) << "type " << type;
     }
-}
-
-TEST(SoftwareContext, ClipRectSwapsAndRestores) {
-    BitmapPtr canvas = makeBitmap(64, 64);
-    CDrawContext& context = *canvas->getDrawContext();
-    context.setOffset(CPoint(4, 4));
-    CRect saved, clipped;
-    context.swapClipRect(saved, CRect(0, 0, 10, 10));
-    EXPECT_EQ(saved, CRect(-4, -4, 60, 60));
-    context.getClippedRect(clipped, CRect(5, -20, 30, 8), 1);
-    EXPECT_EQ(clipped, CRect(6, 1, 9, 7));
-    context.setClipRect(saved);
-    context.getClipRect(clipped);
-    EXPECT_EQ(clipped, saved);
 }
 
 // The scene of DrawingTestSupport.h drawn at 256 x 256. AGG and FreeType rasterise with integer

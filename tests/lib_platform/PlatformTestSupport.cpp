@@ -1,7 +1,5 @@
 #include "lib_platform/PlatformTestSupport.h"
 
-#include <X11/extensions/XTest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <set>
@@ -43,6 +41,7 @@ void HostWindowTest::SetUp() {
     host = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 700, 0, 0, 0x202020);
     XMapWindow(display, host);
     XSync(display, False);
+    input = std::make_unique<EditorHost::InputScript>(host);
     recordedKeys.clear();
     recordedDrops.clear();
 }
@@ -53,7 +52,7 @@ void HostWindowTest::TearDown() {
     XSync(display, False);
 }
 
-Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
+Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL, CView* extra) {
     Panel panel;
     panel.frame = X11::X11Frame::openFrame(host, CRect(0, 0, 300, 200), nullptr, {driver, scale, allowGL});
     if (!panel.frame) return panel;
@@ -73,58 +72,33 @@ Panel HostWindowTest::open(double scale, EventDriver driver, bool allowGL) {
     panel.frame->addView(knob);
     panel.recorder = new RecordingView(CRect(100, 20, 180, 100));
     panel.frame->addView(panel.recorder);
+    if (extra) panel.frame->addView(extra);
     panel.platform->start();
     return panel;
 }
 
-void HostWindowTest::moveTo(const Panel& panel, int x, int y) {
-    double left = 0.0, top = 0.0;
-    panel.platform->getScreenPosition(left, top);
-    XTestFakeMotionEvent(display, -1, static_cast<int>(left) + x, static_cast<int>(top) + y, CurrentTime);
-    XSync(display, False);
-}
-
-void HostWindowTest::button(unsigned int number, bool down) {
-    XTestFakeButtonEvent(display, number, down, CurrentTime);
-    XSync(display, False);
-}
-
-void HostWindowTest::key(unsigned long keysym, bool shift) {
-    const KeyCode shiftCode = XKeysymToKeycode(display, 0xffe1);
-    const KeyCode code = XKeysymToKeycode(display, keysym);
-    if (shift) XTestFakeKeyEvent(display, shiftCode, True, CurrentTime);
-    XTestFakeKeyEvent(display, code, True, CurrentTime);
-    XTestFakeKeyEvent(display, code, False, CurrentTime);
-    if (shift) XTestFakeKeyEvent(display, shiftCode, False, CurrentTime);
-    XSync(display, False);
-}
-
-int Shot::distinctColours() const {
+int distinctColours(const CBitmap& shot) {
     std::set<uint32_t> colours;
-    for (size_t index = 0; index + 3 < pixels.size(); index += 4)
-        colours.insert(pixels[index] | (pixels[index + 1] << 8) | (pixels[index + 2] << 16));
+    for (uint32_t y = 0; y < shot.getPixelHeight(); ++y)
+        for (uint32_t x = 0; x < shot.getPixelWidth(); ++x) {
+            const CColor colour = shot.getPixel(x, y);
+            colours.insert(colour.red | (colour.green << 8) | (colour.blue << 16));
+        }
     return static_cast<int>(colours.size());
 }
 
-double Shot::meanDifference(const Shot& other) const {
-    if (other.pixels.size() != pixels.size() || pixels.empty()) return 255.0;
+double meanDifference(const CBitmap& shot, const CBitmap& other) {
+    const size_t bytes = static_cast<size_t>(shot.getStride()) * shot.getPixelHeight();
+    if (other.getPixelWidth() != shot.getPixelWidth() || other.getPixelHeight() != shot.getPixelHeight() || !bytes)
+        return 255.0;
     double sum = 0.0;
-    for (size_t index = 0; index < pixels.size(); ++index) sum += std::abs(pixels[index] - other.pixels[index]);
-    return sum / static_cast<double>(pixels.size());
+    for (size_t index = 0; index < bytes; ++index) sum += std::abs(shot.getPixels()[index] - other.getPixels()[index]);
+    return sum / static_cast<double>(bytes);
 }
 
-Shot takeShot(X11::X11Frame& platform) {
-    Shot shot;
-    CBitmap* bitmap = platform.screenshot();
-    if (!bitmap) return shot;
-    shot.width = bitmap->getPixelWidth();
-    shot.height = bitmap->getPixelHeight();
-    for (uint32_t y = 0; y < shot.height; ++y) {
-        const uint8_t* row = bitmap->getPixels() + static_cast<ptrdiff_t>(y) * bitmap->getStride();
-        shot.pixels.insert(shot.pixels.end(), row, row + shot.width * 4);
-    }
-    bitmap->forget();
-    return shot;
+DrawingTest::BitmapPtr takeShot(X11::X11Frame& platform) {
+    CBitmap* shot = platform.screenshot();
+    return DrawingTest::BitmapPtr(shot ? shot : new CBitmap(0.0, 0.0));
 }
 
 }  // namespace PlatformTest

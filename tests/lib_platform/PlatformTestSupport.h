@@ -2,17 +2,21 @@
 // A host window in the test's own X connection, a small panel to open in it, and XTest input.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "lib/platform-x11/X11Frame.h"
 #include "lib/views/CControl.h"
 #include "lib/views/CFrame.h"
+#include "lib_drawing/DrawingTestSupport.h"
 #include "lib_platform/X11TestTools.h"
+#include "tools/editor-host/InputScript.h"
 
 namespace PlatformTest {
 
 using Vinta::X11::EventDriver;
+using Kind = EditorHost::InputStep::Kind;
 
 // Views the panel holds, reachable by the tests.
 struct Panel {
@@ -30,8 +34,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder.
-    Panel open(double scale, EventDriver driver, bool allowGL = true);
+    // Units 300 x 200; the panel: background, a filmstrip knob, a key and drop recorder, and `extra`.
+    Panel open(double scale, EventDriver driver, bool allowGL = true, Vinta::CView* extra = nullptr);
     void close(Panel& panel) {
         Vinta::X11::X11Frame::closeFrame(panel.frame);
         panel = {};
@@ -45,25 +49,15 @@ protected:
     }
     bool hasFocus(const Panel& panel) { return inputFocus(display) == panel.platform->getWindow(); }
 
-    // XTest input at window pixels of the panel's window.
-    void moveTo(const Panel& panel, int x, int y);
-    void button(unsigned int number, bool down);
-    // Both clicks of a double click go out together: a busy editor thread cannot stretch them apart.
-    void click(const Panel& panel, int x, int y, unsigned int number = 1, bool twice = false) {
-        moveTo(panel, x, y);
-        for (int press = twice ? 2 : 1; press > 0; --press) {
-            button(number, true);
-            button(number, false);
-        }
-    }
-    void doubleClick(const Panel& panel, int x, int y) { click(panel, x, y, 1, true); }
-    void key(unsigned long keysym, bool shift = false);
-    void type(const char* text) {
-        for (; *text; ++text) key(static_cast<unsigned char>(*text));
-    }
+    // XTest input at pixels of the host window, whose corner the panel fills; both clicks of a double
+    // click go out together, so a busy editor thread cannot stretch them apart.
+    void send(Kind kind, int x, int y) { input->send({kind, x, y, {}}); }
+    void key(const char* keysymName) { input->send({Kind::Key, 0, 0, keysymName}); }
+    void type(const char* text) { input->send({Kind::Type, 0, 0, text}); }
 
     Display* display = nullptr;
     Window host = 0;
+    std::unique_ptr<EditorHost::InputScript> input;
 };
 
 // A panel open from the start at `percent` scale; closed at the end unless the test closed it.
@@ -85,14 +79,10 @@ protected:
 using OwnThreadPanel = WithPanel<EventDriver::OwnThread>;
 using HostIdlePanel = WithPanel<EventDriver::HostIdle>;
 
-// Window pixels of a screenshot, RGBA.
-struct Shot {
-    uint32_t width = 0, height = 0;
-    std::vector<uint8_t> pixels;
-    const uint8_t* at(uint32_t x, uint32_t y) const { return &pixels[(y * width + x) * 4]; }
-    int distinctColours() const;
-    double meanDifference(const Shot& other) const;
-};
-Shot takeShot(Vinta::X11::X11Frame& platform);
+// The window's pixels now (an empty bitmap when there are none), how many colours they hold, and
+// the mean difference of two such pictures' bytes.
+DrawingTest::BitmapPtr takeShot(Vinta::X11::X11Frame& platform);
+int distinctColours(const Vinta::CBitmap& shot);
+double meanDifference(const Vinta::CBitmap& shot, const Vinta::CBitmap& other);
 
 }  // namespace PlatformTest

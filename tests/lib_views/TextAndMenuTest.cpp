@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <string>
 
@@ -7,8 +5,6 @@
 #include "lib/controls/CGuiScaleContext.h"
 #include "lib/controls/CMenuItem.h"
 #include "lib/controls/Vinta_ActionButton.h"
-#include "lib/controls/Vinta_ContextMenu.h"
-#include "lib/controls/Vinta_Label.h"
 #include "lib/controls/Vinta_ParamDisplay.h"
 #include "lib/controls/Vinta_RadioGroup.h"
 #include "lib/controls/Vinta_TextEdit.h"
@@ -50,42 +46,37 @@ TEST(TextEditBox, DragsLikeAKnobResetsAndOpensTheFieldOnADoubleClick) {
     EXPECT_STREQ(box->getText(), expected);
 }
 
-// The toggle fades its upper row in over six ticks of sixty milliseconds.
-TEST(ActionButton, MomentaryEndsOffEvenOutsideAndToggleFlipsAndFadesIn) {
+// The toggle flips on a click, even one released outside, and fades its upper row in over six ticks
+// of sixty milliseconds.
+TEST(ActionButton, ToggleFlipsAndFadesIn) {
     setTickSource(fakeClock);
-    for (int32_t type : {Vinta_ActionButton::kMomentary, Vinta_ActionButton::kToggle}) {
-        const bool toggle = type == Vinta_ActionButton::kToggle;
-        ParameterFixture f;
-        f.parameter.setValue(0.0f);
-        Vinta_ActionButton::CInfo info;
-        info.rect = CRect(0, 0, 20, 20);
-        info.type = type;
-        info.fade = toggle;
-        info.bitmap = new CBitmap(20, 40);
-        auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
-        info.bitmap->forget();
-        fakeNow = 5000;
-        EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 1);
-        EXPECT_TRUE(button->isOn());
-        EXPECT_FLOAT_EQ(f.parameter.getValue(), 1.0f);
-        f.frame->onMouseUp(CPoint(300, 300), 0);
-        EXPECT_EQ(button->isOn(), toggle);
-        EXPECT_FLOAT_EQ(f.parameter.getValue(), toggle ? 1.0f : 0.0f);
-        if (!toggle) continue;
-        RecordingContext context;
-        const struct { uint32_t at; uint8_t upperAlpha; bool dirty; } steps[] = {{5180, 127, true}, {5540, 255, false}};
-        for (const auto& s : steps) {
-            fakeNow = s.at;
-            f.frame->draw(&context);
-            EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
-            EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
-            EXPECT_EQ(button->isDirty(), s.dirty);
-        }
+    ParameterFixture f;
+    f.parameter.setValue(0.0f);
+    Vinta_ActionButton::CInfo info;
+    info.rect = CRect(0, 0, 20, 20);
+    info.type = Vinta_ActionButton::kToggle;
+    info.fade = true;
+    info.bitmap = new CBitmap(20, 40);
+    auto* button = static_cast<Vinta_ActionButton*>(f.build(info));
+    info.bitmap->forget();
+    fakeNow = 5000;
+    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 1);
+    f.frame->onMouseUp(CPoint(300, 300), 0);
+    EXPECT_TRUE(button->isOn());
+    EXPECT_FLOAT_EQ(f.parameter.getValue(), 1.0f);
+    RecordingContext context;
+    const struct { uint32_t at; uint8_t upperAlpha; bool dirty; } steps[] = {{5180, 127, true}, {5540, 255, false}};
+    for (const auto& s : steps) {
+        fakeNow = s.at;
+        f.frame->draw(&context);
+        EXPECT_EQ(context.bitmaps.back().alpha, s.upperAlpha);
+        EXPECT_EQ(context.bitmaps.back().source, CPoint(0, 0));
+        EXPECT_EQ(button->isDirty(), s.dirty);
     }
     setTickSource(nullptr);
 }
 
-TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
+TEST(OptionMenu, ChoiceSetsIndexAndParameterValuesRoundUpFromJustBelowAndTheScaleMenuRescales) {
     ParameterFixture f;
     f.parameter.setMaximum(10.0f);
     auto* menu = new COptionMenu(CRect(0, 0, 50, 20), nullptr, 0, nullptr, kCheckStyle);
@@ -98,36 +89,12 @@ TEST(OptionMenu, ChoiceSetsIndexAndParameterAndValuesRoundUpFromJustBelow) {
     EXPECT_FLOAT_EQ(f.parameter.getValue(), 2.0f);
     menu->setValue(2.99f);
     EXPECT_TRUE(menu->getCurrent() == 3 && !menu->getEntry(2)->isChecked());
-    char title[32];
-    menu->setPrefixNumbers(3);
-    menu->getEntryTitle(3, title, sizeof title);
-    EXPECT_STREQ(title, "04 d");
     f.platform->menuAnswer = {};
     EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kLButton), 3);  // nothing chosen, nothing changed
     EXPECT_EQ(menu->getCurrent(), 3);
-}
-
-TEST(OptionMenu, ContextMenuHandsTheChoiceToTheSubMenuThatHoldsIt) {
-    Ondra::ParameterProperty mode;  // outlives the views that listen to it
-    ParameterFixture f;
-    mode.setMaximum(5.0f);
-    auto* sub = new Vinta_ContextMenu(CRect(), nullptr, 0, nullptr, &mode);
-    for (const char* title : {"x", "y"}) sub->addEntry(title);
-    auto* root = new Vinta_ContextMenu(CRect(0, 0, 20, 20));
-    root->addEntry(new CMenuItem("modes", -1, 0, nullptr, sub));
-    sub->forget();  // the item holds it
-    f.frame->addView(root);
-    f.platform->menuAnswer = {sub, 1};
-    EXPECT_EQ(f.frame->onMouseDown(CPoint(5, 5), kRButton), 3);
-    EXPECT_TRUE(root->getLastMenu() == sub && sub->getCurrent() == 1);
-    EXPECT_FLOAT_EQ(mode.getValue(), 1.0f);
-}
-
-TEST(OptionMenu, GuiScaleMenuRescalesTheEditorAndStoresTheSize) {
-    FrameFixture f;
-    f.frame->addView(new CGuiScaleContext(CRect(0, 0, 20, 20)));
+    f.frame->addView(new CGuiScaleContext(CRect(0, 30, 20, 50)));  // the scale menu rescales and stores it
     f.platform->menuAnswer = {nullptr, 2};
-    f.frame->onMouseDown(CPoint(5, 5), kLButton);
+    f.frame->onMouseDown(CPoint(5, 35), kLButton);
     EXPECT_DOUBLE_EQ(f.editor.scale, 1.5);
     EXPECT_EQ(f.editor.log.back(), "save");
 }
@@ -143,19 +110,13 @@ TEST(ViewRecords, KindsBuildTheirViewOrNothing) {
     EXPECT_EQ(f.frame->getNbViews(), 0);
     auto* box = new CViewContainer(CRect(0, 0, 100, 100));
     f.frame->addView(box);
-    for (int32_t kind : {100, 101, 103, 107}) {
-        Vinta_ParamDisplay::CInfo display;
-        display.kind = kind;
-        display.parameter = &f.parameter;
-        CView* view = addViewFromRecord(&display, box, f.frame);
-        ASSERT_NE(view, nullptr);
-        EXPECT_TRUE(view->isTypeOf("Vinta_ParamDisplay") && view->isTypeOf("CControl"));
-        EXPECT_TRUE(view->getParentView() == box && display.parentFrame == f.frame);
-    }
-    Vinta_ParamDisplay::CInfo skipped;
-    skipped.kind = 102;
-    EXPECT_EQ(addViewFromRecord(&skipped, box, f.frame), nullptr);
-    EXPECT_EQ(box->getNbViews(), 4);
+    Vinta_ParamDisplay::CInfo display;
+    display.kind = kKindParamDisplay;
+    display.parameter = &f.parameter;
+    CView* view = addViewFromRecord(&display, box, f.frame);
+    ASSERT_NE(view, nullptr);
+    EXPECT_TRUE(view->isTypeOf("Vinta_ParamDisplay") && view->isTypeOf("CControl"));
+    EXPECT_TRUE(view->getParentView() == box && display.parentFrame == f.frame);
 }
 
 // The LEDs are 12 x 12 at each step of 20: a click between two of them chooses nothing.
@@ -197,23 +158,19 @@ TEST(RadioGroup, ClickChoosesAnItemTheLedFadesInAndValuesRoundToTheNearestBelow)
     setTickSource(nullptr);
 }
 
-TEST(TextDisplays, DisplaysAndLabelsDrawTheirTextOnTheWindowThread) {
+TEST(TextDisplays, DisplaysDrawTheirTextOnTheWindowThread) {
     ParameterFixture f;
-    auto* plain = new CParamDisplay(CRect(0, 0, 40, 20), nullptr, kShadowText);
+    auto* plain = new CParamDisplay(CRect(0, 0, 40, 20));
     plain->setValue(0.5f);
     f.frame->addView(plain);
     Vinta_ParamDisplay::CInfo display;
     display.rect = CRect(0, 30, 40, 60);
     display.twoLines = true;
     f.build(display, kKindParamDisplay);
-    Vinta_Label::CInfo label;
-    label.rect = CRect(0, 70, 40, 80);
-    label.text = "start";
-    f.build(label);
     RecordingContext context;
     f.frame->draw(&context);
     char value[256];
     f.parameter.getDisplayText(f.parameter.getValue(), value, 0);
-    const std::vector<std::string> expected{"0.50", "0.50", value, f.parameter.getUnitLabel(), "Gain"};
-    EXPECT_EQ(context.strings, expected);  // shadow then text; value above unit; the parameter's name
+    const std::vector<std::string> expected{"0.50", value, f.parameter.getUnitLabel()};
+    EXPECT_EQ(context.strings, expected);  // the plain display's value; the value above the unit
 }

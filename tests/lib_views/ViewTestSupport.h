@@ -1,5 +1,7 @@
 #pragma once
 // An in-memory window, a recording editor and context, and a probe view that logs what reaches it.
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <string>
 #include <vector>

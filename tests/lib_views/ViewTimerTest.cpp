@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <thread>
 
@@ -10,8 +8,7 @@
 using namespace VintaTest;
 
 namespace {
-struct
- FakeSystemTimer : ISystemTimer {
+struct FakeSystemTimer : ISystemTimer {
     void start(uint32_t period) override { log += "start" + std::to_string(period) + " "; }
     void stop() override { log += "stop "; }
     std::string log;
