@@ -9,21 +9,26 @@
 using namespace Ondra;
 
 namespace {
-std::vector<uint8_t> finished(COndraChunk& chunk) {
+using Bytes = std::vector<uint8_t>;
+Bytes bytesOf(void* data, int size) { return Bytes(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size); }
+Bytes finished(COndraChunk& chunk) {
     void* data = nullptr;
     const int size = chunk.finish(&data);
-    return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
+    return bytesOf(data, size);
+}
+Bytes serialized(CPropertyManager& manager) {
+    void* data = nullptr;
+    const int size = manager.serialize(&data);
+    return bytesOf(data, size);
 }
 
 // The table of a stand-alone, uncompressed manager holding these parameters.
-std::vector<uint8_t> tableOf(std::initializer_list<ParameterRecord> records) {
+Bytes tableOf(std::initializer_list<ParameterRecord> records) {
     CPropertyManager manager;
     manager.setTag("MMK zonfra");
     manager.setCompress(false);
     for (const ParameterRecord& record : records) manager.addParameter(record);
-    void* data = nullptr;
-    const int size = manager.serialize(&data);
-    return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
+    return serialized(manager);
 }
 
 COndraChunk effectChunk() {
@@ -33,16 +38,12 @@ COndraChunk effectChunk() {
 }
 }  // namespace
 
-TEST(PayloadShuffle, OverlappingReversalsAndTheirUndo) {
-    std::vector<uint8_t> bytes = {0, 1, 2, 3, 4, 5, 6};
-    shufflePayload(bytes.data(), bytes.size());
-    // q = 0: 3 2 1 0 4 5 6; q = 2: 3 2 5 4 0 1 6 (E = 6, so q stops at 2; the odd last byte stays).
-    EXPECT_EQ(bytes, (std::vector<uint8_t>{3, 2, 5, 4, 0, 1, 6}));
-    unshufflePayload(bytes.data(), bytes.size());
-    EXPECT_EQ(bytes, (std::vector<uint8_t>{0, 1, 2, 3, 4, 5, 6}));
-    std::vector<uint8_t> tiny = {9, 8, 7};
+// A damaged chunk may state any stored size; the shuffle pattern itself is pinned by the layout test.
+TEST(PayloadShuffle, PayloadsShorterThanFourBytesStayAsTheyAre) {
+    Bytes tiny = {9, 8, 7};
     shufflePayload(tiny.data(), tiny.size());
-    EXPECT_EQ(tiny, (std::vector<uint8_t>{9, 8, 7}));
+    unshufflePayload(tiny.data(), tiny.size());
+    EXPECT_EQ(tiny, (Bytes{9, 8, 7}));
 }
 
 TEST(COndraChunk, LayoutOfAFinishedChunk) {
@@ -51,8 +52,7 @@ TEST(COndraChunk, LayoutOfAFinishedChunk) {
     chunk.addChunk("First", "TRUE");
     const uint8_t raw[3] = {1, 2, 3};
     chunk.addChunk("Second", raw, 3);
-    const std::vector<uint8_t> block = finished(chunk);
-
+    const Bytes block = finished(chunk);
     ChunkLayout::Outer outer;
     ASSERT_TRUE(ChunkLayout::readOuter(block.data(), block.size(), outer));
     EXPECT_EQ(outer.tag, "MMK-zonfra-Preset");
@@ -61,13 +61,11 @@ TEST(COndraChunk, LayoutOfAFinishedChunk) {
     for (size_t i = 17; i < 20; ++i) EXPECT_EQ(block[i], 0) << "tag is zero-filled";
     const auto records = ChunkLayout::readRecords(outer.plain);
     ASSERT_EQ(records.size(), 3u);
-    EXPECT_EQ(records[0].name, "First");
-    EXPECT_EQ(records[0].offset, 0u);
+    EXPECT_EQ(records[0].name + "," + records[1].name + "," + records[2].name, "First,Second,PresetName");
     EXPECT_EQ(std::vector<int32_t>({records[0].headerSize, records[0].version, records[0].dataSize}),
               std::vector<int32_t>({40, 0x1000, 5}));
     EXPECT_EQ(records[1].offset, 45u);  // no padding between records
-    EXPECT_EQ(records[1].data, (std::vector<uint8_t>{1, 2, 3}));
-    EXPECT_EQ(records[2].name, "PresetName");
+    EXPECT_EQ(records[1].data, (Bytes{1, 2, 3}));
     EXPECT_STREQ(reinterpret_cast<const char*>(records[2].data.data()), "Wah Wah");
     EXPECT_EQ(static_cast<size_t>(outer.plainSize), outer.plain.size());
 }
@@ -76,7 +74,7 @@ TEST(COndraChunk, LayoutOfAFinishedChunk) {
 TEST(COndraChunk, RefusesNewerVersionsAndNothingStagedGivesNothing) {
     COndraChunk writer = effectChunk();
     writer.addChunk("Data", "x");
-    std::vector<uint8_t> block = finished(writer);
+    Bytes block = finished(writer);
     COndraChunk reader = effectChunk();
     block[28] = 0x01, block[29] = 0x10;  // version 0x1001
     EXPECT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 2);
@@ -91,10 +89,10 @@ TEST(COndraChunk, RandomCorruptionNeverCrashes) {
     COndraChunk writer = effectChunk();
     writer.setPresetName("Robust");
     writer.addChunk("Data", "0123456789abcdefghij");
-    const std::vector<uint8_t> block = finished(writer);
+    const Bytes block = finished(writer);
     uint32_t seed = 12345;
     for (int trial = 0; trial < 2000; ++trial) {
-        std::vector<uint8_t> copy = block;
+        Bytes copy = block;
         seed = seed * 1664525u + 1013904223u;
         copy[seed % copy.size()] = static_cast<uint8_t>(seed >> 24);
         seed = seed * 1664525u + 1013904223u;
@@ -112,11 +110,6 @@ struct ManagerFixture : ::testing::Test {
         a = manager.addParameter({"ALPHA", "Alpha", "Alpha", 0, 10, 1, 2, true, 0, 10, 0});
         b = manager.addParameter({"BETA", "Beta", "Beta", -1, 1, 0, 0, false, 0, 1, 1});
         c = manager.addParameter({"GAMMA7", "Gamma", "Gamma", 0, 100, 50, 50, true, 0, 10, 2});
-    }
-    std::vector<uint8_t> serialized() {
-        void* data = nullptr;
-        const int size = manager.serialize(&data);
-        return std::vector<uint8_t>(static_cast<uint8_t*>(data), static_cast<uint8_t*>(data) + size);
     }
     CPropertyManager manager;
     ParameterProperty *a, *b, *c;
@@ -137,7 +130,7 @@ TEST_F(ManagerFixture, ListsAndAutomationIndices) {
 
 TEST_F(ManagerFixture, TableLayout) {
     a->setValue(3.5f);
-    const std::vector<uint8_t> data = serialized();
+    const Bytes data = serialized(manager);
     ChunkLayout::ParameterTable table;
     ASSERT_TRUE(ChunkLayout::readParameterTable(data, table));
     EXPECT_EQ(table.tag, "MMK zonfra");
@@ -154,9 +147,9 @@ TEST_F(ManagerFixture, TableLayout) {
 }
 
 TEST_F(ManagerFixture, LoadByKeySkipsUnknownAndLeavesMissing) {
-    const std::vector<uint8_t> table = tableOf(
+    const Bytes table = tableOf(
         {{"ALPHA", "", "", 0, 10, 7, 0, true, 0, 10, 0}, {"UNKNOWN", "", "", 0, 10, 9, 0, true, 0, 10, 1}});
-    std::vector<uint8_t> embedded(13 + table.size(), 0xEE);  // a table may sit inside other data
+    Bytes embedded(13 + table.size(), 0xEE);  // a table may sit inside other data
     std::copy(table.begin(), table.end(), embedded.begin() + 13);
     c->setValue(42);
     manager.load(embedded.data(), static_cast<int>(embedded.size()), -1);
@@ -168,7 +161,7 @@ TEST_F(ManagerFixture, CompressedRoundTripAndSizeCheck) {
     manager.setCompress(true);
     a->setValue(9);
     c->setValue(12);
-    std::vector<uint8_t> data = serialized();
+    Bytes data = serialized(manager);
     a->setValue(0);
     c->setValue(0);
     manager.load(data.data(), static_cast<int>(data.size()), -1);
@@ -183,7 +176,7 @@ TEST_F(ManagerFixture, CompressedRoundTripAndSizeCheck) {
     // its records would be read past the body.
     manager.setCompress(false);
     a->setValue(5);
-    std::vector<uint8_t> cut = serialized();
+    Bytes cut = serialized(manager);
     cut[44] = 4;
     cut.resize(48 + 2 * 64);
     a->setValue(0);
@@ -192,7 +185,7 @@ TEST_F(ManagerFixture, CompressedRoundTripAndSizeCheck) {
 }
 
 TEST_F(ManagerFixture, InstanceRenumbersTheTrailingNumber) {
-    const std::vector<uint8_t> table = tableOf({{"GAMMA3", "", "", 0, 100, 77, 0, true, 0, 10, 0}});
+    const Bytes table = tableOf({{"GAMMA3", "", "", 0, 100, 77, 0, true, 0, 10, 0}});
     manager.load(table.data(), static_cast<int>(table.size()), 7);
     EXPECT_FLOAT_EQ(c->getValue(), 77);
 }
