@@ -47,6 +47,11 @@ struct RecordingPlugin : OndraOS {
         float a, b;
         int toNextBeat;
     };
+    std::vector<int> sizes() const {
+        std::vector<int> out;
+        for (const Chunk& c : chunks) out.push_back(c.samples);
+        return out;
+    }
     ParameterProperty a, b;
     int chunkSize = 88;
     std::vector<Chunk> chunks;
@@ -104,9 +109,7 @@ TEST(ChunkedProcess, CutsAtTheControlChunkAndAdvancesTheTimeLine) {
     HostBlock host(100);
     host.block.ppqPos = 1.0;
     processInChunks(plugin, host.block, 100, ChunkingRules{});
-    ASSERT_EQ(plugin.chunks.size(), 2u);
-    EXPECT_EQ(plugin.chunks[0].samples, 88);
-    EXPECT_EQ(plugin.chunks[1].samples, 12);
+    ASSERT_EQ(plugin.sizes(), (std::vector<int>{88, 12}));
     EXPECT_DOUBLE_EQ(plugin.chunks[1].samplePos, 88);
     EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 1.0 + 88.0 / (0.5 * 44100.0));
     EXPECT_EQ(plugin.chunks[1].toNextBeat, plugin.chunks[0].toNextBeat - 88);
@@ -119,7 +122,7 @@ TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
     plugin.setSampleRate(96000);
     HostBlock host(100);
     processInChunks(plugin, host.block, 100, ChunkingRules{.positionSampleRate = 44100});  // no context
-    ASSERT_EQ(plugin.chunks.size(), 2u);
+    ASSERT_EQ(plugin.sizes(), (std::vector<int>{88, 12}));
     EXPECT_DOUBLE_EQ(plugin.chunks[1].ppqPos, 88.0 / (0.5 * 44100.0));
     EXPECT_EQ(plugin.chunks[0].toNextBeat, 22050);
     EXPECT_EQ(samplesToNextBeat(0.5, 120, 44100), 11025);
@@ -130,14 +133,14 @@ TEST(ChunkedProcess, WholeBlockRules) {
     const struct {
         int chunkSize, samples;
         bool wholeBelowTwoChunks;
-        size_t chunks;
-    } rows[] = {{88, 100, true, 1}, {88, 176, true, 2}, {-1, 300, false, 1}};
+        std::vector<int> chunks;
+    } rows[] = {{88, 100, true, {100}}, {88, 176, true, {88, 88}}, {-1, 300, false, {300}}};
     for (const auto& row : rows) {
         RecordingPlugin plugin;
         plugin.chunkSize = row.chunkSize;
         HostBlock host(row.samples);
         processInChunks(plugin, host.block, row.samples, {.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks});
-        EXPECT_EQ(plugin.chunks.size(), row.chunks) << row.samples;
+        EXPECT_EQ(plugin.sizes(), row.chunks) << row.samples;
     }
 }
 
@@ -147,13 +150,10 @@ TEST(AutomationQueue, QueuedPointsCutChunksAtTheirOffsets) {
     plugin.queueAutomation(&plugin.a, 0.1f, 0);
     plugin.queueAutomation(&plugin.b, 0.2f, 30);
     processInChunks(plugin, host.block, 176, ChunkingRules{});
-    ASSERT_EQ(plugin.chunks.size(), 3u);
-    const int samples[] = {30, 88, 58};
-    const float a[] = {1, 1, 1}, b[] = {0, 2, 2};
-    for (size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(plugin.chunks[i].samples, samples[i]) << i;
-        EXPECT_FLOAT_EQ(plugin.chunks[i].a, a[i]) << i;
-        EXPECT_FLOAT_EQ(plugin.chunks[i].b, b[i]) << i;
+    ASSERT_EQ(plugin.sizes(), (std::vector<int>{30, 88, 58}));
+    for (auto [i, b] : {std::pair{0, 0.0f}, {1, 2.0f}, {2, 2.0f}}) {
+        EXPECT_FLOAT_EQ(plugin.chunks[i].a, 1.0f) << i;
+        EXPECT_FLOAT_EQ(plugin.chunks[i].b, b) << i;
     }
     EXPECT_FALSE(plugin.hasQueuedAutomation());
 }
@@ -164,8 +164,7 @@ TEST(AutomationQueue, OneEventPerParameterAndDelaysClippedToTheBlock) {
     plugin.queueAutomation(&plugin.a, 0.1f, 5);
     plugin.queueAutomation(&plugin.a, 0.3f, 500);  // overwrites, and is clipped to the last sample
     processInChunks(plugin, host.block, 64, ChunkingRules{});
-    ASSERT_EQ(plugin.chunks.size(), 2u);
-    EXPECT_EQ(plugin.chunks[0].samples, 63);
+    ASSERT_EQ(plugin.sizes(), (std::vector<int>{63, 1}));
     EXPECT_FLOAT_EQ(plugin.chunks[1].a, 3.0f);
 }
 
@@ -233,7 +232,7 @@ TEST(MidiDecoding, NotesBendsAndControllers) {
     EXPECT_FLOAT_EQ(bends[1].value2, -1.0f);
 }
 
-TEST(PluginList, GrowsByFiveAndCopiesDeeply) {
+TEST(PluginList, GrowsAndCopiesDeeply) {
     OndraPluginList list;
     OndraPluginInfo info{fourCharacterId("Vzon"), "N", "V", "M", 1, 1, 1, "1.3.0", kCategoryEffect, false, 0x10300, 1};
     for (int i = 0; i < 12; ++i) {
@@ -249,7 +248,6 @@ TEST(PluginList, GrowsByFiveAndCopiesDeeply) {
     EXPECT_EQ(list.find(7)->uniqueId, 7);
     EXPECT_EQ(list.find(99)->uniqueId, 0);
     EXPECT_EQ(list.get(12), nullptr);
-    EXPECT_EQ(fourCharacterId("Vzon"), 0x567A6F6E);
 }
 
 TEST(CNChannelBuffer, ClearsReadsAndWritesWithinBounds) {
@@ -266,8 +264,6 @@ TEST(CNChannelBuffer, ClearsReadsAndWritesWithinBounds) {
     EXPECT_FLOAT_EQ(outA[4], 0.0f);
     EXPECT_FLOAT_EQ(outB[0], 2.0f);
     EXPECT_FLOAT_EQ(outC[0], -1.0f);  // only as many channels as the buffer has
-    EXPECT_TRUE(buffer.tryLock());
-    buffer.unlock();
 }
 
 TEST(IdleList, RemovedClientsGetNoFurtherCall) {
