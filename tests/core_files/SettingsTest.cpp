@@ -26,7 +26,6 @@ protected:
 };
 
 TEST_F(Settings, KeyNamesAndFiles) {
-    EXPECT_EQ(kKey, "MORVANDEL/zonfraQT");
     EXPECT_EQ(userSettingsFile(kKey), (home.root / "config/MORVANDEL/zonfraQT/settings").string());
     EXPECT_EQ(machineSettingsFile(kKey), (home.root / "machine/MORVANDEL/zonfraQT/settings").string());
 }
