@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "framework/parameters/ParameterChangeListener.h"
 #include "framework/state/COndraChunk.h"
 #include "framework/state/CPropertyManager.h"
 #include "framework/state/PayloadShuffle.h"
@@ -116,16 +115,13 @@ struct ManagerFixture : ::testing::Test {
 };
 }  // namespace
 
-TEST_F(ManagerFixture, ListsAndAutomationIndices) {
+TEST_F(ManagerFixture, KeysIdsAndAutomationIndices) {
     EXPECT_EQ(manager.addParameter({"ALPHA", "x", "x", 0, 1, 0, 0, true, 0, 1, 9}), a);
-    EXPECT_EQ(std::vector<int>({manager.getCount(), manager.getAutomatableCount(), a->getAutomationIndex(),
-                                b->getAutomationIndex(), c->getAutomationIndex()}),
-              std::vector<int>({3, 2, 0, -1, 1}));
-    EXPECT_EQ(manager.getAutomatable(1), c);
+    EXPECT_EQ(std::vector<int>({manager.getCount(), a->getAutomationIndex(), b->getAutomationIndex(),
+                                c->getAutomationIndex()}),
+              std::vector<int>({3, 0, -1, 1}));
     EXPECT_EQ(manager.getParameterById(2), c);
-    EXPECT_EQ(manager.findByKey("BETA"), b);
     EXPECT_EQ(manager.findByKey("beta"), nullptr);
-    EXPECT_EQ(manager.getParameter(3), nullptr);
 }
 
 TEST_F(ManagerFixture, TableLayout) {
@@ -188,19 +184,4 @@ TEST_F(ManagerFixture, InstanceRenumbersTheTrailingNumber) {
     const Bytes table = tableOf({{"GAMMA3", "", "", 0, 100, 77, 0, true, 0, 10, 0}});
     manager.load(table.data(), static_cast<int>(table.size()), 7);
     EXPECT_FLOAT_EQ(c->getValue(), 77);
-}
-
-TEST_F(ManagerFixture, BatchGivesOneNotificationPerParameter) {
-    struct Counter : ParameterChangeListener {
-        void parameterChanged(IPluginParameter*) override { ++calls; }
-        int calls = 0;
-    } counter;
-    for (ParameterProperty* p : {a, b, c}) p->addListener(&counter, false);
-    manager.beginBatch();
-    a->setValue(1);
-    a->setValue(2);
-    c->setValue(3);
-    EXPECT_EQ(counter.calls, 0);
-    manager.endBatch();
-    EXPECT_EQ(counter.calls, 3);
 }

@@ -129,19 +129,12 @@ TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
     EXPECT_EQ(samplesToNextBeat(0.0, 0, 44100), 264600);  // tempo below 10 counts as 10
 }
 
-TEST(ChunkedProcess, WholeBlockRules) {
-    const struct {
-        int chunkSize, samples;
-        bool wholeBelowTwoChunks;
-        std::vector<int> chunks;
-    } rows[] = {{88, 100, true, {100}}, {88, 176, true, {88, 88}}, {-1, 300, false, {300}}};
-    for (const auto& row : rows) {
-        RecordingPlugin plugin;
-        plugin.chunkSize = row.chunkSize;
-        HostBlock host(row.samples);
-        processInChunks(plugin, host.block, row.samples, {.wholeBlockBelowTwoChunks = row.wholeBelowTwoChunks});
-        EXPECT_EQ(plugin.sizes(), row.chunks) << row.samples;
-    }
+TEST(ChunkedProcess, WithoutAControlChunkTheBlockStaysWhole) {
+    RecordingPlugin plugin;
+    plugin.chunkSize = -1;
+    HostBlock host(300);
+    processInChunks(plugin, host.block, 300, ChunkingRules{});
+    EXPECT_EQ(plugin.sizes(), (std::vector<int>{300}));
 }
 
 TEST(AutomationQueue, QueuedPointsCutChunksAtTheirOffsets) {
