@@ -25,12 +25,9 @@ protected:
     std::string value;
 };
 
-TEST_F(Settings, KeyNamesAndFiles) {
+TEST_F(Settings, FilesAndTheFirstReadWritingTheDefault) {
     EXPECT_EQ(userSettingsFile(kKey), (home.root / "config/MORVANDEL/zonfraQT/settings").string());
     EXPECT_EQ(machineSettingsFile(kKey), (home.root / "machine/MORVANDEL/zonfraQT/settings").string());
-}
-
-TEST_F(Settings, FirstReadWritesTheDefault) {
     EXPECT_FALSE(readSetting(kKey, "PresetFolder", value, "/default/"));
     EXPECT_EQ(value, "/default/");
     EXPECT_TRUE(readSetting(kKey, "PresetFolder", value, "/other/"));
