@@ -139,10 +139,8 @@ TEST(UnitTypeText, EveryTypeInBothForms) {
         {1, 4, kUnitWhole, 2.99f, 0, "3"},            {1, 10, kUnitRatio, 10, 0, " 1 : inf"},
         {1, 10, kUnitRatio, 4, 0, " 1 : 4.00"},       {1, 10, kUnitRatio, 4, kDisplayWithName, "Name  1 : 4.00"},
     };
-    for (const auto& r : rows) {
-        SCOPED_TRACE(r.shown);
+    for (const auto& r : rows)
         EXPECT_EQ(text(*make(r.minimum, r.maximum, r.minimum, r.minimum, 0, r.type), r.value, r.flags), r.shown);
-    }
 }
 
 TEST(UnitTypeText, SetFromTextPerType) {
@@ -160,19 +158,17 @@ TEST(UnitTypeText, SetFromTextPerType) {
         {40, 22050, kUnitFrequency, "garbage", 40},  // no number reads as 0, clipped into the range
     };
     for (const auto& r : rows) {
-        SCOPED_TRACE(r.typed);
         auto p = make(r.minimum, r.maximum, r.maximum, r.maximum, 0, r.type);
-        const double tolerance = r.type == kUnitNote ? 0.05 : 1e-4;  // a note reads a hair above its key
         p->setFromText(r.typed);
-        EXPECT_NEAR(p->getValue(), r.value, tolerance);
-        p->setFromText(nullptr);
-        EXPECT_NEAR(p->getValue(), r.value, tolerance);
+        // A note reads a hair above its key.
+        EXPECT_NEAR(p->getValue(), r.value, r.type == kUnitNote ? 0.05 : 1e-4) << r.typed;
     }
 
     Core::CStringBufferd<41> name;
     auto textParameter = make(0, 1, 0, 0, 0, kUnitText);
     textParameter->setLinkedText(&name);
     textParameter->setFromText("Acid Sweep");
+    textParameter->setFromText(nullptr);
     EXPECT_STREQ(name.c_str(), "Acid Sweep");
     EXPECT_EQ(text(*textParameter, 0), "Acid Sweep");
 }
