@@ -16,11 +16,9 @@ namespace {
 struct TypedCallback : OndraCallback {
     explicit TypedCallback(int pluginType) : type(pluginType) {}
     int getPluginType() override { return type; }
-    void setInitialDelay(int samples) override { reported = samples; }
     void automate(int index, float value) override { automated.push_back({index, value}); }
     float getHostTempo() override { return 133.0f; }
     int type;
-    int reported = -1;
     std::vector<std::pair<int, float>> automated;
 };
 
@@ -68,7 +66,7 @@ struct HostBlock {
 
 }  // namespace
 
-TEST(OndraOS, HostTypeNamesTempoDelayAndAutomationReports) {
+TEST(OndraOS, HostTypeNamesTempoAndAutomationReports) {
     OndraOS alone(nullptr);
     EXPECT_STREQ(alone.getHostedPluginTypeName(), "NO_CALLBACK");
     EXPECT_FLOAT_EQ(alone.getHostTempo(), 10.0f);
@@ -81,8 +79,6 @@ TEST(OndraOS, HostTypeNamesTempoDelayAndAutomationReports) {
     struct WithCallback : RecordingPlugin {
         explicit WithCallback(OndraCallback* cb) { callback = cb; }
     } plugin(&callback);
-    plugin.setInitialDelay(240);
-    EXPECT_EQ(callback.reported, 240);
     EXPECT_FLOAT_EQ(plugin.getHostTempo(), 133.0f);
     // Only automatable parameters go to the host.
     plugin.b.setValue(5);
