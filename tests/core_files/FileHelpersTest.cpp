@@ -114,16 +114,15 @@ TEST(CFileSearch, ListsFilesAndMarksFolders) {
     fs::create_directories(dir / "sub");
     writeText(dir / "a.fxp", "x");
     writeText(dir / ".hidden", "x");
-    auto list = [&](const std::string& folder, int flags) {
+    auto list = [&](int flags) {
         std::set<std::string> names;
-        Core::CFileSearch search(folder, flags);
+        Core::CFileSearch search(dir.string() + "/", flags);
         for (std::string name; search.next(name);)
             if (!name.empty()) names.insert(name);
         return names;
     };
-    EXPECT_EQ(list(dir.string() + "/", 0), (std::set<std::string>{"a.fxp", "/sub"}));
-    EXPECT_EQ(list(dir.string() + "/", CFileSearch::kHidden), (std::set<std::string>{"a.fxp", "/sub", ".hidden"}));
-    EXPECT_TRUE(list((home.root / "none").string(), 0).empty());
+    EXPECT_EQ(list(0), (std::set<std::string>{"a.fxp", "/sub"}));
+    EXPECT_EQ(list(CFileSearch::kHidden), (std::set<std::string>{"a.fxp", "/sub", ".hidden"}));
 }
 
 namespace {
