@@ -175,7 +175,8 @@ TEST(Paths, SpecialFoldersFollowTheXdgFolders) {
     EXPECT_FALSE(getSpecialFolder(1).empty());
     // A desktop that xdg-user-dirs moved.
     fs::create_directories(home.root / "config");
-    writeText(home.root / "config" / "user-dirs.dirs", "# by xdg-user-dirs-update\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n");
+    writeText(home.root / "config" / "user-dirs.dirs",
+              "# written by xdg-user-dirs-update\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n");
     EXPECT_EQ(getSpecialFolder(0), (home.root / "Schreibtisch").string() + "/");
 }
 

@@ -75,8 +75,6 @@ TEST_F(Settings, ConcurrentWritersNeverLeaveAHalfWrittenFile) {
         ASSERT_EQ(value, longValue);
     }
     for (auto& t : writers) t.join();
-    EXPECT_TRUE(readSetting(kKey, "Counter0", value, nullptr));
-    EXPECT_EQ(value, "149");
-    EXPECT_TRUE(readSetting(kKey, "Counter1", value, nullptr));
-    EXPECT_EQ(value, "149");
+    for (const char* counter : {"Counter0", "Counter1"})
+        EXPECT_TRUE(readSetting(kKey, counter, value, nullptr) && value == "149") << counter << ": " << value;
 }

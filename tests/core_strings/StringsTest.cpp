@@ -94,10 +94,8 @@ TEST(TextHelpers, ShortenDropsBlanksAndVowelsFromTheLeftUntilItFits) {
 }
 
 TEST(TextHelpers, DecimalValueAndCase) {
-    EXPECT_EQ(decimalValue("1234abc"), 1234);
-    EXPECT_EQ(decimalValue("-12"), 0);
-    EXPECT_EQ(decimalValue("abc"), 0);
-    EXPECT_EQ(decimalValue(nullptr), 0);
+    for (auto [text, value] : {std::pair{"1234abc", 1234}, {"-12", 0}, {"abc", 0}, {nullptr, 0}})
+        EXPECT_EQ(decimalValue(text), value) << (text ? text : "null");
     std::string s = "MiXeD";
     EXPECT_EQ(lowerCopy(s), "mixed");
     EXPECT_EQ(s, "mixed");

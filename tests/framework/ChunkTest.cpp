@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "framework/state/COndraChunk.h"
 #include "framework/state/CPropertyManager.h"
@@ -136,10 +137,8 @@ TEST_F(ManagerFixture, TableLayout) {
               std::vector<int32_t>({48, 0x1000, 0, 3 * 64, 3 * 64, 64, 3}));
     EXPECT_EQ(data.size(), 48u + 3 * 64);
     ASSERT_EQ(table.rows.size(), 3u);
-    EXPECT_EQ(table.rows[0].key, "ALPHA");
-    EXPECT_FLOAT_EQ(table.rows[0].value, 3.5f);
-    EXPECT_FLOAT_EQ(table.rows[1].minimum, -1);
-    EXPECT_FLOAT_EQ(table.rows[2].maximum, 100);
+    EXPECT_EQ(std::tuple(table.rows[0].key, table.rows[0].value, table.rows[1].minimum, table.rows[2].maximum),
+              std::tuple(std::string("ALPHA"), 3.5f, -1.0f, 100.0f));
     for (size_t i = 48 + 5; i < 48 + 52; ++i) EXPECT_EQ(data[i], 0) << "key is zero-filled";
 }
 

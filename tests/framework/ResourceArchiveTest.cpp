@@ -24,7 +24,6 @@ Bytes randomBytes(size_t n, unsigned seed) {
     for (auto& x : b) x = static_cast<uint8_t>(rng());
     return b;
 }
-Bytes readFile(const fs::path& path) { return TestSupport::fileBytes(path.string()); }
 Bytes resourceBytes(const char* name) {
     int size = -1;
     void* block = getResource(name, &size);
@@ -48,8 +47,8 @@ protected:
         EXPECT_TRUE(builder.add((dir / "noise.png").string()));
         EXPECT_FALSE(builder.add((dir / "missing").string()));
         ASSERT_TRUE(builder.save((dir / "archive.bin").string(), false));
-        ASSERT_TRUE(builder.save((dir / "empty.bin").string(), false)) << "save empties the builder";
-        image = readFile(dir / "archive.bin");
+        ASSERT_TRUE(builder.save((dir / "empty.bin").string(), false));
+        image = TestSupport::fileBytes((dir / "archive.bin").string());
     }
     void TearDown() override {
         closeResources();
@@ -77,8 +76,7 @@ TEST_F(ResourceArchive, LayoutOfTheHeaderAndTable) {
     EXPECT_EQ(getLE32s(&table[268 + 256]), 1001);
     EXPECT_EQ(getLE32s(&table[268 + 260]), -1) << "a file that does not shrink is stored scrambled";
     EXPECT_EQ(getLE32s(&table[268 + 264]), getLE32s(&table[260])) << "offsets run on";
-    const Bytes empty = readFile(dir / "empty.bin");
-    EXPECT_EQ(getLE32s(&empty[36]), 0);
+    EXPECT_EQ(getLE32s(&TestSupport::fileBytes((dir / "empty.bin").string())[36]), 0) << "save empties the builder";
 }
 
 // The names and bytes of what an archive holds are read back by the artwork, factory-preset and font tests.
