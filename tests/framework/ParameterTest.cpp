@@ -39,15 +39,11 @@ TEST(ParameterCurve, ShapeEndsAndInverse) {
     EXPECT_FLOAT_EQ(shape(0.3f, 0), 0.3f);
 }
 
-TEST(ParameterProperty, NormalisedRoundTripOverTheCurveAndClipping) {
-    auto p = make(40, 22050, 22050, 22050, 30, kUnitFrequency);
-    for (auto [normalized, value] : {std::pair{1.0f, 22050.0f}, {0.0f, 40.0f}, {1.7f, 22050.0f}}) {  // clipped to 0..1
-        p->setNormalized(normalized);
-        EXPECT_FLOAT_EQ(p->getValue(), value) << normalized;
-    }
-    p->setNormalized(0.5f);
-    EXPECT_NEAR(p->getValue(), 40 + (22050 - 40) * 0.03125f, 0.01);
-    EXPECT_NEAR(p->getNormalized(), 0.5f, 1e-5);
+// The curve's values through a parameter, both ways, are pinned by the VST 2 and VST 3 parameter tests.
+TEST(ParameterProperty, NormalisedAndPlainValuesClipToTheirRanges) {
+    auto p = make(40, 22050, 40, 40, 30, kUnitFrequency);
+    p->setNormalized(1.7f);
+    EXPECT_FLOAT_EQ(p->getValue(), 22050.0f);
     // Values clip to the range, also an inverted one, and always notify.
     std::vector<std::string> log;
     RecordingListener listener(&log, "a");
