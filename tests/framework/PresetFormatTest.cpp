@@ -85,9 +85,6 @@ TEST_F(PresetFormats, EmptyBlocksReadBackAndForeignOrDamagedFilesGiveNoData) {
     EXPECT_TRUE(back.empty());
 
     auto bytes = written(presetFormatFXP(), dir / "p.fxp");
-    presetFormatFXP().fxID = fourCharacterId("Othr");
-    EXPECT_FALSE(readBack(presetFormatFXP(), dir / "p.fxp")) << "another plug-in's id";
-    presetFormatFXP().fxID = kVzon;
     EXPECT_FALSE(readBack(presetFormatFXP(), dir / "missing.fxp"));
     presetFormatFXP().freeData(nullptr);
     // The parameter kind is not read; a header cut short or claiming more than the file holds gives nothing.
