@@ -78,9 +78,7 @@ TEST(ParameterProperty, ListenersLastAddedFirstAndExceptSkipsTheSetter) {
 
 TEST(ParameterProperty, DefaultsLimitsAndRounding) {
     auto p = make(1, 1000, 5, 50, 18, kUnitTime);
-    EXPECT_FLOAT_EQ(p->getValue(), 5);
-    p->resetToDefault();
-    EXPECT_FLOAT_EQ(p->getValue(), 50);
+    EXPECT_FLOAT_EQ(p->getValue(), 5);  // the initial value, not the default
     p->setDefault(5000);
     EXPECT_FLOAT_EQ(p->getDefault(), 1000);
     EXPECT_FLOAT_EQ(make(0.001f, 22050, 0, 0.001f, 25, kUnitFrequency)->getValue(), 0.001f);  // so is the initial value
@@ -90,8 +88,8 @@ TEST(ParameterProperty, DefaultsLimitsAndRounding) {
     p->addListener(&a, false);
     p->setMaximum(1000);
     EXPECT_TRUE(log.empty());
-    p->setMaximum(20);
-    EXPECT_FLOAT_EQ(p->getValue(), 20);
+    p->setMaximum(4);
+    EXPECT_FLOAT_EQ(p->getValue(), 4);
     p->setMinimum(2);
     EXPECT_EQ(log.size(), 1u);
 
