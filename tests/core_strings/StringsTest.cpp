@@ -58,10 +58,6 @@ TEST(TextHelpers, Utf8ToWideAndBack) {
     releaseText(emoji);
 }
 
-int natural(const std::string& a, const std::string& b) {
-    return naturalCompare(a.data(), a.data() + a.size(), b.data(), b.data() + b.size());
-}
-
 TEST(TextHelpers, NaturalCompare) {
     const struct {
         const char *a, *b;
@@ -71,7 +67,8 @@ TEST(TextHelpers, NaturalCompare) {
                 {"", "", 0},                       {"", "a", -1},              {"ab", "a", 1},
                 {"Bass", "Lead", -1}};
     for (const auto& r : rows) {
-        const int order = natural(r.a, r.b);
+        const std::string a = r.a, b = r.b;
+        const int order = naturalCompare(a.data(), a.data() + a.size(), b.data(), b.data() + b.size());
         EXPECT_EQ((order > 0) - (order < 0), r.sign) << r.a << " " << r.b;
     }
     EXPECT_EQ(naturalCompareNoCase("PRESET 3", "preset 3"), 0);

@@ -16,7 +16,6 @@ using namespace Ondra;
 namespace {
 const uint32_t kVzon = static_cast<uint32_t>(fourCharacterId("Vzon"));
 
-std::vector<uint8_t> fileBytes(const fs::path& path) { return TestSupport::fileBytes(path.string()); }
 uint32_t be32(const std::vector<uint8_t>& b, size_t at) {
     return uint32_t(b[at]) << 24 | uint32_t(b[at + 1]) << 16 | uint32_t(b[at + 2]) << 8 | b[at + 3];
 }
@@ -46,7 +45,7 @@ protected:
     // Writes `block` through `format`: the file's bytes.
     std::vector<uint8_t> written(CFileFormat& format, const fs::path& path) {
         format.write(path.string(), block.data(), int(block.size()));
-        return fileBytes(path);
+        return TestSupport::fileBytes(path.string());
     }
 
     const std::vector<uint8_t> block = {'M', 'M', 'K', 0, 1, 2, 3, 0xff, 9};
@@ -80,7 +79,7 @@ TEST_F(PresetFormats, ProgramAndBankHeadersAreBigEndianAndRoundTrip) {
 
 TEST_F(PresetFormats, EmptyBlocksReadBackAndForeignOrDamagedFilesGiveNoData) {
     presetFormatFXP().write((dir / "empty.fxp").string(), nullptr, 0);
-    ASSERT_EQ(fileBytes(dir / "empty.fxp").size(), 60u);
+    ASSERT_EQ(TestSupport::fileBytes((dir / "empty.fxp").string()).size(), 60u);
     ASSERT_TRUE(readBack(presetFormatFXP(), dir / "empty.fxp"));
     EXPECT_TRUE(back.empty());
 
@@ -104,7 +103,7 @@ TEST_F(PresetFormats, NativeFormatWritesItsOwnLayoutAndReadsFxpAndTheBaseTakesBy
     zonfraPresetFormat().write((dir / "native").string(), block.data(), int(block.size()));
     std::vector<uint8_t> expected = {0x4F, 0x70, 0x66, 0, 0, 0x20, 0x0C, 0xE9, 0, 0, 0, 16, 0, 0, 0, 9};
     expected.insert(expected.end(), block.begin(), block.end());
-    EXPECT_EQ(fileBytes(dir / "native.zonfraPreset"), expected);
+    EXPECT_EQ(TestSupport::fileBytes((dir / "native.zonfraPreset").string()), expected);
 
     EXPECT_FALSE(readBack(zonfraPresetFormat(), dir / "native.zonfraPreset"));
     presetFormatFXP().fxID = 0;  // the native reader insists on "Vzon" whatever the FXP format knows
