@@ -8,9 +8,7 @@
 
 using namespace Core;
 
-namespace {
-const std::string kKey = makeKeyName("MORVANDEL", "zonfraQT");
-}
+static const std::string kKey = makeKeyName("MORVANDEL", "zonfraQT");
 
 class Settings : public ::testing::Test {
 protected:

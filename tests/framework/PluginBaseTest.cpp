@@ -240,8 +240,7 @@ TEST(CNChannelBuffer, ClearsReadsAndWritesWithinBounds) {
 }
 
 TEST(IdleList, RemovedClientsGetNoFurtherCall) {
-    struct Client : IdleClient {
-        virtual ~Client() = default;
+    struct Client final : IdleClient {
         bool isOpen() override { return open; }
         void idle() override { ++calls; }
         bool open = true;
