@@ -3,15 +3,12 @@
 #include <fstream>
 #include <thread>
 
-#include "CORE/files/Paths.h"
 #include "CORE/files/Settings.h"
 #include "TempHome.h"
 
 using namespace Core;
 
-namespace {
-const std::string kKey = makeKeyName("MORVANDEL", "zonfraQT");
-}
+static const std::string kKey = makeKeyName("MORVANDEL", "zonfraQT");
 
 class Settings : public ::testing::Test {
 protected:
@@ -25,13 +22,9 @@ protected:
     std::string value;
 };
 
-TEST_F(Settings, KeyNamesAndFiles) {
-    EXPECT_EQ(kKey, "MORVANDEL/zonfraQT");
+TEST_F(Settings, FilesAndTheFirstReadWritingTheDefault) {
     EXPECT_EQ(userSettingsFile(kKey), (home.root / "config/MORVANDEL/zonfraQT/settings").string());
     EXPECT_EQ(machineSettingsFile(kKey), (home.root / "machine/MORVANDEL/zonfraQT/settings").string());
-}
-
-TEST_F(Settings, FirstReadWritesTheDefault) {
     EXPECT_FALSE(readSetting(kKey, "PresetFolder", value, "/default/"));
     EXPECT_EQ(value, "/default/");
     EXPECT_TRUE(readSetting(kKey, "PresetFolder", value, "/other/"));
@@ -80,8 +73,6 @@ TEST_F(Settings, ConcurrentWritersNeverLeaveAHalfWrittenFile) {
         ASSERT_EQ(value, longValue);
     }
     for (auto& t : writers) t.join();
-    EXPECT_TRUE(readSetting(kKey, "Counter0", value, nullptr));
-    EXPECT_EQ(value, "149");
-    EXPECT_TRUE(readSetting(kKey, "Counter1", value, nullptr));
-    EXPECT_EQ(value, "149");
+    for (const char* counter : {"Counter0", "Counter1"})
+        EXPECT_TRUE(readSetting(kKey, counter, value, nullptr) && value == "149") << counter << ": " << value;
 }

@@ -4,8 +4,6 @@
 #include "CORE/report/SupportReport.h"
 #include "core_files/TempHome.h"
 
-namespace fs = std::filesystem;
-
 TEST(SupportReport, WritesProductSystemAndHostSectionsToTheDesktop) {
     TempHome home;
     setenv("XDG_DESKTOP_DIR", (home.root / "Desk top").c_str(), 1);
@@ -37,7 +35,7 @@ TEST(SupportReport, MissingHostFactsAndMissingDesktop) {
     unsetenv("HOME");
     const auto outcome = Core::writeSupportReport("", host);
     EXPECT_FALSE(outcome.tellUser);
-    EXPECT_TRUE(fs::is_empty(home.root / "machine"));
+    EXPECT_TRUE(std::filesystem::is_empty(home.root / "machine"));
     std::string user;
     EXPECT_EQ(Core::isUserAdministrator(&user), geteuid() == 0 || Core::isUserAdministrator(nullptr));
     EXPECT_FALSE(user.empty());

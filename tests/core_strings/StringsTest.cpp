@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <cstring>
 #include <string>
 
 #include "CORE/strings/CString.h"
@@ -35,15 +34,18 @@ TEST(CString, CaseAndReplace) {
     EXPECT_STREQ(small.c_str(), "bbbbb");  // cut at capacity, still terminated
 }
 
-TEST(TextHelpers, Utf8ToWide) {
+TEST(TextHelpers, Utf8ToWideAndBack) {
     char16_t* empty = utf8ToWide("", nullptr);
     ASSERT_NE(empty, nullptr);
     EXPECT_EQ(empty[0], 0);
     releaseText(empty);
 
-    char16_t* wide = utf8ToWide("K\xC3\xA4se \xE2\x82\xAC", nullptr);  // "Käse €"
-    const char16_t expected[] = {u'K', 0xE4, u's', u'e', u' ', 0x20AC, 0};
-    for (int i = 0; i < 7; ++i) EXPECT_EQ(wide[i], expected[i]) << i;
+    const char* source = "K\xC3\xA4se \xE2\x82\xAC";  // "Käse €"
+    char16_t* wide = utf8ToWide(source, nullptr);
+    EXPECT_EQ(std::u16string(wide), (std::u16string{u'K', 0xE4, u's', u'e', u' ', 0x20AC}));
+    char* back = wideToUtf8(wide, nullptr);
+    EXPECT_STREQ(back, source);
+    releaseText(back);
     releaseText(wide);
 
     char16_t partial[8];
@@ -52,22 +54,8 @@ TEST(TextHelpers, Utf8ToWide) {
 
     // Beyond the first 65536 characters the upper bits are lost, with no surrogates.
     char16_t* emoji = utf8ToWide("\xF0\x9F\x98\x80", nullptr);
-    EXPECT_EQ(emoji[0], static_cast<char16_t>(0x1F600 & 0xFFFF));
-    EXPECT_EQ(emoji[1], 0);
+    EXPECT_EQ(std::u16string(emoji), std::u16string(1, static_cast<char16_t>(0x1F600 & 0xFFFF)));
     releaseText(emoji);
-}
-
-TEST(TextHelpers, WideToUtf8RoundTrip) {
-    const char* source = "Gr\xC3\xBC\xC3\x9F" "e \xE2\x82\xAC";
-    char16_t* wide = utf8ToWide(source, nullptr);
-    char* back = wideToUtf8(wide, nullptr);
-    EXPECT_STREQ(back, source);
-    releaseText(back);
-    releaseText(wide);
-}
-
-int natural(const std::string& a, const std::string& b) {
-    return naturalCompare(a.data(), a.data() + a.size(), b.data(), b.data() + b.size());
 }
 
 TEST(TextHelpers, NaturalCompare) {
@@ -79,7 +67,8 @@ TEST(TextHelpers, NaturalCompare) {
                 {"", "", 0},                       {"", "a", -1},              {"ab", "a", 1},
                 {"Bass", "Lead", -1}};
     for (const auto& r : rows) {
-        const int order = natural(r.a, r.b);
+        const std::string a = r.a, b = r.b;
+        const int order = naturalCompare(a.data(), a.data() + a.size(), b.data(), b.data() + b.size());
         EXPECT_EQ((order > 0) - (order < 0), r.sign) << r.a << " " << r.b;
     }
     EXPECT_EQ(naturalCompareNoCase("PRESET 3", "preset 3"), 0);
@@ -102,10 +91,8 @@ TEST(TextHelpers, ShortenDropsBlanksAndVowelsFromTheLeftUntilItFits) {
 }
 
 TEST(TextHelpers, DecimalValueAndCase) {
-    EXPECT_EQ(decimalValue("1234abc"), 1234);
-    EXPECT_EQ(decimalValue("-12"), 0);
-    EXPECT_EQ(decimalValue("abc"), 0);
-    EXPECT_EQ(decimalValue(nullptr), 0);
+    for (auto [text, value] : {std::pair{"1234abc", 1234}, {"-12", 0}, {"abc", 0}, {nullptr, 0}})
+        EXPECT_EQ(decimalValue(text), value) << (text ? text : "null");
     std::string s = "MiXeD";
     EXPECT_EQ(lowerCopy(s), "mixed");
     EXPECT_EQ(s, "mixed");

@@ -45,18 +45,16 @@ TEST(Threads, StartJoinAndCloseNull) {
 }
 
 TEST(Threads, JoinFromTheThreadItselfDoesNotDeadlock) {
-    ThreadEvent done;
-    CThread* self = nullptr;
-    ThreadEvent ready;
-    auto* thread = new CThread(
+    ThreadEvent ready, done;
+    CThread* thread = nullptr;
+    thread = new CThread(
         [&] {
             ready.wait();
-            EXPECT_FALSE(self->joinable());
-            self->join();  // returns at once
+            EXPECT_FALSE(thread->joinable());
+            thread->join();  // returns at once
             done.signal();
         },
         CThread::kKeepObject);
-    self = thread;
     ready.signal();
     EXPECT_TRUE(done.waitFor(5000));
     EXPECT_TRUE(thread->joinable());
@@ -74,10 +72,9 @@ TEST(Threads, SelfDeletingThreadRunsItsEntry) {
 TEST(Threads, CriticalSectionTryEnter) {
     CCriticalSection section;
     section.enter();
-    std::atomic<bool> other{true};
-    std::thread probe([&] { other = section.tryEnter(); });
-    probe.join();
-    EXPECT_FALSE(other.load());
+    bool other = true;
+    std::thread([&] { other = section.tryEnter(); }).join();
+    EXPECT_FALSE(other);
     section.leave();
     EXPECT_TRUE(section.tryEnter());
     section.leave();

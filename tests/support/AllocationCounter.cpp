@@ -72,8 +72,4 @@ namespace TestSupport {
 
 std::size_t allocationCount() { return gAllocations.load(std::memory_order_relaxed); }
 
-AllocationScope::AllocationScope() : start(allocationCount()) {}
-AllocationScope::~AllocationScope() = default;
-std::size_t AllocationScope::allocations() const { return allocationCount() - start; }
-
 }  // namespace TestSupport

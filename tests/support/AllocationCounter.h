@@ -10,9 +10,8 @@ std::size_t allocationCount();
 
 class AllocationScope {
 public:
-    AllocationScope();
-    ~AllocationScope();
-    std::size_t allocations() const;
+    AllocationScope() : start(allocationCount()) {}
+    std::size_t allocations() const { return allocationCount() - start; }
 
 private:
     std::size_t start;

@@ -50,7 +50,9 @@ std::string render(const Session& session, const std::string& name, const std::s
     return readError.empty() ? "" : readError + "\n" + log;
 }
 
-double highShare(const std::vector<float>& x, double hertz, double rate) {
+// Share of the signal's energy above `hertz`, from a four-pole split: white noise keeps most of
+// its energy high, low-passed noise hardly any.
+static double highShare(const std::vector<float>& x, double hertz, double rate) {
     const double a = std::exp(-2.0 * M_PI * hertz / rate);
     double total = 0, high = 0, poles[4] = {};
     for (float v : x) {

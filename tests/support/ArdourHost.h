@@ -33,9 +33,6 @@ struct Session {
 // a crash of ours would repeat, so another try tells the two apart. Empty on success, else the log.
 std::string render(const Session& session, const std::string& name, const std::string& value, StereoAudio& exported);
 
-// Share of the signal's energy above `hertz`, from a four-pole split: white noise keeps most of
-// its energy high, low-passed noise hardly any.
-double highShare(const std::vector<float>& x, double hertz, double rate);
 // Noise rendered open keeps its highs; the same at a 500 Hz low-pass loses them but is not silent.
 void expectLowPassedNoise(const StereoAudio& open, const StereoAudio& lowPassed);
 

