@@ -21,16 +21,6 @@ int run(const std::string& command, std::string& output) {
     return pclose(pipe);
 }
 
-std::string scan(const std::string& scanner, const std::string& target, int& status) {
-    const std::string home = "/tmp/zonfra-ardour-scan-" + std::to_string(getpid());
-    std::string output;
-    status = run("HOME='" + home + "' LD_LIBRARY_PATH=/usr/lib/ardour7 timeout 120 " + scanner + " -f -v '" + target +
-                     "'",
-                 output);
-    fs::remove_all(home);
-    return output;
-}
-
 std::string render(const Session& session, const std::string& name, const std::string& value, StereoAudio& exported) {
     const fs::path folder = session.folder / name;
     std::string log;

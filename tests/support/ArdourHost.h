@@ -20,8 +20,6 @@ namespace TestSupport::Ardour {
 bool installed();
 // Runs the command with its error output, collecting both; the shell's status.
 int run(const std::string& command, std::string& output);
-// One scanner run on `target` with a throwaway home folder: the scanner's output.
-std::string scan(const std::string& scanner, const std::string& target, int& status);
 
 struct Session {
     std::string environment;  // HOME and the plug-in paths, as "NAME='value' ..."
