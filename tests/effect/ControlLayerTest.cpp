@@ -141,6 +141,22 @@ TEST_F(ControlLayer, SyncRestartsOnTheHostsPeriodAcrossBlockSizes) {
     EXPECT_EQ(control().lfoSyncIndex(), 0);
 }
 
+// The restart sets the LFO's phase: what it ran before, with the transport stopped, leaves no trace.
+TEST_F(ControlLayer, ASyncedLfoRunsAlikeAfterItsRestartWhateverRanBefore) {
+    std::vector<float> means[2];
+    for (int stoppedBlocks : {0, 7}) {
+        EffectHarness h;
+        h.effect->getParameter(kLfoSync)->setValue(1);
+        h.effect->getParameter(kLfoRate)->setNormalized(5.0f / 23.0f);
+        std::vector<float> l(441, 0.1f), r = l;
+        for (int i = 0; i < stoppedBlocks; ++i) h.runBlock(l.data(), r.data(), 441);
+        h.playing = true, h.position = 0;  // a host starting its transport from the top
+        for (int i = 0; i < 10; ++i, means[stoppedBlocks > 0].push_back(h.effect->modulation().lfoMean()))
+            h.runBlock(l.data(), r.data(), 441);
+    }
+    EXPECT_EQ(means[0], means[1]);
+}
+
 namespace {
 struct Rule {
     template <typename A, typename E>
