@@ -68,6 +68,17 @@ TEST(COndraChunk, LayoutOfAFinishedChunk) {
     EXPECT_STREQ(reinterpret_cast<const char*>(records[2].data.data()), "Wah Wah");
 }
 
+TEST(COndraChunk, RecordsAreFoundByTheirWholeName) {
+    COndraChunk writer = effectChunk();
+    writer.addChunk("Limit", "1");
+    writer.addChunk("LimiterOn", "22");
+    Bytes block = finished(writer);
+    COndraChunk reader = effectChunk();
+    ASSERT_EQ(reader.read(block.data(), static_cast<int>(block.size())), 0);
+    for (auto [name, size] : {std::pair{"Limit", 2}, {"LimiterOn", 3}, {"Lim", 0}, {"LimiterOnce", 0}})
+        EXPECT_EQ(reader.find(name, nullptr), size) << name;
+}
+
 // Damage the effect reads is refused by the effect's tests; a newer version is the reader's alone.
 TEST(COndraChunk, RefusesNewerVersionsAndNothingStagedGivesNothing) {
     COndraChunk writer = effectChunk();
